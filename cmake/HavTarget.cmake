@@ -1,0 +1,22 @@
+# hav_target(NAME): what every target of the project has in common.
+function(hav_target name)
+  target_compile_features(${name} PUBLIC cxx_std_17)
+  set_target_properties(${name} PROPERTIES
+    CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  if(MSVC)
+    target_compile_options(${name} PRIVATE /W4 /EHsc /permissive- /Zc:__cplusplus /utf-8)
+    if(HAV_WERROR)
+      target_compile_options(${name} PRIVATE /WX)
+    endif()
+  else()
+    target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    if(HAV_WERROR)
+      target_compile_options(${name} PRIVATE -Werror)
+    endif()
+  endif()
+  if(HAV_SANITIZE)
+    target_compile_options(${name} PRIVATE -fsanitize=${HAV_SANITIZE} -fno-omit-frame-pointer
+                           -fno-sanitize-recover=all)
+    target_link_options(${name} PRIVATE -fsanitize=${HAV_SANITIZE})
+  endif()
+endfunction()

@@ -1,0 +1,80 @@
+// TCIMReference: an object path: a class, the name of a namespace, and key values.
+//
+// Ownership: a value. Class and namespace are held weakly; the class name is kept, so that
+//            a path outlives what it points at.
+// Threads:   a value.
+// Errors:    THAVException, the status with each operation.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include "havcore/Export.h"
+#include "havcore/TCIMValue.h"
+
+namespace NORVHAV20 {
+
+class ICIMClass;
+class ICIMElement;
+class ICIMNamespace;
+
+class HAVCORE_API TCIMReference {
+ public:
+  // A path without class. `home` is where it is resolved; empty: in its class's namespace.
+  TCIMReference(const boost::shared_ptr<ICIMNamespace>& home,
+                const std::map<std::string, TCIMValue>& keys);
+
+  // Reads `text` as GetPath and GetFullPath write it. With `home`, the class is bound when
+  // it is there, and key values take the types that it declares; without, TRUE and FALSE
+  // are booleans, integers uint64 or sint64, other numbers real64, quoted text strings.
+  // Throws 15 when the text is no object path.
+  static TCIMReference Parse(const std::string& text,
+                             const boost::shared_ptr<ICIMNamespace>& home);
+
+  // Adds a key value, or replaces the one of the same name (names ignore case).
+  void AddKeyValue(const std::string& name, const TCIMValue& value);
+  // Binds the path to `cls` and takes its name; an empty pointer unbinds it and keeps the
+  // name.
+  void SetClass(const boost::shared_ptr<ICIMClass>& cls);
+  void SetNameSpaceName(const std::string& name);
+  void SetNamespace(const boost::shared_ptr<ICIMNamespace>& home);
+
+  const std::string& GetClassName() const noexcept { return m_className; }
+  const std::string& GetNameSpaceName() const noexcept { return m_namespaceName; }
+  // The bound class while it lives, else what the name resolves to; else empty.
+  boost::shared_ptr<ICIMClass> GetClass() const;
+  boost::shared_ptr<ICIMNamespace> GetNamespace() const;
+  std::map<std::string, TCIMValue> GetKeyValues() const;
+
+  // "Class.Key1=…,Key2=…": keys sorted case-folded, spelt as declared when the class is
+  // bound; strings, datetimes, characters and references in double quotes with \ and "
+  // escaped; TRUE and FALSE; plain decimals; NULL. Just "Class" without keys. Equal
+  // references give equal text. Complexity: linear in the length of the text.
+  std::string GetPath() const;
+  // GetPath with "namespace:" before it, when there is a namespace name.
+  std::string GetFullPath() const;
+
+  // Returns the element that the path names: the instance, or the class of a path without
+  // keys whose class has keys. Throws 15 when the class, the namespace or the element is
+  // not there. The argument is accepted and ignored.
+  boost::shared_ptr<ICIMElement> GetCIMElement(bool) const;
+
+  // Same full path, names ignoring case.
+  friend HAVCORE_API bool operator==(const TCIMReference& a, const TCIMReference& b);
+  friend HAVCORE_API bool operator<(const TCIMReference& a, const TCIMReference& b);
+  friend bool operator!=(const TCIMReference& a, const TCIMReference& b) { return !(a == b); }
+
+ private:
+  boost::weak_ptr<ICIMNamespace> m_namespace;
+  boost::weak_ptr<ICIMClass> m_class;
+  std::string m_className;
+  std::string m_namespaceName;
+  std::vector<std::pair<std::string, TCIMValue>> m_keys;  // sorted by case-folded name
+};
+
+}  // namespace NORVHAV20
