@@ -1,0 +1,17 @@
+# The conformance suite sees the contract headers only. It is compiled once and linked
+# twice: with the plug-in's objects, and with the way through the loader.
+file(GLOB contract_sources CONFIGURE_DEPENDS contract/*.cpp contract/*.h)
+if(contract_sources)
+  add_library(contract_suite OBJECT ${contract_sources})
+  hav_test_target(contract_suite test_support)
+
+  add_executable(contract_linked_tests)
+  hav_test_target(contract_linked_tests contract_suite test_support inmem_objects plugin_linked
+                  GTest::gtest_main)
+  hav_register_test(contract_linked contract_linked_tests)
+
+  add_executable(contract_loaded_tests)
+  hav_test_target(contract_loaded_tests contract_suite test_support plugin_loaded
+                  GTest::gtest_main)
+  hav_register_test(contract_loaded contract_loaded_tests)
+endif()
