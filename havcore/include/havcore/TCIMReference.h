@@ -70,11 +70,15 @@ class HAVCORE_API TCIMReference {
   friend bool operator!=(const TCIMReference& a, const TCIMReference& b) { return !(a == b); }
 
  private:
-  boost::weak_ptr<ICIMNamespace> m_namespace;
+  static int Compare(const TCIMReference& a, const TCIMReference& b);
+  void AppendPath(std::string& out, bool withNamespaces) const;
+
+  boost::weak_ptr<ICIMNamespace> m_namespace;  // the home, or where the bound class came from
   boost::weak_ptr<ICIMClass> m_class;
   std::string m_className;
   std::string m_namespaceName;
   std::vector<std::pair<std::string, TCIMValue>> m_keys;  // sorted by case-folded name
+  bool m_hasHome = false;
 };
 
 }  // namespace NORVHAV20

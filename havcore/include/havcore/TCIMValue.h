@@ -58,15 +58,15 @@ class HAVCORE_API TCIMValue {
   TCIMValue(double value) noexcept;
   TCIMValue(char16_t value) noexcept;
   TCIMValue(std::string value);
-  TCIMValue(const char* value);
+  TCIMValue(const char* value);  // a null pointer: NULL of type string
   TCIMValue(const TCIMDateTime& value);
   TCIMValue(const TCIMReference& value);
   // No pointer but text becomes a value by way of bool.
   template <class T>
   TCIMValue(T*) = delete;
 
-  // An array. Throws 14 when an element is neither of the element type nor NULL; an
-  // element that is NULL without a type takes the element type.
+  // An array. Throws 14 when `element` is no scalar type, or an element is neither of it nor
+  // NULL; a NULL of no type, or of another, takes the element type.
   TCIMValue(ECIMType element, std::vector<TCIMValue> elements);
 
   // NULL of a type, and the NULL reference to a class (an empty pointer: to any class).
@@ -144,6 +144,10 @@ class HAVCORE_API TCIMValue {
   TCIMValue(ECIMType type, bool null, TContent content) noexcept;
 
   void Require(ECIMType type) const;
+  // Negative, zero or positive, in the order of operator<.
+  static int Compare(const TCIMValue& a, const TCIMValue& b);
+  void AppendTo(std::string& out, int radix) const;
+  void AppendElementsTo(std::string& out, int radix) const;
   template <class T>
   const T& Shared() const noexcept {
     return static_cast<const T&>(*m_content.shared);

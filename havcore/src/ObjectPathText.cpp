@@ -1,0 +1,174 @@
+#include "ObjectPathText.h"
+
+#include "AsciiFold.h"
+#include "havcore/TCIMReference.h"
+#include "havcore/THAVException.h"
+
+namespace NORVHAV20 {
+namespace {
+
+void Require(bool holds) {
+  if (!holds) throw THAVException(kHAVNotFound);
+}
+
+bool IsNameStart(char c) {
+  const unsigned char folded = FoldAscii(c);
+  return c == '_' || (folded >= 'a' && folded <= 'z');
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool IsName(std::string_view text) {
+  if (text.empty() || !IsNameStart(text.front())) return false;
+  for (const char c : text)
+    if (!IsNameStart(c) && !IsDigit(c)) return false;
+  return true;
+}
+
+// The class above all top-level classes has the one name that is no CIM name.
+bool IsClassName(std::string_view text) { return IsName(text) || text == "<root>"; }
+
+bool IsNumber(std::string_view text) {
+  if (text == "inf" || text == "-inf" || text == "nan") return true;
+  if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+  return !text.empty() && (IsDigit(text.front()) || text.front() == '.');
+}
+
+// Reads the key values of a path, from the first name on.
+class TKeyReader {
+ public:
+  explicit TKeyReader(std::string_view text) : m_rest(text) {}
+
+  std::vector<TKeyText> ReadAll() {
+    std::vector<TKeyText> keys;
+    keys.push_back(ReadKey());
+    while (!m_rest.empty()) {
+      Require(m_rest.front() == ',');
+      m_rest.remove_prefix(1);
+      keys.push_back(ReadKey());
+    }
+    return keys;
+  }
+
+ private:
+  TKeyText ReadKey() {
+    const std::size_t equals = m_rest.find('=');
+    Require(equals != std::string_view::npos);
+    const std::string_view name = m_rest.substr(0, equals);
+    Require(IsName(name));
+    m_rest.remove_prefix(equals + 1);
+    TKeyText key{std::string(name), TKeyText::kQuoted, {}};
+    if (!m_rest.empty() && m_rest.front() == '"')
+      ReadQuoted(key);
+    else
+      ReadBare(key);
+    return key;
+  }
+
+  void ReadQuoted(TKeyText& key) {
+    std::size_t at = 1;
+    for (; at < m_rest.size() && m_rest[at] != '"'; ++at) {
+      if (m_rest[at] == '\\') {
+        ++at;
+        Require(at < m_rest.size() && (m_rest[at] == '"' || m_rest[at] == '\\'));
+      }
+      key.text += m_rest[at];
+    }
+    Require(at < m_rest.size());
+    m_rest.remove_prefix(at + 1);
+  }
+
+  void ReadBare(TKeyText& key) {
+    const std::string_view text = m_rest.substr(0, m_rest.find(','));
+    m_rest.remove_prefix(text.size());
+    key.text = text;
+    if (EqualFolded(text, "NULL"))
+      key.kind = TKeyText::kNull;
+    else if (EqualFolded(text, "TRUE") || EqualFolded(text, "FALSE"))
+      key.kind = TKeyText::kBoolean;
+    else
+      key.kind = TKeyText::kNumber;
+    Require(key.kind != TKeyText::kNumber || IsNumber(text));
+  }
+
+  std::string_view m_rest;
+};
+
+bool IsSpecial(char c) { return c == '"' || c == '\\'; }
+
+void AppendQuoted(std::string& out, std::string_view text) {
+  out += '"';
+  std::size_t written = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (!IsSpecial(text[at])) continue;
+    out.append(text, written, at - written);
+    out += '\\';
+    written = at;
+  }
+  out.append(text, written, text.size() - written);
+  out += '"';
+}
+
+std::size_t QuotedSize(std::string_view text) {
+  std::size_t size = text.size() + 2;
+  for (const char c : text) size += IsSpecial(c) ? 1 : 0;
+  return size;
+}
+
+}  // namespace
+
+TObjectPathText ParseObjectPath(std::string_view text) {
+  // Neither a namespace name nor a class name has an equals sign, but values may have any
+  // character: what stands before the first one is free of values.
+  const std::size_t equals = text.find('=');
+  const std::string_view head = text.substr(0, equals);
+  const std::size_t colon = head.rfind(':');
+  const std::size_t classAt = colon == std::string_view::npos ? 0 : colon + 1;
+  const std::size_t point = head.find('.', classAt);
+  TObjectPathText path;
+  if (classAt > 0) {
+    path.namespaceName = head.substr(0, colon);
+    Require(!path.namespaceName.empty() && path.namespaceName.find('"') == std::string::npos);
+  }
+  path.className = head.substr(classAt, point == std::string_view::npos ? point : point - classAt);
+  Require(IsClassName(path.className));
+  if (point == std::string_view::npos)
+    Require(equals == std::string_view::npos);
+  else
+    path.keys = TKeyReader(text.substr(point + 1)).ReadAll();
+  return path;
+}
+
+void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces) {
+  if (value.IsNull()) {
+    out += "NULL";
+    return;
+  }
+  switch (value.GetType()) {
+    case kCIMString:
+      AppendQuoted(out, static_cast<const std::string&>(value));
+      break;
+    case kCIMReference: {
+      const auto& reference = static_cast<const TCIMReference&>(value);
+      AppendQuoted(out, withNamespaces ? reference.GetFullPath() : reference.GetPath());
+      break;
+    }
+    case kCIMChar16:
+    case kCIMDateTime:
+      AppendQuoted(out, value.ToString(10));
+      break;
+    default:
+      if (value.IsArray())
+        AppendQuoted(out, value.ToString(10));
+      else
+        out += value.ToString(10);
+  }
+}
+
+std::size_t KeyTextSize(const TCIMValue& value) {
+  constexpr std::size_t kNumberSize = 32;
+  if (value.IsNull() || value.GetType() != kCIMString) return kNumberSize;
+  return QuotedSize(static_cast<const std::string&>(value));
+}
+
+}  // namespace NORVHAV20

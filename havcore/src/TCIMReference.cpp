@@ -1,0 +1,212 @@
+#include "havcore/TCIMReference.h"
+
+#include <algorithm>
+
+#include "AsciiFold.h"
+#include "ObjectPathText.h"
+#include "havcore/ICIMClass.h"
+#include "havcore/ICIMInstance.h"
+#include "havcore/ICIMNamespace.h"
+#include "havcore/ICIMPropertyDecl.h"
+#include "havcore/THAVException.h"
+
+namespace NORVHAV20 {
+namespace {
+
+using TKey = std::pair<std::string, TCIMValue>;
+
+boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls,
+                                                    const std::string& name) {
+  try {
+    return cls.GetPropertyDecl(name, {});
+  } catch (const THAVException&) {
+    return {};
+  }
+}
+
+// The name as `cls` spells it in its declaration; as given where it declares none.
+std::string DeclaredName(const ICIMClass& cls, const std::string& name) {
+  const auto decl = FindDeclaration(cls, name);
+  return decl && EqualFolded(decl->GetName({}), name) ? decl->GetName({}) : name;
+}
+
+// The registered class, empty where there is none or the name is none.
+boost::shared_ptr<ICIMClass> FindClass(ICIMNamespace& home, const std::string& name) {
+  try {
+    return home.GetClass(name, {});
+  } catch (const THAVException& failure) {
+    if (failure.GetStatusCode() != kHAVNotFound && failure.GetStatusCode() != kHAVInvalidName)
+      throw;
+    return {};
+  }
+}
+
+TCIMValue KeyValue(const TKeyText& key, const ICIMClass* cls,
+                   const boost::shared_ptr<ICIMNamespace>& home) {
+  if (const auto decl = cls ? FindDeclaration(*cls, key.name) : nullptr)
+    if (auto typed = TypedKeyValue(key, decl->GetType({}), home)) return *std::move(typed);
+  return UntypedKeyValue(key);
+}
+
+std::string ComparableText(const TCIMValue& value) {
+  std::string text;
+  AppendKeyText(text, value, true);
+  return text;
+}
+
+int CompareKeys(const TKey& a, const TKey& b) {
+  const int names = CompareFolded(a.first, b.first);
+  if (names != 0) return names;
+  // The text decides, for keys read from text may lack their declared type; the values are
+  // asked first because they usually share what they hold.
+  const bool strings = a.second.GetType() == kCIMString && b.second.GetType() == kCIMString;
+  if (strings && a.second == b.second) return 0;
+  return ComparableText(a.second).compare(ComparableText(b.second));
+}
+
+}  // namespace
+
+TCIMReference::TCIMReference(const boost::shared_ptr<ICIMNamespace>& home,
+                             const std::map<std::string, TCIMValue>& keys)
+    : m_namespace(home), m_hasHome(home) {
+  m_keys.reserve(keys.size());
+  for (const auto& [name, value] : keys) AddKeyValue(name, value);
+}
+
+TCIMReference TCIMReference::Parse(const std::string& text,
+                                   const boost::shared_ptr<ICIMNamespace>& home) {
+  const TObjectPathText path = ParseObjectPath(text);
+  TCIMReference reference(home, {});
+  reference.m_namespaceName = path.namespaceName;
+  reference.m_className = path.className;
+  const auto cls = home ? FindClass(*home, path.className) : boost::shared_ptr<ICIMClass>();
+  if (cls) reference.SetClass(cls);
+  reference.m_keys.reserve(path.keys.size());
+  for (const TKeyText& key : path.keys) {
+    const std::size_t before = reference.m_keys.size();
+    reference.AddKeyValue(key.name, KeyValue(key, cls.get(), home));
+    if (reference.m_keys.size() == before) throw THAVException(kHAVNotFound);
+  }
+  return reference;
+}
+
+void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
+  const auto cls = m_class.lock();
+  std::string spelling = cls ? DeclaredName(*cls, name) : name;
+  const auto at = std::lower_bound(
+      m_keys.begin(), m_keys.end(), spelling,
+      [](const TKey& key, const std::string& other) { return CompareFolded(key.first, other) < 0; });
+  if (at != m_keys.end() && EqualFolded(at->first, spelling))
+    *at = TKey(std::move(spelling), value);
+  else
+    m_keys.emplace(at, std::move(spelling), value);
+}
+
+void TCIMReference::SetClass(const boost::shared_ptr<ICIMClass>& cls) {
+  if (!cls) {
+    m_class.reset();
+    return;
+  }
+  std::string className = cls->GetName({});
+  std::vector<TKey> keys;
+  keys.reserve(m_keys.size());
+  for (const TKey& key : m_keys) keys.emplace_back(DeclaredName(*cls, key.first), key.second);
+  if (!m_hasHome) m_namespace = cls->GetNamespace({});
+  m_class = cls;
+  m_className = std::move(className);
+  m_keys = std::move(keys);
+}
+
+void TCIMReference::SetNameSpaceName(const std::string& name) { m_namespaceName = name; }
+
+void TCIMReference::SetNamespace(const boost::shared_ptr<ICIMNamespace>& home) {
+  const auto cls = m_class.lock();
+  m_namespace = home || !cls ? home : cls->GetNamespace({});
+  m_hasHome = static_cast<bool>(home);
+}
+
+boost::shared_ptr<ICIMNamespace> TCIMReference::GetNamespace() const {
+  if (auto home = m_namespace.lock()) return home;
+  const auto cls = m_class.lock();
+  return cls ? cls->GetNamespace({}) : boost::shared_ptr<ICIMNamespace>();
+}
+
+boost::shared_ptr<ICIMClass> TCIMReference::GetClass() const {
+  if (auto cls = m_class.lock()) return cls;
+  const auto home = GetNamespace();
+  return home && !m_className.empty() ? FindClass(*home, m_className)
+                                      : boost::shared_ptr<ICIMClass>();
+}
+
+std::map<std::string, TCIMValue> TCIMReference::GetKeyValues() const {
+  return {m_keys.begin(), m_keys.end()};
+}
+
+void TCIMReference::AppendPath(std::string& out, bool withNamespaces) const {
+  std::size_t size = out.size() + m_className.size();
+  for (const auto& [name, value] : m_keys) size += name.size() + 2 + KeyTextSize(value);
+  out.reserve(size);
+  out += m_className;
+  char separator = '.';
+  for (const auto& [name, value] : m_keys) {
+    out += separator;
+    out += name;
+    out += '=';
+    AppendKeyText(out, value, withNamespaces);
+    separator = ',';
+  }
+}
+
+std::string TCIMReference::GetPath() const {
+  std::string path;
+  AppendPath(path, false);
+  return path;
+}
+
+std::string TCIMReference::GetFullPath() const {
+  std::string path = m_namespaceName;
+  if (!path.empty()) path += ':';
+  AppendPath(path, true);
+  return path;
+}
+
+boost::shared_ptr<ICIMElement> TCIMReference::GetCIMElement(bool) const {
+  const auto home = GetNamespace();
+  if (!home || m_className.empty()) throw THAVException(kHAVNotFound);
+  boost::shared_ptr<ICIMInstance> instance;
+  if (!m_class.expired()) {
+    instance = home->GetInstance(*this, {});
+  } else {
+    // Bound to the class of its name, the path is spelt as the class stores its instances.
+    const auto cls = home->GetClass(m_className, {});
+    if (!cls) throw THAVException(kHAVNotFound);
+    TCIMReference bound = *this;
+    bound.SetClass(cls);
+    instance = home->GetInstance(bound, {});
+  }
+  if (instance) return instance;
+  const auto cls =
+      m_keys.empty() ? home->GetClass(m_className, {}) : boost::shared_ptr<ICIMClass>();
+  if (!cls) throw THAVException(kHAVNotFound);
+  return cls;
+}
+
+int TCIMReference::Compare(const TCIMReference& a, const TCIMReference& b) {
+  if (const int names = CompareFolded(a.m_namespaceName, b.m_namespaceName)) return names;
+  if (const int names = CompareFolded(a.m_className, b.m_className)) return names;
+  const std::size_t common = std::min(a.m_keys.size(), b.m_keys.size());
+  for (std::size_t i = 0; i < common; ++i)
+    if (const int keys = CompareKeys(a.m_keys[i], b.m_keys[i])) return keys;
+  if (a.m_keys.size() == b.m_keys.size()) return 0;
+  return a.m_keys.size() < b.m_keys.size() ? -1 : 1;
+}
+
+bool operator==(const TCIMReference& a, const TCIMReference& b) {
+  return a.m_keys.size() == b.m_keys.size() && TCIMReference::Compare(a, b) == 0;
+}
+
+bool operator<(const TCIMReference& a, const TCIMReference& b) {
+  return TCIMReference::Compare(a, b) < 0;
+}
+
+}  // namespace NORVHAV20

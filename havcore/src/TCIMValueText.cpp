@@ -1,0 +1,116 @@
+#include <ostream>
+
+#include "TCIMValueShared.h"
+#include "ValueText.h"
+#include "havcore/TCIMValue.h"
+
+namespace NORVHAV20 {
+namespace {
+
+const char* ElementName(ECIMType element) {
+  switch (element) {
+    case kCIMNone:
+      return "none";
+    case kCIMBoolean:
+      return "boolean";
+    case kCIMUInt8:
+      return "uint8";
+    case kCIMSInt8:
+      return "sint8";
+    case kCIMUInt16:
+      return "uint16";
+    case kCIMSInt16:
+      return "sint16";
+    case kCIMUInt32:
+      return "uint32";
+    case kCIMSInt32:
+      return "sint32";
+    case kCIMUInt64:
+      return "uint64";
+    case kCIMSInt64:
+      return "sint64";
+    case kCIMReal32:
+      return "real32";
+    case kCIMReal64:
+      return "real64";
+    case kCIMChar16:
+      return "char16";
+    case kCIMString:
+      return "string";
+    case kCIMDateTime:
+      return "datetime";
+    case kCIMReference:
+      return "reference";
+    default:
+      return "unknown";
+  }
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& out, const TCIMValue::TCIMType& type) {
+  const ECIMType code = type;
+  // One insertion, so that the width of a column applies to the whole name.
+  return out << std::string(ElementName(ElementOf(code))) + (code & kCIMArray ? "[]" : "");
+}
+
+std::string TCIMValue::ToString(unsigned char radix) const {
+  const int base = radix < 2 || radix > 36 ? 10 : radix;
+  std::string text;
+  AppendTo(text, base);
+  return text;
+}
+
+void TCIMValue::AppendTo(std::string& out, int radix) const {
+  if (m_null) {
+    out += "NULL";
+    return;
+  }
+  switch (m_type) {
+    case kCIMBoolean:
+      out += m_content.bits != 0 ? "TRUE" : "FALSE";
+      break;
+    case kCIMSInt8:
+    case kCIMSInt16:
+    case kCIMSInt32:
+    case kCIMSInt64:
+      AppendInteger(out, m_content.integer, radix);
+      break;
+    case kCIMReal32:
+      AppendReal(out, m_content.real32);
+      break;
+    case kCIMReal64:
+      AppendReal(out, m_content.real64);
+      break;
+    case kCIMChar16:
+      AppendChar16(out, static_cast<char16_t>(m_content.bits));
+      break;
+    case kCIMString:
+      out += Shared<TSharedText>().value;
+      break;
+    case kCIMDateTime:
+      out += Shared<TSharedDateTime>().value.ToString();
+      break;
+    case kCIMReference:
+      out += Shared<TSharedReference>().value.GetFullPath();
+      break;
+    default:
+      if (IsArray())
+        AppendElementsTo(out, radix);
+      else
+        AppendInteger(out, m_content.bits, radix);
+  }
+}
+
+void TCIMValue::AppendElementsTo(std::string& out, int radix) const {
+  const char* separator = "";
+  out += '{';
+  for (const TCIMValue& element : Shared<TSharedArray>().value) {
+    out += separator;
+    element.AppendTo(out, radix);
+    separator = ", ";
+  }
+  out += '}';
+}
+
+}  // namespace NORVHAV20

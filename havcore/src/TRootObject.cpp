@@ -1,0 +1,60 @@
+#include "havcore/TRootObject.h"
+
+#include <iostream>
+#include <new>
+#include <utility>
+
+#include "havcore/TNamespaceProviderManager.h"
+
+namespace NORVHAV20 {
+namespace {
+
+class TStandardErrorLogger : public ILogger {
+ public:
+  void Log(int level, const std::string& message) override {
+    if (level < kError) return;
+    std::cerr << message + '\n' << std::flush;
+  }
+};
+
+struct TServices {
+  TStandardErrorLogger firstLogger;
+  ILogger* logger = &firstLogger;
+
+  TNamespaceProviderManager firstManager;
+  boost::shared_ptr<INamespaceProviderManager> manager = FirstManager();
+
+  // Points at the first manager without owning it: see Services.
+  boost::shared_ptr<INamespaceProviderManager> FirstManager() {
+    return {boost::shared_ptr<void>(), &firstManager};
+  }
+};
+
+// Never destroyed, so that a plug-in can log and deregister in the destructors of its own
+// statics; and in static storage, so that nothing is left behind when the library is unloaded.
+TServices& Services() {
+  alignas(TServices) static unsigned char storage[sizeof(TServices)];
+  static TServices* const services = new (storage) TServices;
+  return *services;
+}
+
+}  // namespace
+
+ILogger* TRootObject::GetCoreLogger() { return Services().logger; }
+
+ILogger* TRootObject::SetCoreLogger(ILogger* logger) {
+  TServices& services = Services();
+  return std::exchange(services.logger, logger ? logger : &services.firstLogger);
+}
+
+boost::shared_ptr<INamespaceProviderManager> TRootObject::GetNamespaceProviderManager() {
+  return Services().manager;
+}
+
+boost::shared_ptr<INamespaceProviderManager> TRootObject::SetNamespaceProviderManager(
+    const boost::shared_ptr<INamespaceProviderManager>& manager) {
+  TServices& services = Services();
+  return std::exchange(services.manager, manager ? manager : services.FirstManager());
+}
+
+}  // namespace NORVHAV20
