@@ -1,0 +1,69 @@
+# What the scripts share: packages, builds, announcements. Sourced, never run.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# Debian's names. Building and running:
+packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev libudev-dev
+              libcli11-dev nlohmann-json3-dev)
+# The tests with GCC, on top of those:
+packages_test=(libgtest-dev python3)
+# The whole run, on top of both: Clang with its sanitizers, packages, and Windows.
+packages_full=(clang libclang-rt-14-dev dpkg-dev file fakeroot)
+packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)
+
+export CCACHE_SLOPPINESS=pch_defines,time_macros
+export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
+export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(nproc)}
+
+say() { printf '%s\n' "$*"; }
+die() { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
+
+# Prints the heading of a stage with the time since the script began.
+announce() { printf '\n== [%d:%02d] %s\n' $((SECONDS / 60)) $((SECONDS % 60)) "$*"; }
+
+# need_packages NAME...: installs those that are missing; false when that fails.
+need_packages() {
+  command -v dpkg-query >/dev/null || {
+    say "This is no Debian machine: the packages are not checked. Needed: $*"
+    return 0
+  }
+  local name missing=()
+  for name in "$@"; do
+    [[ $(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null) == installed ]] ||
+      missing+=("$name")
+  done
+  ((${#missing[@]})) || return 0
+
+  local as_root=()
+  if ((EUID != 0)); then
+    command -v sudo >/dev/null || {
+      say "Missing packages, and neither root nor sudo to install them: ${missing[*]}" >&2
+      return 1
+    }
+    as_root=(sudo)
+  fi
+  say "Installing: ${missing[*]}"
+  if [[ -z ${packages_updated:-} ]]; then
+    "${as_root[@]}" apt-get update -qq </dev/null || return 1
+    packages_updated=1
+  fi
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null >/dev/null
+}
+
+# build PRESET [TARGET...]: configures and builds into build/PRESET. Quiet unless it fails.
+build() {
+  local preset=$1 log=build/$1/build.log
+  shift
+  mkdir -p "build/$preset"
+  {
+    cmake --preset "$preset" &&
+      cmake --build "build/$preset" ${1:+--target "$@"}
+  } >"$log" 2>&1 </dev/null || {
+    # Ninja goes on with what was under way, so the first error is seldom the last line.
+    grep -nE 'error|FAILED:|undefined reference' "$log" | head -n 40 >&2
+    say "-- the end of $log:" >&2
+    tail -n 40 "$log" >&2
+    return 1
+  }
+}
