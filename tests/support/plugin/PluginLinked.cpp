@@ -1,19 +1,15 @@
 // The plug-in as objects of this executable.
 #include <stdexcept>
 
+#include "model/CacheSwitches.h"
 #include "provider/TInmemNamespaceProvider.h"
 #include "support/Plugin.h"
 #include "support/plugin/RegisteredProvider.h"
 
-extern "C" std::int32_t g_L1Enabled;
-extern "C" std::int32_t g_L2Enabled;
-extern "C" std::int32_t g_L3Enabled;
-
 namespace havtest {
 
 boost::shared_ptr<NORVHAV20::INamespaceProvider> Provider() {
-  static const auto provider =
-      RegisteredProvider(&NORVHAV20::TInmemNamespaceProvider::Initialize);
+  static const auto provider = RegisteredProvider(&NORVHAV20::TInmemNamespaceProvider::Initialize);
   return provider;
 }
 

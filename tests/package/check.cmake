@@ -1,0 +1,132 @@
+# Installs BUILD_DIR, compares what lies there with the committed list, builds and runs the
+# consumer against it, builds the plug-in against it, and makes the packages.
+cmake_minimum_required(VERSION 3.22)
+
+set(work ${BUILD_DIR}/package-test)
+set(prefix ${work}/prefix)
+set(expected_output "Example_Volume.Name=\"data\": 4096\n")
+string(TOLOWER ${SYSTEM} system)
+set(list_file ${CMAKE_CURRENT_LIST_DIR}/installed-files.${system}.txt)
+file(REMOVE_RECURSE ${work})
+
+function(run what)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output
+                  ERROR_VARIABLE output WORKING_DIRECTORY ${BUILD_DIR})
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${what} failed (${result}): ${ARGN}\n${output}")
+  endif()
+  set(run_output "${output}" PARENT_SCOPE)
+endfunction()
+
+# In bin, so that Windows finds the libraries that lie there.
+function(run_consumer what program)
+  execute_process(COMMAND ${EMULATOR} ${program} ${ARGN} RESULT_VARIABLE result
+                  OUTPUT_VARIABLE output ERROR_VARIABLE errors WORKING_DIRECTORY ${prefix}/bin)
+  string(REPLACE "\r" "" output "${output}")
+  if(NOT result EQUAL 0 OR NOT output STREQUAL expected_output)
+    message(FATAL_ERROR "${what}: status ${result}, printed\n${output}${errors}"
+            "instead of\n${expected_output}")
+  endif()
+  message(STATUS "${what}: runs")
+endfunction()
+
+function(expect_files what files)
+  file(STRINGS ${list_file} expected)
+  list(SORT files)
+  list(SORT expected)
+  if(files STREQUAL expected)
+    list(LENGTH files count)
+    message(STATUS "${what}: the ${count} files of the list")
+    return()
+  endif()
+  set(unexpected ${files})
+  list(REMOVE_ITEM unexpected ${expected})
+  set(missing ${expected})
+  list(REMOVE_ITEM missing ${files})
+  list(JOIN unexpected "\n  " unexpected)
+  list(JOIN missing "\n  " missing)
+  message(FATAL_ERROR "${what} differs from ${list_file}\n"
+          "there, not listed:\n  ${unexpected}\nlisted, not there:\n  ${missing}")
+endfunction()
+
+# The files, without folders, in an archive whose entries lie under `top`.
+function(expect_archive what listing top)
+  string(REPLACE "\n" ";" entries "${listing}")
+  list(FILTER entries EXCLUDE REGEX "/$")
+  list(FILTER entries INCLUDE REGEX "${top}")
+  list(TRANSFORM entries REPLACE "^.*${top}" "")
+  expect_files(${what} "${entries}")
+endfunction()
+
+set(common -G ${GENERATOR} -D CMAKE_BUILD_TYPE=${BUILD_TYPE})
+if(TOOLCHAIN_FILE)
+  list(APPEND common -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN_FILE})
+else()
+  list(APPEND common -D CMAKE_CXX_COMPILER=${CXX_COMPILER})
+endif()
+
+run(install ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+file(GLOB_RECURSE installed LIST_DIRECTORIES false RELATIVE ${prefix} ${prefix}/*)
+expect_files("the installed tree" "${installed}")
+
+# Found only under another name than the one it was installed with: nothing in it may know
+# where it lay.
+file(RENAME ${prefix} ${work}/moved)
+set(prefix ${work}/moved)
+
+run("configuring the consumer" ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}
+    -B ${work}/consumer ${common} -D havcore_DIR=${prefix}/lib/cmake/havcore)
+run("building the consumer" ${CMAKE_COMMAND} --build ${work}/consumer)
+file(GLOB consumer ${work}/consumer/consumer ${work}/consumer/consumer.exe)
+run_consumer("the consumer through find_package" ${consumer})
+
+find_program(pkg_config pkg-config)
+if(pkg_config AND SYSTEM STREQUAL "Linux")
+  set(ENV{PKG_CONFIG_PATH} ${prefix}/lib/pkgconfig)
+  run(pkg-config ${pkg_config} --cflags --libs havcore)
+  separate_arguments(flags UNIX_COMMAND "${run_output}")
+  run(pkg-config ${pkg_config} --variable=plugindir havcore)
+  string(STRIP "${run_output}" plugin_dir)
+  run("compiling with pkg-config's flags" ${CXX_COMPILER} -std=c++17
+      -DINMEM_LIBRARY="${plugin_dir}/libinmem.so" ${CMAKE_CURRENT_LIST_DIR}/Consumer.cpp
+      -o ${work}/consumer-pkg-config -Wl,-rpath,${prefix}/lib ${flags} -ldl)
+  run_consumer("the consumer through pkg-config" ${work}/consumer-pkg-config)
+endif()
+
+set(plugin_only -S ${SOURCE_DIR} ${common} -D HAV_BUILD_HOST=OFF -D HAV_BUILD_TESTS=OFF)
+find_program(ccache ccache)
+if(ccache)
+  list(APPEND plugin_only -D CMAKE_CXX_COMPILER_LAUNCHER=${ccache})
+endif()
+run("configuring against HAVCORE_ROOT" ${CMAKE_COMMAND} ${plugin_only} -B ${work}/plugin
+    -D HAVCORE_ROOT=${prefix})
+run("building against HAVCORE_ROOT" ${CMAKE_COMMAND} --build ${work}/plugin)
+file(GLOB plugin ${work}/plugin/lib/libinmem.so ${work}/plugin/bin/inmem.dll)
+run_consumer("the plug-in built against HAVCORE_ROOT" ${consumer} ${plugin})
+
+# A vendor's havcore comes as a library alone.
+file(GLOB library ${prefix}/lib/libhavcore.so ${prefix}/lib/libhavcore.dll.a)
+file(COPY ${library} DESTINATION ${work}/vendor/lib)
+run("configuring against a bare library" ${CMAKE_COMMAND} ${plugin_only} -B ${work}/bare
+    -D HAVCORE_ROOT=${work}/vendor)
+if(NOT run_output MATCHES "havcore: ${work}/vendor/lib/libhavcore[^ ]* with the headers of ${SOURCE_DIR}")
+  message(FATAL_ERROR "a bare library is not used as it should be:\n${run_output}")
+endif()
+message(STATUS "a bare havcore library: configures")
+
+run(cpack ${CMAKE_CPACK_COMMAND} --config ${BUILD_DIR}/CPackConfig.cmake -B ${work}/packages)
+file(GLOB archives ${work}/packages/*.tar.gz ${work}/packages/*.zip)
+foreach(archive ${archives})
+  run("listing" ${CMAKE_COMMAND} -E tar tf ${archive})
+  get_filename_component(name ${archive} NAME)
+  expect_archive(${name} "${run_output}" "^[^/]+/")
+endforeach()
+file(GLOB debs ${work}/packages/*.deb)
+foreach(deb ${debs})
+  run("listing" dpkg-deb -c ${deb})
+  get_filename_component(name ${deb} NAME)
+  expect_archive(${name} "${run_output}" " \\./usr/")
+endforeach()
+if(NOT archives)
+  message(FATAL_ERROR "cpack made no archive")
+endif()
