@@ -1,6 +1,8 @@
 # What the scripts share: packages, builds, announcements. Sourced, never run.
 set -euo pipefail
+called_from=$PWD
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+root=$PWD
 
 # Debian's names. Building and running:
 packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev libudev-dev
