@@ -1,0 +1,26 @@
+// TMachine: the machine to take the inventory of.
+//
+// The root folder is "/" for the machine that the program runs on. Any other folder holds
+// the files of another machine, laid out as they are there (proc/, sys/, etc/, ...); only
+// what stands in them is then collected, and nothing of this machine.
+//
+// Threads: a value.
+#pragma once
+
+#include <string>
+#include <utility>
+
+namespace havhost {
+
+class TMachine {
+ public:
+  explicit TMachine(std::string root = "/") : m_root(std::move(root)) {}
+
+  const std::string& Root() const { return m_root; }
+  bool IsThisMachine() const { return m_root == "/"; }
+
+ private:
+  std::string m_root;
+};
+
+}  // namespace havhost

@@ -1,0 +1,68 @@
+// FakeMachine: a machine in a temporary folder, as its own system would show it.
+//
+// Ownership: owns the folder, which goes when it goes.
+// Errors:    what the file system refuses ends the test by an exception.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/collectors/TCollection.h"
+#include "host/collectors/TMachine.h"
+
+namespace havtest {
+
+class FakeMachine {
+ public:
+  FakeMachine();
+  ~FakeMachine();
+  FakeMachine(const FakeMachine&) = delete;
+  FakeMachine& operator=(const FakeMachine&) = delete;
+
+  // Paths are those of the machine: "/proc/meminfo". Folders are made as needed.
+  void File(const std::string& path, const std::string& text);
+  void Folder(const std::string& path);
+  void Link(const std::string& path, const std::string& target);
+  void Remove(const std::string& path);
+  std::filesystem::path Path(const std::string& path) const;
+
+  havhost::TMachine Machine() const { return havhost::TMachine(m_root.string()); }
+  havhost::TCollection Gather() const;
+
+  // Sockets of `cores` cores of two threads each, with caches of three levels: 32 KiB of
+  // data and 32 KiB of instructions and 1 MiB for each core, 16 MiB for each socket.
+  void Processors(unsigned sockets, unsigned cores);
+  // A block device under /sys/block, or a partition under its disk: "sda", "sda/sda1".
+  void BlockDevice(const std::string& place, const std::string& number, const std::string& sectors);
+
+ private:
+  std::filesystem::path m_root;
+};
+
+// Two sockets, two disks with partitions, an encrypted volume, file systems, ports.
+class FullMachine : public FakeMachine {
+ public:
+  FullMachine();
+
+ private:
+  void System();
+  void Disks();
+  void FileSystems();
+  void Ports();
+};
+
+// "property=value" of each value that is set, in the order of collection, Name first.
+std::vector<std::string> Values(const havhost::TElement& element);
+// The names of the elements of a class.
+std::vector<std::string> Names(const havhost::TCollection& collection,
+                               const std::string& className);
+// The element of that class and name; a failed assertion and an empty one when there is none.
+havhost::TElement Element(const havhost::TCollection& collection, const std::string& className,
+                          const std::string& name);
+// "antecedent -> dependent" by name, of each link of a class whose ends are there.
+std::vector<std::string> Links(const havhost::TCollection& collection,
+                               const std::string& className);
+std::vector<std::string> Failures(const havhost::TCollection& collection);
+
+}  // namespace havtest
