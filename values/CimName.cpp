@@ -1,5 +1,7 @@
 #include "values/CimName.h"
 
+#include <algorithm>
+
 #include "values/Failure.h"
 
 namespace NORVHAV20 {
@@ -32,6 +34,12 @@ CimName::CimName(std::string_view name) {
   }
   Fold(name, folded);
   m_folded = std::string_view(folded, name.size());
+}
+
+bool IsSameName(std::string_view a, std::string_view b) noexcept {
+  return a.size() == b.size() &&
+         std::equal(a.begin(), a.end(), b.begin(),
+                    [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
 std::string NormalizeCimName(std::string_view name) {

@@ -29,6 +29,9 @@ class CimName {
   std::string_view m_folded;
 };
 
+// Whether two texts are the same name, or would be if they were names: nothing is checked.
+bool IsSameName(std::string_view a, std::string_view b) noexcept;
+
 // Returns the folded name.
 std::string NormalizeCimName(std::string_view name);
 

@@ -24,7 +24,8 @@ class TInmemProperty final : public ICIMProperty {
  public:
   TInmemProperty(TSlotTable& table, std::size_t index) noexcept
       : m_table(&table), m_index(index) {}
-  TInmemProperty(const TInmemProperty& other) noexcept = default;
+  TInmemProperty(const TInmemProperty& other) noexcept
+      : ICIMProperty(), m_table(other.m_table), m_index(other.m_index) {}
 
   // Returns a slot that belongs to no instance and keeps `decl` alive.
   static boost::shared_ptr<ICIMProperty> Standalone(const boost::shared_ptr<ICIMPropertyDecl>& decl);

@@ -16,14 +16,13 @@ std::size_t TSlotLayout::Find(std::string_view folded) const noexcept {
   return static_cast<std::size_t>(found - m_entries.begin());
 }
 
-TSlotDeclarations::TSlotDeclarations(
-    const std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>, std::less<>>& source) {
+TSlotDeclarations::TSlotDeclarations(std::vector<TNamed> named) {
   std::vector<TSlotLayout::TEntry> entries;
-  entries.reserve(source.size());
-  decls.reserve(source.size());
-  for (const auto& [name, decl] : source) {
-    entries.push_back({name, decl});
-    decls.push_back(decl);
+  entries.reserve(named.size());
+  decls.reserve(named.size());
+  for (auto& [name, decl] : named) {
+    entries.push_back({std::move(name), decl});
+    decls.push_back(std::move(decl));
   }
   layout = boost::make_shared<const TSlotLayout>(std::move(entries));
 }

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -49,8 +50,10 @@ class TSlotLayout {
 
 // A layout together with the ownership of its declarations, in the same order.
 struct TSlotDeclarations {
-  explicit TSlotDeclarations(
-      const std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>, std::less<>>& decls);
+  using TNamed = std::pair<std::string, boost::shared_ptr<ICIMPropertyDecl>>;
+
+  // `named` are sorted by folded name, each name once.
+  explicit TSlotDeclarations(std::vector<TNamed> named);
 
   boost::shared_ptr<const TSlotLayout> layout;
   std::vector<boost::shared_ptr<ICIMPropertyDecl>> decls;

@@ -1,0 +1,37 @@
+// TClassCensus: every class that a namespace, or a copy of it, ever allocated.
+//
+// Classes own their instances and instances own their class; classes and the associations
+// that refer to them own each other. When the last namespace that shares a census goes, the
+// census breaks those circles: each class that is still there drops its instances and its
+// association set. Whoever holds a class or an instance beyond that can go on using it.
+//
+// Ownership: shared by a namespace and its copies; holds the classes weakly.
+// Threads:   one thread at a time per namespace.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+namespace NORVHAV20 {
+
+class TInmemClass;
+
+class TClassCensus {
+ public:
+  TClassCensus() = default;
+  ~TClassCensus();
+  TClassCensus(const TClassCensus&) = delete;
+  TClassCensus& operator=(const TClassCensus&) = delete;
+
+  // Complexity: amortised O(1), in memory O(classes alive).
+  void Enter(const boost::shared_ptr<TInmemClass>& cls);
+
+ private:
+  std::vector<boost::weak_ptr<TInmemClass>> m_classes;
+  std::size_t m_pruneAt = 64;
+};
+
+}  // namespace NORVHAV20

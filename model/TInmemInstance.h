@@ -1,0 +1,107 @@
+// TInmemInstance: one instance of a class: a value for each property that the class declared
+// when the instance was made.
+//
+// Two further jobs have sources of their own: TInmemInstanceAssociations.cpp (what refers to
+// the instance, and what stands at the other end), TInmemInstanceProperties.cpp (properties
+// by name, the ones that every instance answers included).
+//
+// Ownership: always held by a shared pointer; shared by its class once it is stored; shares
+//            its class and the declarations of its slots.
+// Threads:   one thread at a time per namespace.
+// Errors:    THAVException; the status with each operation of the interface.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include "havcore/ICIMInstance.h"
+#include "values/TSlotTable.h"
+
+namespace NORVHAV20 {
+
+class ICIMPropertyDecl;
+
+class INMEM_API TInmemInstance final : public ICIMInstance,
+                                       public boost::enable_shared_from_this<TInmemInstance> {
+ public:
+  using TCallback = TEnumCallback<ICIMInstance>;
+
+  // What Validate checks: that no key is NULL; that the references of an association resolve.
+  static const int kValidateKeysNonNull = 1;
+  static const int kValidateReferences = 2;
+
+  // `flags`: a set of the constants above. Throws 15 when `cls` is empty.
+  TInmemInstance(boost::shared_ptr<ICIMClass> cls, int flags);
+  ~TInmemInstance() override;
+  TInmemInstance(const TInmemInstance&) = delete;
+  TInmemInstance& operator=(const TInmemInstance&) = delete;
+
+  // Throws 18, logged, for a NULL key; and what resolving a reference throws, logged when it
+  // is 15.
+  void Validate(TOptions options) const override;
+  void AddToNamespace(TOptions options) override;
+  void ModifyInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) override;
+  void Delete(TOptions options) override;
+  TCIMReference GetReference(TOptions options) const override;
+  TCIMReference GetInstanceReference(TOptions options) override;
+  boost::shared_ptr<ICIMClass> GetClass(TOptions options) const override;
+  std::string GetPegasusNSPStr() const override;
+  void EnumerateAssociatedInstances(const TCallback& callback, const std::string& associationClass,
+                                    const std::string& resultClass, const std::string& role,
+                                    const std::string& resultRole, TOptions options) override;
+  void EnumerateAssociationInstances(const TCallback& callback, const std::string& resultClass,
+                                     const std::string& role, TOptions options) override;
+  boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name,
+                                              TOptions options) const override;
+  void SetPropertyValue(const std::string& name, const TCIMValue& value,
+                        TOptions options) override;
+  void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
+                           TOptions options) override;
+  TCIMValue InvokeMethod(const std::string& method, std::map<std::string, TCIMValue>& parameters,
+                         TOptions options) override;
+  bool operator==(ICIMInstance& other) const override;
+  bool operator<(ICIMInstance& other) const override;
+  ICIMInstance& operator=(const ICIMInstance&) override { return *this; }
+
+ private:
+  friend struct TReferencesCallback;
+  friend struct TExamineInstanceCallback;
+  friend struct TExamineInstanceWithRoleCallback;
+  friend struct TAssociatorsExamineCallback;
+  friend struct TAssociatorsExamineWithResultRoleCallback;
+
+  boost::shared_ptr<TInmemInstance> Self() const;
+  void StampCollectionTime();
+  bool ValidateKeyNonNull(const std::string* name) const;
+  void ValidateReferences() const;
+
+  boost::shared_ptr<ICIMProperty> SlotAt(std::size_t index) const;
+  boost::shared_ptr<ICIMProperty> DerivedProperty(const std::string& name,
+                                                  const TCIMValue& defaultValue) const;
+
+  // Each answers whether the enumeration goes on.
+  bool ExamineCandidateClass(const TCallback& callback, const std::string& role,
+                             boost::shared_ptr<ICIMClass> candidate);
+  bool ExamineCandidateClassInstance(const TCallback& callback,
+                                     boost::shared_ptr<ICIMInstance> association);
+  bool ExamineCandidateClassInstanceWithRole(const TCallback& callback, const std::string& role,
+                                             boost::shared_ptr<ICIMInstance> association);
+  bool ExamineCandidate(const TCallback& callback, boost::shared_ptr<ICIMClass> resultClass,
+                        const std::string& role, boost::shared_ptr<TInmemInstance> association);
+  bool ExamineCandidateWithResultRole(const TCallback& callback,
+                                      boost::shared_ptr<ICIMClass> resultClass,
+                                      const std::string& resultRole,
+                                      boost::shared_ptr<TInmemInstance> association);
+  bool IsReferredToBy(const TCIMValue& value) const;
+  bool IsSelfSlot(const TCIMValue& value) const;
+
+  int m_flags;
+  boost::shared_ptr<ICIMClass> m_class;
+  boost::shared_ptr<const TSlotDeclarations> m_declarations;
+  boost::shared_ptr<TSlotTable> m_slots;
+};
+
+}  // namespace NORVHAV20
