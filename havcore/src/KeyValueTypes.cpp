@@ -52,16 +52,11 @@ std::optional<TCIMValue> ReadQuoted(const TKeyText& key, ECIMType type,
                                     const boost::shared_ptr<ICIMNamespace>& home) {
   if (key.kind != TKeyText::kQuoted) return std::nullopt;
   switch (type) {
-    case kCIMString:
-      return TCIMValue(key.text);
-    case kCIMChar16:
-      return ReadCharacter(key.text);
-    case kCIMDateTime:
-      return ReadIfValid([&] { return TCIMDateTime::Parse(key.text); });
-    case kCIMReference:
-      return ReadIfValid([&] { return TCIMReference::Parse(key.text, home); });
-    default:
-      return std::nullopt;
+    case kCIMString: return TCIMValue(key.text);
+    case kCIMChar16: return ReadCharacter(key.text);
+    case kCIMDateTime: return ReadIfValid([&] { return TCIMDateTime::Parse(key.text); });
+    case kCIMReference: return ReadIfValid([&] { return TCIMReference::Parse(key.text, home); });
+    default: return std::nullopt;
   }
 }
 
@@ -84,30 +79,18 @@ std::optional<TCIMValue> TypedKeyValue(const TKeyText& key, ECIMType type,
                                        const boost::shared_ptr<ICIMNamespace>& home) {
   if (key.kind == TKeyText::kNull) return TCIMValue::Null(type);
   switch (type) {
-    case kCIMBoolean:
-      return ReadBoolean(key);
-    case kCIMUInt8:
-      return ReadNumber<std::uint8_t>(key);
-    case kCIMSInt8:
-      return ReadNumber<std::int8_t>(key);
-    case kCIMUInt16:
-      return ReadNumber<std::uint16_t>(key);
-    case kCIMSInt16:
-      return ReadNumber<std::int16_t>(key);
-    case kCIMUInt32:
-      return ReadNumber<std::uint32_t>(key);
-    case kCIMSInt32:
-      return ReadNumber<std::int32_t>(key);
-    case kCIMUInt64:
-      return ReadNumber<std::uint64_t>(key);
-    case kCIMSInt64:
-      return ReadNumber<std::int64_t>(key);
-    case kCIMReal32:
-      return ReadNumber<float>(key);
-    case kCIMReal64:
-      return ReadNumber<double>(key);
-    default:
-      return ReadQuoted(key, type, home);
+    case kCIMBoolean: return ReadBoolean(key);
+    case kCIMUInt8: return ReadNumber<std::uint8_t>(key);
+    case kCIMSInt8: return ReadNumber<std::int8_t>(key);
+    case kCIMUInt16: return ReadNumber<std::uint16_t>(key);
+    case kCIMSInt16: return ReadNumber<std::int16_t>(key);
+    case kCIMUInt32: return ReadNumber<std::uint32_t>(key);
+    case kCIMSInt32: return ReadNumber<std::int32_t>(key);
+    case kCIMUInt64: return ReadNumber<std::uint64_t>(key);
+    case kCIMSInt64: return ReadNumber<std::int64_t>(key);
+    case kCIMReal32: return ReadNumber<float>(key);
+    case kCIMReal64: return ReadNumber<double>(key);
+    default: return ReadQuoted(key, type, home);
   }
 }
 

@@ -145,18 +145,14 @@ void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces
     return;
   }
   switch (value.GetType()) {
-    case kCIMString:
-      AppendQuoted(out, static_cast<const std::string&>(value));
-      break;
+    case kCIMString: AppendQuoted(out, static_cast<const std::string&>(value)); break;
     case kCIMReference: {
       const auto& reference = static_cast<const TCIMReference&>(value);
       AppendQuoted(out, withNamespaces ? reference.GetFullPath() : reference.GetPath());
       break;
     }
     case kCIMChar16:
-    case kCIMDateTime:
-      AppendQuoted(out, value.ToString(10));
-      break;
+    case kCIMDateTime: AppendQuoted(out, value.ToString(10)); break;
     default:
       if (value.IsArray())
         AppendQuoted(out, value.ToString(10));

@@ -39,9 +39,7 @@ void Require(bool holds) {
   if (!holds) ThrowNoDateTime();
 }
 
-bool IsLeapYear(std::int64_t year) {
-  return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-}
+bool IsLeapYear(std::int64_t year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
 
 unsigned DaysOfMonth(std::int64_t year, unsigned month) {
   constexpr unsigned kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -63,8 +61,7 @@ TDate DateFromDays(std::int64_t days) {
   TDate date{days / 366, 1, 1};
   while (DaysBefore(date.year + 1) <= days) ++date.year;
   days -= DaysBefore(date.year);
-  while (days >= DaysOfMonth(date.year, date.month))
-    days -= DaysOfMonth(date.year, date.month++);
+  while (days >= DaysOfMonth(date.year, date.month)) days -= DaysOfMonth(date.year, date.month++);
   date.day = static_cast<unsigned>(days) + 1;
   return date;
 }
@@ -77,8 +74,8 @@ TTime Split(std::int64_t microseconds) {
 }
 
 std::int64_t Join(const TTime& time) {
-  return time.days * kDay + time.hours * kHour + time.minutes * kMinute +
-         time.seconds * kSecond + time.microseconds;
+  return time.days * kDay + time.hours * kHour + time.minutes * kMinute + time.seconds * kSecond +
+         time.microseconds;
 }
 
 void AppendPadded(std::string& out, std::uint64_t number, std::size_t width) {

@@ -15,8 +15,7 @@ namespace {
 
 using TKey = std::pair<std::string, TCIMValue>;
 
-boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls,
-                                                    const std::string& name) {
+boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls, const std::string& name) {
   try {
     return cls.GetPropertyDecl(name, {});
   } catch (const THAVException&) {
@@ -93,9 +92,10 @@ TCIMReference TCIMReference::Parse(const std::string& text,
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
   const auto cls = m_class.lock();
   std::string spelling = cls ? DeclaredName(*cls, name) : name;
-  const auto at = std::lower_bound(
-      m_keys.begin(), m_keys.end(), spelling,
-      [](const TKey& key, const std::string& other) { return CompareFolded(key.first, other) < 0; });
+  const auto at = std::lower_bound(m_keys.begin(), m_keys.end(), spelling,
+                                   [](const TKey& key, const std::string& other) {
+                                     return CompareFolded(key.first, other) < 0;
+                                   });
   if (at != m_keys.end() && EqualFolded(at->first, spelling))
     *at = TKey(std::move(spelling), value);
   else

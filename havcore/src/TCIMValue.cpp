@@ -95,17 +95,10 @@ TCIMValue TCIMValue::NullReference(const boost::shared_ptr<ICIMClass>& reference
 
 void TCIMValue::Destroy(ECIMType type, TShared* shared) noexcept {
   switch (type) {
-    case kCIMString:
-      delete static_cast<TSharedText*>(shared);
-      break;
-    case kCIMDateTime:
-      delete static_cast<TSharedDateTime*>(shared);
-      break;
-    case kCIMReference:
-      delete static_cast<TSharedReference*>(shared);
-      break;
-    default:
-      delete static_cast<TSharedArray*>(shared);
+    case kCIMString: delete static_cast<TSharedText*>(shared); break;
+    case kCIMDateTime: delete static_cast<TSharedDateTime*>(shared); break;
+    case kCIMReference: delete static_cast<TSharedReference*>(shared); break;
+    default: delete static_cast<TSharedArray*>(shared);
   }
 }
 
@@ -218,20 +211,15 @@ int TCIMValue::Compare(const TCIMValue& a, const TCIMValue& b) {
     case kCIMSInt8:
     case kCIMSInt16:
     case kCIMSInt32:
-    case kCIMSInt64:
-      return CompareOf(a.m_content.integer, b.m_content.integer);
-    case kCIMReal32:
-      return CompareReals(a.m_content.real32, b.m_content.real32);
-    case kCIMReal64:
-      return CompareReals(a.m_content.real64, b.m_content.real64);
-    case kCIMString:
-      return a.Shared<TSharedText>().value.compare(b.Shared<TSharedText>().value);
+    case kCIMSInt64: return CompareOf(a.m_content.integer, b.m_content.integer);
+    case kCIMReal32: return CompareReals(a.m_content.real32, b.m_content.real32);
+    case kCIMReal64: return CompareReals(a.m_content.real64, b.m_content.real64);
+    case kCIMString: return a.Shared<TSharedText>().value.compare(b.Shared<TSharedText>().value);
     case kCIMDateTime:
       return CompareOf(a.Shared<TSharedDateTime>().value, b.Shared<TSharedDateTime>().value);
     case kCIMReference:
       return CompareOf(a.Shared<TSharedReference>().value, b.Shared<TSharedReference>().value);
-    default:
-      break;
+    default: break;
   }
   if (!a.IsArray()) return CompareOf(a.m_content.bits, b.m_content.bits);
   return CompareOf(a.Shared<TSharedArray>().value, b.Shared<TSharedArray>().value);

@@ -7,51 +7,17 @@
 namespace NORVHAV20 {
 namespace {
 
-const char* ElementName(ECIMType element) {
-  switch (element) {
-    case kCIMNone:
-      return "none";
-    case kCIMBoolean:
-      return "boolean";
-    case kCIMUInt8:
-      return "uint8";
-    case kCIMSInt8:
-      return "sint8";
-    case kCIMUInt16:
-      return "uint16";
-    case kCIMSInt16:
-      return "sint16";
-    case kCIMUInt32:
-      return "uint32";
-    case kCIMSInt32:
-      return "sint32";
-    case kCIMUInt64:
-      return "uint64";
-    case kCIMSInt64:
-      return "sint64";
-    case kCIMReal32:
-      return "real32";
-    case kCIMReal64:
-      return "real64";
-    case kCIMChar16:
-      return "char16";
-    case kCIMString:
-      return "string";
-    case kCIMDateTime:
-      return "datetime";
-    case kCIMReference:
-      return "reference";
-    default:
-      return "unknown";
-  }
-}
+constexpr const char* kElementNames[] = {
+    "none",   "boolean", "uint8",  "sint8",  "uint16", "sint16", "uint32",   "sint32",
+    "uint64", "sint64",  "real32", "real64", "char16", "string", "datetime", "reference"};
 
 }  // namespace
 
 std::ostream& operator<<(std::ostream& out, const TCIMValue::TCIMType& type) {
   const ECIMType code = type;
+  if (code >= 2 * kCIMArray) return out << "unknown";
   // One insertion, so that the width of a column applies to the whole name.
-  return out << std::string(ElementName(ElementOf(code))) + (code & kCIMArray ? "[]" : "");
+  return out << std::string(kElementNames[ElementOf(code)]) + (code & kCIMArray ? "[]" : "");
 }
 
 std::string TCIMValue::ToString(unsigned char radix) const {
@@ -67,33 +33,17 @@ void TCIMValue::AppendTo(std::string& out, int radix) const {
     return;
   }
   switch (m_type) {
-    case kCIMBoolean:
-      out += m_content.bits != 0 ? "TRUE" : "FALSE";
-      break;
+    case kCIMBoolean: out += m_content.bits != 0 ? "TRUE" : "FALSE"; break;
     case kCIMSInt8:
     case kCIMSInt16:
     case kCIMSInt32:
-    case kCIMSInt64:
-      AppendInteger(out, m_content.integer, radix);
-      break;
-    case kCIMReal32:
-      AppendReal(out, m_content.real32);
-      break;
-    case kCIMReal64:
-      AppendReal(out, m_content.real64);
-      break;
-    case kCIMChar16:
-      AppendChar16(out, static_cast<char16_t>(m_content.bits));
-      break;
-    case kCIMString:
-      out += Shared<TSharedText>().value;
-      break;
-    case kCIMDateTime:
-      out += Shared<TSharedDateTime>().value.ToString();
-      break;
-    case kCIMReference:
-      out += Shared<TSharedReference>().value.GetFullPath();
-      break;
+    case kCIMSInt64: AppendInteger(out, m_content.integer, radix); break;
+    case kCIMReal32: AppendReal(out, m_content.real32); break;
+    case kCIMReal64: AppendReal(out, m_content.real64); break;
+    case kCIMChar16: AppendChar16(out, static_cast<char16_t>(m_content.bits)); break;
+    case kCIMString: out += Shared<TSharedText>().value; break;
+    case kCIMDateTime: out += Shared<TSharedDateTime>().value.ToString(); break;
+    case kCIMReference: out += Shared<TSharedReference>().value.GetFullPath(); break;
     default:
       if (IsArray())
         AppendElementsTo(out, radix);

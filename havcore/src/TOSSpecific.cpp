@@ -26,8 +26,7 @@ std::tm UtcFields(std::time_t time) {
   return fields;
 }
 
-TCIMDateTime FromFields(const std::tm& fields, std::uint32_t microseconds,
-                        std::int32_t utcOffset) {
+TCIMDateTime FromFields(const std::tm& fields, std::uint32_t microseconds, std::int32_t utcOffset) {
   return TCIMDateTime::Timestamp(
       static_cast<std::uint32_t>(fields.tm_year + 1900),
       static_cast<std::uint16_t>(fields.tm_mon + 1), static_cast<std::uint16_t>(fields.tm_mday),

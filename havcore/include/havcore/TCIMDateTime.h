@@ -3,7 +3,8 @@
 //
 // Text is the 25 characters of CIM: "yyyymmddhhmmss.mmmmmmsutc" for a timestamp (s is '+'
 // or '-', utc the offset in minutes), "ddddddddhhmmss.mmmmmm:000" for an interval. Trailing
-// fields may be asterisks: not significant.
+// fields may be asterisks, not significant: whole fields, and any number of the microseconds'
+// digits. Such a value stands for the beginning of the time that it leaves open.
 //
 // Threads: a value.
 // Errors:  THAVException 14 for text or fields that are no datetime.
@@ -25,7 +26,8 @@ class HAVCORE_API TCIMDateTime {
   static TCIMDateTime Parse(const std::string& text);
 
   // A timestamp with full precision. `utcOffset` is in minutes, east positive, at most 999
-  // either way. Throws 14 when a field is out of range (a leap second is accepted).
+  // either way. Throws 14 when a field is out of range; second 60, a leap second, is accepted
+  // and counts as the second after it.
   static TCIMDateTime Timestamp(std::uint32_t year, std::uint16_t month, std::uint16_t day,
                                 std::uint16_t hours, std::uint16_t minutes,
                                 std::uint16_t seconds, std::uint32_t microseconds,
@@ -48,11 +50,15 @@ class HAVCORE_API TCIMDateTime {
 
   // The 25 characters. Parse gives back an equal value.
   std::string ToString() const;
-  // For people: "[N day(s) ]HH:MM:SS[.ffffff]", or "YYYY-MM-DD HH:MM:SS[.ffffff] +HH:MM".
+  // For people: "[N day(s) ]HH:MM:SS[.ffffff]", or "YYYY-MM-DD HH:MM:SS[.ffffff] +HH:MM"; the
+  // fraction when it is not zero, days when there are any. Of a lower precision only what is
+  // significant ("2024-03", "2024-03-01 10:15 +01:00", "3 days"); hours alone as "10:**";
+  // "unknown" when nothing is significant.
   std::string ToUIString() const;
 
-  // Ordered by kind (intervals first), then instant or length, then precision. Two
-  // timestamps of one instant are equal whatever their offsets.
+  // Ordered by kind (intervals first), then instant or length, then precision, the lower
+  // first: "March" stands before every other time in March. Two timestamps of one instant
+  // and precision are equal whatever their offsets.
   friend HAVCORE_API bool operator==(const TCIMDateTime& a, const TCIMDateTime& b) noexcept;
   friend HAVCORE_API bool operator<(const TCIMDateTime& a, const TCIMDateTime& b) noexcept;
   friend bool operator!=(const TCIMDateTime& a, const TCIMDateTime& b) noexcept {

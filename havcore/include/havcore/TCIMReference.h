@@ -29,18 +29,22 @@ class HAVCORE_API TCIMReference {
   TCIMReference(const boost::shared_ptr<ICIMNamespace>& home,
                 const std::map<std::string, TCIMValue>& keys);
 
-  // Reads `text` as GetPath and GetFullPath write it. With `home`, the class is bound when
-  // it is there, and key values take the types that it declares; without, TRUE and FALSE
+  // Reads `text` as GetPath and GetFullPath write it; no blanks outside quotes, TRUE, FALSE
+  // and NULL in any case. With `home`, the class is bound when it is there, and key values
+  // take the types that it declares; without, and where a value does not fit, TRUE and FALSE
   // are booleans, integers uint64 or sint64, other numbers real64, quoted text strings.
-  // Throws 15 when the text is no object path.
+  // Throws 15 when the text is no object path, or names a key twice.
   static TCIMReference Parse(const std::string& text,
                              const boost::shared_ptr<ICIMNamespace>& home);
 
-  // Adds a key value, or replaces the one of the same name (names ignore case).
+  // Adds a key value, or replaces the one of the same name (names ignore case). The name is
+  // spelt as the bound class declares it, and as given where it declares none.
   void AddKeyValue(const std::string& name, const TCIMValue& value);
-  // Binds the path to `cls` and takes its name; an empty pointer unbinds it and keeps the
-  // name.
+  // Binds the path to `cls` and takes its name and its spelling of the keys; an empty pointer
+  // unbinds it and keeps them. A path without a home is resolved in the namespace of its
+  // class, also when the class itself is gone.
   void SetClass(const boost::shared_ptr<ICIMClass>& cls);
+  // A name with a double quote or an equals sign in it makes a full path that Parse refuses.
   void SetNameSpaceName(const std::string& name);
   void SetNamespace(const boost::shared_ptr<ICIMNamespace>& home);
 
@@ -51,20 +55,25 @@ class HAVCORE_API TCIMReference {
   boost::shared_ptr<ICIMNamespace> GetNamespace() const;
   std::map<std::string, TCIMValue> GetKeyValues() const;
 
-  // "Class.Key1=…,Key2=…": keys sorted case-folded, spelt as declared when the class is
-  // bound; strings, datetimes, characters and references in double quotes with \ and "
-  // escaped; TRUE and FALSE; plain decimals; NULL. Just "Class" without keys. Equal
-  // references give equal text. Complexity: linear in the length of the text.
+  // "Class.Key1=…,Key2=…": keys sorted case-folded; strings, datetimes, characters (in UTF-8)
+  // and references (as their own GetPath) in double quotes with \ and " escaped; TRUE and
+  // FALSE; plain decimals, reals as short as they read back; NULL. Just "Class" without keys.
+  // Equal references give equal text, up to the case of names that no class spells. Parse
+  // reads it back to the same text. Complexity: linear in the length of the text.
   std::string GetPath() const;
-  // GetPath with "namespace:" before it, when there is a namespace name.
+  // GetPath with "namespace:" before it, when there is a namespace name; so for references
+  // among the keys, too.
   std::string GetFullPath() const;
 
-  // Returns the element that the path names: the instance, or the class of a path without
-  // keys whose class has keys. Throws 15 when the class, the namespace or the element is
-  // not there. The argument is accepted and ignored.
+  // Returns the element that the path names: the instance, or for a path without keys that
+  // names no instance the class. Throws 15 when the class, the namespace or the element is
+  // not there; what else the namespace throws passes through. The argument is accepted and
+  // ignored.
   boost::shared_ptr<ICIMElement> GetCIMElement(bool) const;
 
-  // Same full path, names ignoring case.
+  // Same full path: the names of namespace, class and keys ignore case, key values compare by
+  // their text, so that a path read without types equals the one that it was written from.
+  // Ordered by namespace name, class name, then key by key.
   friend HAVCORE_API bool operator==(const TCIMReference& a, const TCIMReference& b);
   friend HAVCORE_API bool operator<(const TCIMReference& a, const TCIMReference& b);
   friend bool operator!=(const TCIMReference& a, const TCIMReference& b) { return !(a == b); }

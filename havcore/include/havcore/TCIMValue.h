@@ -43,7 +43,7 @@ class HAVCORE_API TCIMValue {
   };
 
   // NULL without a type.
-  TCIMValue() noexcept = default;
+  TCIMValue() noexcept {}  // not defaulted: a const object may be made without initialiser
 
   TCIMValue(bool value) noexcept;
   TCIMValue(std::uint8_t value) noexcept;
@@ -94,8 +94,8 @@ class HAVCORE_API TCIMValue {
 
   // The value as text: integers in `radix` (2 to 36, lower-case digits; others count as
   // 10), TRUE and FALSE, "NULL", the CIM text of datetimes, the full path of references,
-  // strings as they are, reals as short as they read back, arrays as "{a, b}". Independent
-  // of the global locale.
+  // strings as they are, characters in UTF-8, reals as short as they read back ("inf", "nan"
+  // where there is no number), arrays as "{a, b}". Independent of the global locale.
   std::string ToString(unsigned char radix) const;
 
   explicit operator bool() const;

@@ -1,0 +1,11 @@
+// AllocationCount: how often this program has asked operator new for memory. The suite
+// replaces operator new to know it.
+#pragma once
+
+#include <cstddef>
+
+namespace havtest {
+
+std::size_t AllocationCount() noexcept;
+
+}  // namespace havtest
