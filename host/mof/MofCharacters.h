@@ -1,0 +1,38 @@
+// MofCharacters: classes of characters in MOF text, blanks and comments, and UTF-8.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace havhost {
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsNameStart(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+constexpr bool IsNameCharacter(char c) { return IsNameStart(c) || IsDigit(c); }
+
+// The digit that `c` is in hexadecimal, 16 when it is none.
+constexpr unsigned HexDigit(char c) {
+  if (IsDigit(c)) return static_cast<unsigned>(c - '0');
+  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;
+  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10;
+  return 16;
+}
+
+// The end of the blanks and comments that begin at `at`. A comment that is not closed ends
+// with the text, and its beginning is left in `open`.
+std::size_t EndOfBlanks(std::string_view text, std::size_t at, std::size_t& open) noexcept;
+
+// The length in bytes of the UTF-8 character at `at`, 0 when there is no valid one.
+std::size_t Utf8Length(std::string_view text, std::size_t at) noexcept;
+// The code point of a valid UTF-8 character.
+char32_t Utf8Value(std::string_view character) noexcept;
+void AppendUtf8(std::string& text, char32_t codePoint);
+
+constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+}  // namespace havhost
