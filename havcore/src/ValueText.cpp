@@ -53,14 +53,10 @@ void AppendChar16(std::string& out, char16_t unit) {
 }
 
 std::optional<char16_t> ReadChar16(std::string_view text) {
-  unsigned code = 0;
-  for (const char c : text.substr(0, 3)) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (&c == text.data())
-      code = text.size() == 1 ? byte : byte & (text.size() == 2 ? 0x1FU : 0x0FU);
-    else
-      code = (code << 6) | (byte & 0x3FU);
-  }
+  if (text.empty() || text.size() > 3) return std::nullopt;
+  constexpr unsigned kLeadBits[] = {0x7F, 0x1F, 0x0F};
+  unsigned code = static_cast<unsigned char>(text.front()) & kLeadBits[text.size() - 1];
+  for (const char c : text.substr(1)) code = (code << 6) | (static_cast<unsigned char>(c) & 0x3F);
   const auto unit = static_cast<char16_t>(code);
   // Writing it again is the check: any text but the one that belongs to the unit differs.
   std::string again;

@@ -18,6 +18,7 @@
 #include "FakeObjectModel.h"
 #include "havcore/TCIMDateTime.h"
 #include "havcore/TCIMReference.h"
+#include "support/PrintValue.h"
 #include "support/Status.h"
 
 using namespace NORVHAV20;
