@@ -14,6 +14,9 @@ namespace havtest {
 // The provider that the plug-in's entry point registered. Initialised on first use.
 boost::shared_ptr<NORVHAV20::INamespaceProvider> Provider();
 
+// Calls the entry point once more, with whatever provider manager the host has set.
+NORVHAV20::THAVStatusCode CallEntryPoint();
+
 // The exported switch g_L1Enabled, g_L2Enabled or g_L3Enabled (`level` 1 to 3).
 std::int32_t& CacheSwitch(int level);
 

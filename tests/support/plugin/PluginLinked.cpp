@@ -13,6 +13,10 @@ boost::shared_ptr<NORVHAV20::INamespaceProvider> Provider() {
   return provider;
 }
 
+NORVHAV20::THAVStatusCode CallEntryPoint() {
+  return NORVHAV20::TInmemNamespaceProvider::Initialize();
+}
+
 std::int32_t& CacheSwitch(int level) {
   switch (level) {
     case 1: return g_L1Enabled;

@@ -34,6 +34,10 @@ boost::shared_ptr<NORVHAV20::INamespaceProvider> Provider() {
   return provider;
 }
 
+NORVHAV20::THAVStatusCode CallEntryPoint() {
+  return Library().get<NORVHAV20::THAVStatusCode()>(kInitialize)();
+}
+
 std::int32_t& CacheSwitch(int level) {
   if (level < 1 || level > 3) throw std::out_of_range("cache levels are 1 to 3");
   return Library().get<std::int32_t>("g_L" + std::to_string(level) + "Enabled");
