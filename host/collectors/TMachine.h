@@ -14,7 +14,11 @@ namespace havhost {
 
 class TMachine {
  public:
-  explicit TMachine(std::string root = "/") : m_root(std::move(root)) {}
+  // Slashes at the end of `root` do not count; an empty root is "/".
+  explicit TMachine(std::string root = "/") : m_root(std::move(root)) {
+    while (!m_root.empty() && m_root.back() == '/') m_root.pop_back();
+    if (m_root.empty()) m_root = "/";
+  }
 
   const std::string& Root() const { return m_root; }
   bool IsThisMachine() const { return m_root == "/"; }

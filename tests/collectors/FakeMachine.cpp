@@ -119,7 +119,7 @@ void FakeMachine::BlockDevice(const std::string& place, const std::string& numbe
 
 FullMachine::FullMachine() {
   System();
-  Processors(2, 4);
+  Processors(2, 2);
   Disks();
   FileSystems();
   Ports();

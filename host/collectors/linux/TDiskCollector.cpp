@@ -28,14 +28,14 @@ class TBlockDevices {
     if (!m_files.Require("/sys/block")) return;
     for (const auto& name : m_files.Folder("/sys/block")) {
       const std::string path = "/sys/block/" + name + "/";
-      const auto size = m_files.Number<std::uint64_t>(path + "size");
-      if (size == std::uint64_t{0} || IsInMemory(name)) continue;
+      const auto sectors = Sectors(path);
+      if (sectors == std::uint64_t{0} || IsInMemory(name)) continue;
       const auto id = DeviceId(path);
       if (!id) continue;
       if (m_files.Exists(path + "dm") || m_files.Exists(path + "md"))
-        AddVolume(*id, name, path);
+        AddVolume(*id, name, path, sectors);
       else
-        AddDisk(*id, name, path);
+        AddDisk(*id, name, path, sectors);
       AddPartitions(*id, path);
     }
   }
@@ -64,14 +64,19 @@ class TBlockDevices {
     return "/dev/" + name;
   }
 
-  void SetExtent(TElement& extent, const std::string& path) {
-    extent.Set("Size", Times(m_files.Number<std::uint64_t>(path + "size"), kSectorSize))
-        .Set("ReadOnly", m_files.Flag(path + "ro"));
+  std::optional<std::uint64_t> Sectors(const std::string& path) {
+    return m_files.Number<std::uint64_t>(path + "size");
   }
 
-  void AddDisk(const std::string& id, const std::string& name, const std::string& path) {
+  void SetExtent(TElement& extent, const std::string& path,
+                 std::optional<std::uint64_t> sectors) {
+    extent.Set("Size", Times(sectors, kSectorSize)).Set("ReadOnly", m_files.Flag(path + "ro"));
+  }
+
+  void AddDisk(const std::string& id, const std::string& name, const std::string& path,
+               std::optional<std::uint64_t> sectors) {
     auto& disk = m_collection.AddSystemDevice(id, "ORVSG_DiskDrive", DeviceName(name));
-    SetExtent(disk, path);
+    SetExtent(disk, path, sectors);
     const auto known = Properties(path);
     const auto model = FirstOf(m_files.Line(path + "device/model"), PropertyOf(known, "ID_MODEL"));
     const auto bus = BusType(path, known);
@@ -137,11 +142,12 @@ class TBlockDevices {
     return *rotates ? kHardDisk : kSolidState;
   }
 
-  void AddVolume(const std::string& id, const std::string& name, const std::string& path) {
+  void AddVolume(const std::string& id, const std::string& name, const std::string& path,
+                 std::optional<std::uint64_t> sectors) {
     const auto given = m_files.Line(path + "dm/name");
     auto& volume = m_collection.AddSystemDevice(
         id, "ORVSG_StorageVolume", given ? "/dev/mapper/" + *given : DeviceName(name));
-    SetExtent(volume, path);
+    SetExtent(volume, path, sectors);
     // "LVM-…", "CRYPT-LUKS2-…": what stands before the first dash made the volume.
     auto type = m_files.Line(path + "dm/uuid");
     if (type) type->erase(std::min(type->find('-'), type->size()));
@@ -162,7 +168,7 @@ class TBlockDevices {
       if (!id) continue;
       const auto known = Properties(path);
       auto& partition = m_collection.Add(*id, "ORVSG_DiskPartition", DeviceName(name));
-      SetExtent(partition, path);
+      SetExtent(partition, path, Sectors(path));
       partition.Set("PartitionNumber", m_files.Number<std::uint32_t>(path + "partition"))
           .Set("StartingOffset",
                Times(m_files.Number<std::uint64_t>(path + "start"), kSectorSize))

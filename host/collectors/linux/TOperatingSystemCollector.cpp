@@ -27,8 +27,12 @@ std::string Unquote(const std::string& text) {
 class TRelease {
  public:
   explicit TRelease(TSystemFiles& files) : m_files(files) {
-    m_path = files.Exists("/etc/os-release") ? "/etc/os-release" : "/usr/lib/os-release";
-    m_values = KeyValues(files.Text(m_path).value_or(""), '=');
+    auto text = files.Text(m_path);
+    if (!text) {
+      m_path = "/usr/lib/os-release";
+      text = files.Text(m_path);
+    }
+    m_values = KeyValues(text.value_or(""), '=');
   }
 
   std::optional<std::string> Value(const char* key) const {
@@ -39,7 +43,7 @@ class TRelease {
 
  private:
   TSystemFiles& m_files;
-  std::string m_path;
+  std::string m_path = "/etc/os-release";
   std::map<std::string, std::string, std::less<>> m_values;
 };
 

@@ -60,9 +60,7 @@ int ReadAll(int descriptor, std::string& text) {
 }  // namespace
 
 TSystemFiles::TSystemFiles(const TMachine& machine, TCollection& collection)
-    : m_root(machine.Root()), m_collection(collection) {
-  while (!m_root.empty() && m_root.back() == '/') m_root.pop_back();
-}
+    : m_root(machine.IsThisMachine() ? "" : machine.Root()), m_collection(collection) {}
 
 bool TSystemFiles::Exists(const std::string& path) const {
   return ::access(Full(path).c_str(), F_OK) == 0;
