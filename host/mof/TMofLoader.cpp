@@ -12,10 +12,10 @@ boost::shared_ptr<ICIMNamespace> TMofLoader::Load(const std::vector<std::string>
                                                   TMofReport& report) {
   TMofReader reader(m_source, report, ProgressOf(EStep::kReadFiles));
   reader.Read(names);
-  const auto name = ChooseName(reader.GetFiles(), report);
+  m_chosenName = ChooseName(reader.GetFiles(), report);
   if (report.IsFull()) return {};
 
-  const auto home = m_provider.AllocateNamespace({}, false, name);
+  const auto home = m_provider.AllocateNamespace({}, false, m_chosenName);
   TMofSchemaBuilder schema(m_provider, home, reader.GetFiles(), reader.IsComplete(), report);
   schema.Build(ProgressOf(EStep::kMakeClasses));
   if (!report.IsFull())

@@ -36,6 +36,8 @@ class TMofLoader {
 
   // The name of the namespace; without one, a namespace pragma says it.
   void SetNamespaceName(std::string name) { m_name = std::move(name); }
+  // The name that the last load settled on, empty when nobody gave one.
+  const std::string& GetNamespaceName() const noexcept { return m_chosenName; }
   void SetProgress(TProgress progress) { m_progress = std::move(progress); }
 
   // Returns the namespace with everything in it, or an empty pointer when the report has
@@ -50,6 +52,7 @@ class TMofLoader {
   const NORVHAV20::INamespaceProvider& m_provider;
   IMofSource& m_source;
   std::string m_name;
+  std::string m_chosenName;
   TProgress m_progress;
 };
 

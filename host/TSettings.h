@@ -1,0 +1,39 @@
+// TSettings: what the command line says, with its defaults.
+//
+// Ownership: a value.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace havhost {
+
+struct TSettings {
+  static constexpr char kDefaultNamespace[] = "root/cimv2";
+
+  // Where the namespace comes from: the MOF files, or without any the live inventory.
+  std::string namespaceName;  // empty: what the MOF says, else kDefaultNamespace
+  std::vector<std::string> mofFiles;
+  std::vector<std::string> includeFolders;
+  std::string schemaFolder;  // empty: the installed schema
+  std::string rootFolder = "/";
+  std::string plugin;        // empty: the installed plug-in
+
+  // What to look at. Empty filters match everything.
+  std::string className;
+  std::string path;
+  std::string associationClass;
+  std::string resultClass;
+  std::string role;
+  std::string resultRole;
+  bool deep = false;
+
+  // How to show it.
+  std::string format = "text";
+  bool raw = false;
+  bool verbose = false;
+
+  bool IsJson() const { return format == "json"; }
+};
+
+}  // namespace havhost

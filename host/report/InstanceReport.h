@@ -1,0 +1,44 @@
+// InstanceReport: what there is to tell of an instance, taken out of it.
+//
+// Ownership: values. A reference among them holds its class and namespace weakly, so that
+//            reports must be gone before the plug-in is unloaded.
+// Errors:    THAVException of the instance, other than from display texts: where there is
+//            none, the value's plain text stands in.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "havcore/ICIMInstance.h"
+#include "havcore/ICIMProperty.h"
+#include "havcore/TCIMValue.h"
+
+namespace havhost {
+
+struct TPropertyReport {
+  std::string name;
+  NORVHAV20::TCIMValue value;
+  NORVHAV20::ECIMType type;
+  // One text, or one for each element of an array.
+  std::vector<std::string> display;
+};
+
+struct TInstanceReport {
+  std::string path;
+  std::string className;
+  std::vector<TPropertyReport> properties;  // in the order of their case-folded names
+
+  // What a person would call it: its element name, caption or name, else its path.
+  std::string Title() const;
+  // Returns the property of that name as it is declared, or nullptr.
+  const TPropertyReport* Find(const std::string& name) const;
+};
+
+TInstanceReport ReportOf(NORVHAV20::ICIMInstance& instance);
+
+// The display texts of a slot's value.
+std::vector<std::string> DisplayTexts(const NORVHAV20::ICIMProperty& slot);
+
+}  // namespace havhost

@@ -1,0 +1,37 @@
+// Text: printing for people: text that is safe on a terminal, and aligned columns.
+//
+// Threads: pure functions.
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace havhost {
+
+// The text on one line: control characters as escapes (inventories hold what firmware and
+// devices say of themselves), bytes that are no UTF-8 as the replacement character.
+std::string Printable(std::string_view text);
+
+// How many columns printable text takes: one for each character.
+std::size_t Width(std::string_view text);
+
+// The texts with ", " between them.
+std::string Join(const std::vector<std::string>& texts);
+
+// "1 instance", "2 instances"; `things` is the plural, with an s.
+std::string Count(std::size_t number, const std::string& things);
+
+// Text in which numbers order by their value: "eth2" before "eth10".
+bool NaturalLess(std::string_view a, std::string_view b);
+
+using TRow = std::vector<std::string>;
+
+// Writes the rows with `prefix` before each and the columns aligned, made printable. A cell
+// wider than `widest` does not widen its column, and no line ends in blanks.
+void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<TRow>& rows,
+               std::size_t widest = 40);
+
+}  // namespace havhost
