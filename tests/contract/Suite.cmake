@@ -13,5 +13,7 @@ if(contract_sources)
   add_executable(contract_loaded_tests)
   hav_test_target(contract_loaded_tests contract_suite test_support plugin_loaded
                   GTest::gtest_main)
+  # What an object library depends on is not built for those that link it.
+  add_dependencies(contract_loaded_tests inmem)
   hav_register_test(contract_loaded contract_loaded_tests)
 endif()
