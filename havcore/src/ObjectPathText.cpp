@@ -1,5 +1,7 @@
 #include "ObjectPathText.h"
 
+#include <algorithm>
+
 #include "AsciiFold.h"
 #include "havcore/TCIMReference.h"
 #include "havcore/THAVException.h"
@@ -96,22 +98,28 @@ class TKeyReader {
 
 bool IsSpecial(char c) { return c == '"' || c == '\\'; }
 
+// Nearly no text has any: asking first costs a fraction of looking at each character.
+bool HasSpecial(std::string_view text) {
+  return text.find('"') != std::string_view::npos || text.find('\\') != std::string_view::npos;
+}
+
 void AppendQuoted(std::string& out, std::string_view text) {
   out += '"';
-  std::size_t written = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (!IsSpecial(text[at])) continue;
-    out.append(text, written, at - written);
-    out += '\\';
-    written = at;
+  if (!HasSpecial(text)) {
+    out += text;
+  } else {
+    for (const char c : text) {
+      if (IsSpecial(c)) out += '\\';
+      out += c;
+    }
   }
-  out.append(text, written, text.size() - written);
   out += '"';
 }
 
 std::size_t QuotedSize(std::string_view text) {
   std::size_t size = text.size() + 2;
-  for (const char c : text) size += IsSpecial(c) ? 1 : 0;
+  if (HasSpecial(text))
+    size += static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsSpecial));
   return size;
 }
 

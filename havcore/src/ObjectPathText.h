@@ -1,5 +1,5 @@
-// ObjectPathText: the text of an object path, taken apart and put together, without any
-// knowledge of what it names: [namespace:]Class[.Key=value[,Key=value]...].
+// ObjectPathText: the text of an object path, taken apart and put together:
+// [namespace:]Class[.Key=value[,Key=value]...].
 //
 // Errors: THAVException 15 for text that is no object path.
 #pragma once

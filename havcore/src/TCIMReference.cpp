@@ -90,6 +90,7 @@ TCIMReference TCIMReference::Parse(const std::string& text,
 }
 
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
+  if (m_keys.capacity() == 0) m_keys.reserve(2);  // few paths have more
   const auto cls = m_class.lock();
   std::string spelling = cls ? DeclaredName(*cls, name) : name;
   const auto at = std::lower_bound(m_keys.begin(), m_keys.end(), spelling,

@@ -1,5 +1,6 @@
 #include "havcore/TCIMValue.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "AsciiFold.h"
@@ -218,11 +219,19 @@ int TCIMValue::Compare(const TCIMValue& a, const TCIMValue& b) {
     case kCIMDateTime:
       return CompareOf(a.Shared<TSharedDateTime>().value, b.Shared<TSharedDateTime>().value);
     case kCIMReference:
-      return CompareOf(a.Shared<TSharedReference>().value, b.Shared<TSharedReference>().value);
+      return TCIMReference::Compare(a.Shared<TSharedReference>().value,
+                                    b.Shared<TSharedReference>().value);
     default: break;
   }
   if (!a.IsArray()) return CompareOf(a.m_content.bits, b.m_content.bits);
-  return CompareOf(a.Shared<TSharedArray>().value, b.Shared<TSharedArray>().value);
+  return CompareElements(a.Shared<TSharedArray>().value, b.Shared<TSharedArray>().value);
+}
+
+int TCIMValue::CompareElements(const std::vector<TCIMValue>& a, const std::vector<TCIMValue>& b) {
+  const std::size_t common = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < common; ++i)
+    if (const int elements = Compare(a[i], b[i])) return elements;
+  return CompareOf(a.size(), b.size());
 }
 
 bool operator==(const TCIMValue& a, const TCIMValue& b) { return TCIMValue::Compare(a, b) == 0; }

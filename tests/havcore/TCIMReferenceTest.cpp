@@ -125,6 +125,7 @@ TEST_F(TCIMReferenceTest, TheNamespaceNameIsPartOfTheFullPathOnly) {
   EXPECT_EQ(TCIMValue(path).ToString(10), R"(root/cimv2:C.K="v")");
 }
 
+#if !defined(_WIN32)  // where a library's operator new is its own and is not counted
 TEST_F(TCIMReferenceTest, GetPathAllocatesItsTextOnce) {
   const std::string value(100, '"');
   const TCIMReference path = Path("C", {{"K1", TCIMValue(value)}, {"K2", TCIMValue(value)}});
@@ -133,6 +134,7 @@ TEST_F(TCIMReferenceTest, GetPathAllocatesItsTextOnce) {
   EXPECT_EQ(havtest::AllocationCount(), before + 1);
   EXPECT_EQ(text.size(), 1 + 2 * (4 + 202u));
 }
+#endif
 
 TEST_F(TCIMReferenceTest, HasTheNamespaceOfItsHomeElseOfItsClass) {
   TCIMReference path({}, {});

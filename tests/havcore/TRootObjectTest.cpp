@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <iostream>
-#include <sstream>
 #include <string>
 
 #include <boost/make_shared.hpp>
@@ -15,21 +13,6 @@
 using namespace NORVHAV20;
 
 namespace {
-
-// What stands in for standard error while it lives.
-class CapturedErrors {
- public:
-  CapturedErrors() : m_before(std::cerr.rdbuf(m_text.rdbuf())) {}
-  ~CapturedErrors() { std::cerr.rdbuf(m_before); }
-  CapturedErrors(const CapturedErrors&) = delete;
-  CapturedErrors& operator=(const CapturedErrors&) = delete;
-
-  std::string Text() const { return m_text.str(); }
-
- private:
-  std::ostringstream m_text;
-  std::streambuf* m_before;
-};
 
 // Made before the library's services are first used, and so destroyed after everything that
 // their first use makes.
@@ -49,11 +32,11 @@ struct LastWords {
 }  // namespace
 
 TEST(TRootObject, TheFirstLoggerWritesErrorsToStandardErrorAndDropsNotes) {
-  const CapturedErrors errors;
   ILogger* const logger = TRootObject::GetCoreLogger();
   ASSERT_NE(logger, nullptr);
+  testing::internal::CaptureStderr();
   for (int level = 0; level < 5; ++level) logger->Log(level, "level " + std::to_string(level));
-  EXPECT_EQ(errors.Text(), "level 3\nlevel 4\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "level 3\nlevel 4\n");
 }
 
 TEST(TRootObject, TheCoreLoggerIsReplaceable) {

@@ -79,6 +79,9 @@ class HAVCORE_API TCIMReference {
   friend bool operator!=(const TCIMReference& a, const TCIMReference& b) { return !(a == b); }
 
  private:
+  friend class TCIMValue;
+
+  // Negative, zero or positive, in the order of operator<.
   static int Compare(const TCIMReference& a, const TCIMReference& b);
   void AppendPath(std::string& out, bool withNamespaces) const;
 

@@ -146,6 +146,7 @@ class HAVCORE_API TCIMValue {
   void Require(ECIMType type) const;
   // Negative, zero or positive, in the order of operator<.
   static int Compare(const TCIMValue& a, const TCIMValue& b);
+  static int CompareElements(const std::vector<TCIMValue>& a, const std::vector<TCIMValue>& b);
   void AppendTo(std::string& out, int radix) const;
   void AppendElementsTo(std::string& out, int radix) const;
   template <class T>
