@@ -325,10 +325,12 @@ TMofValue TMofParser::ParseArrayValue() {
   value.isArray = true;
   Advance();
   if (Take('}')) return value;
+  m_inArray = true;
   do {
     value.elements.push_back(ParseLiteral());
   } while (Take(','));
   Expect('}', "after the elements of an array");
+  m_inArray = false;
   value.elements.shrink_to_fit();
   return value;
 }
@@ -409,7 +411,7 @@ void TMofParser::FailExpecting(const std::string& what) {
 }
 
 void TMofParser::SkipToDeclaration() {
-  std::size_t depth = 0;
+  std::size_t depth = std::exchange(m_inArray, false) ? 1 : 0;
   while (m_token.kind != EKind::kEnd && !AtDeclaration()) {
     if (m_token.Is('{')) ++depth;
     if (m_token.Is('}') && depth > 0) --depth;
@@ -421,7 +423,7 @@ void TMofParser::SkipToDeclaration() {
 
 // False when the class ends without its '}'.
 bool TMofParser::SkipToMember() {
-  std::size_t depth = 0;
+  std::size_t depth = std::exchange(m_inArray, false) ? 1 : 0;
   while (m_token.kind != EKind::kEnd && !AtDeclaration()) {
     if (m_token.Is('}') && depth == 0) return true;
     if (m_token.Is('{')) ++depth;

@@ -67,6 +67,7 @@ class TMofParser {
   TMofLexer m_lexer;
   TMofToken m_token;
   TMofToken m_next;
+  bool m_inArray = false;  // behind the '{' of an array value
 };
 
 }  // namespace havhost
