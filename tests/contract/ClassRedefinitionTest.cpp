@@ -1,0 +1,183 @@
+// Redefinition: a class that is registered under a taken name takes the place of the one
+// that stands there.
+#include "support/Instances.h"
+#include "support/LoggedRepository.h"
+
+namespace havtest {
+namespace {
+
+const Qualifiers kAbstract = {{"Abstract", TCIMValue(true)}};
+
+// "Base" with the registered class `first`, named "A", and `second` of the same name, which
+// was allocated under "<root>" and is not yet registered.
+class ClassRedefinition : public testing::Test {
+ protected:
+  ClassRedefinition() : repository(true), base(repository.Class("Base")) {
+    first = repository.Allocate("A", base);
+    second = repository.Allocate("a");
+    repository.Key(second, "Name");
+    first->AddToNamespace({});
+  }
+
+  LoggedRepository repository;
+  ClassPtr base;
+  ClassPtr first;
+  ClassPtr second;
+};
+
+TEST_F(ClassRedefinition, PutsTheNewClassInTheRegistry) {
+  second->AddToNamespace({});
+  EXPECT_EQ(repository.ns->GetClass("A", {}), second);
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+}
+
+TEST_F(ClassRedefinition, TakesOverTheSuperclass) {
+  second->AddToNamespace({});
+  EXPECT_EQ(second->GetSuperClass({}), base);
+  EXPECT_EQ(SubclassNames(base), Names{"a"});
+  EXPECT_EQ(RootClassNames(repository.ns), Names{"Base"});
+}
+
+TEST_F(ClassRedefinition, TakesOverTheSubclasses) {
+  auto zebra = repository.Class("Zebra", first);
+  auto apple = repository.Class("Apple", first);
+  second->AddToNamespace({});
+  EXPECT_EQ(SubclassNames(second), (Names{"Zebra", "Apple"}));
+  EXPECT_EQ(zebra->GetSuperClass({}), second);
+  EXPECT_EQ(apple->GetSuperClass({}), second);
+}
+
+TEST_F(ClassRedefinition, SubclassesCanBeDeletedFromTheNewClass) {
+  auto sub = repository.Class("Sub", first);
+  second->AddToNamespace({});
+  EXPECT_STATUS(17, second->Delete({}));
+  sub->Delete({});
+  EXPECT_EQ(SubclassNames(second), Names{});
+  EXPECT_STATUS(0, second->Delete({}));
+}
+
+TEST_F(ClassRedefinition, DisplacedClassIsNoLongerInTheNamespace) {
+  second->AddToNamespace({});
+  EXPECT_STATUS(17, first->Delete({}));
+  EXPECT_EQ(SubclassNames(base), Names{"a"});
+  EXPECT_STATUS(0, second->Delete({}));
+}
+
+TEST_F(ClassRedefinition, CarriesTheAssociationsOver) {
+  auto link = repository.Association("Link", "Left", first, "Right", repository.Class("B"));
+  second->AddToNamespace({});
+  EXPECT_EQ(AssociationNames(second), Names{"Link"});
+  EXPECT_STATUS(17, second->Delete({}));
+  link->Delete({});
+  EXPECT_STATUS(0, second->Delete({}));
+}
+
+TEST_F(ClassRedefinition, StartsWithoutInstances) {
+  auto instance = repository.Instance(first, {{"Name", TCIMValue("1")}});
+  second->AddToNamespace({});
+  EXPECT_EQ(Stored(second), Names{});
+  EXPECT_FALSE(repository.ns->GetInstance(instance->GetReference({}), {}));
+}
+
+TEST_F(ClassRedefinition, KeepsTheNewClassesOwnDeclarationsAndQualifiers) {
+  repository.Property(second, "Own", TCIMValue(true));
+  repository.Property(first, "Old", TCIMValue(true));
+  repository.Qualify(*second, {{"Version", TCIMValue("2")}});
+  second->AddToNamespace({});
+  EXPECT_EQ(PropertyNames(second), (Names{"Name", "Own"}));
+  EXPECT_EQ(QualifierNames(second), Names{"Version"});
+}
+
+TEST_F(ClassRedefinition, CanBeRepeated) {
+  auto sub = repository.Class("Sub", first);
+  second->AddToNamespace({});
+  first->AddToNamespace({});
+  EXPECT_EQ(repository.ns->GetClass("A", {}), first);
+  EXPECT_EQ(SubclassNames(base), Names{"A"});
+  EXPECT_EQ(SubclassNames(first), Names{"Sub"});
+  EXPECT_EQ(sub->GetSuperClass({}), first);
+}
+
+TEST_F(ClassRedefinition, ByTheClassThatStandsThereListsItOnce) {
+  auto sub = repository.Class("Sub", first);
+  EXPECT_STATUS(0, first->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("A", {}), first);
+  EXPECT_EQ(SubclassNames(base), Names{"A"});
+  EXPECT_EQ(SubclassNames(first), Names{"Sub"});
+  EXPECT_EQ(sub->GetSuperClass({}), first);
+}
+
+TEST_F(ClassRedefinition, AssociationThatIsRedefinedLeavesNoClassBlocked) {
+  auto b = repository.Class("B");
+  auto define = [&](const char* role) {
+    auto link = repository.Allocate("Link", {}, {{"Association", TCIMValue(true)}});
+    repository.Reference(link, role, b, {{"Key", TCIMValue(true)}});
+    return link;
+  };
+  auto one = define("One");
+  auto two = define("Two");
+  one->AddToNamespace({});
+  two->AddToNamespace({});
+  EXPECT_EQ(AssociationNames(b), Names{"Link"});
+  two->Delete({});
+  EXPECT_STATUS(0, b->Delete({}));
+}
+
+TEST_F(ClassRedefinition, ThatWouldMakeAClassItsOwnAncestorIsRefused) {
+  auto upper = repository.Allocate("Upper", {}, kAbstract);
+  auto lower = repository.Allocate("Lower", upper, kAbstract);
+  auto other = repository.Allocate("Upper", lower, kAbstract);
+  lower->AddToNamespace({});
+  other->AddToNamespace({});
+  EXPECT_STATUS(16, upper->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Upper", {}), other);
+  EXPECT_EQ(other->GetSuperClass({}), lower);
+  EXPECT_EQ(SubclassNames(lower), Names{"Upper"});
+  EXPECT_STATUS(0, other->Delete({}));
+}
+
+class NetworkPort : public testing::TestWithParam<const char*> {};
+
+TEST_P(NetworkPort, IsNotRedefinedAndNothingIsSaid) {
+  LoggedRepository repository(true);
+  auto first = repository.Allocate(GetParam(), {}, kAbstract);
+  auto second = repository.Allocate(GetParam(), {}, kAbstract);
+  first->AddToNamespace({});
+  EXPECT_STATUS(0, second->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass(GetParam(), {}), first);
+  EXPECT_EQ(RootClassNames(repository.ns), Names{GetParam()});
+  EXPECT_STATUS(17, second->Delete({}));
+  EXPECT_STATUS(0, first->Delete({}));
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, NetworkPort,
+                         testing::Values("ORVSG_PhysicalNetworkPort", "orvsg_physicalnetworkport",
+                                         "My_ORVSG_PHYSICALNETWORKPORT_2"));
+
+TEST(ClassRedefinitionRefused, NetworkPortIsNoExceptionWithoutRedefinition) {
+  LoggedRepository repository(false);
+  auto first = repository.Allocate("ORVSG_PhysicalNetworkPort", {}, kAbstract);
+  auto second = repository.Allocate("ORVSG_PhysicalNetworkPort", {}, kAbstract);
+  first->AddToNamespace({});
+  EXPECT_STATUS(16, second->AddToNamespace({}));
+  EXPECT_EQ(
+      repository.TakeLog(),
+      LogLines{Error("Inmem: TInmemNamespace: class ORVSG_PhysicalNetworkPort already defined")});
+}
+
+TEST(ClassRedefinitionRefused, AssociationThatWasNotRegisteredBlocksNoClass) {
+  LoggedRepository repository(true);
+  auto b = repository.Class("B");
+  auto first = repository.Allocate("ORVSG_PhysicalNetworkPort", {}, kAbstract);
+  auto second = repository.Allocate("ORVSG_PhysicalNetworkPort", {},
+                                   {{"Association", TCIMValue(true)}});
+  repository.Reference(second, "End", b, {{"Key", TCIMValue(true)}});
+  first->AddToNamespace({});
+  second->AddToNamespace({});
+  EXPECT_EQ(AssociationNames(b), Names{});
+  EXPECT_STATUS(0, b->Delete({}));
+}
+
+}  // namespace
+}  // namespace havtest

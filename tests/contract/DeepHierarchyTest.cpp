@@ -1,0 +1,110 @@
+// Hierarchies of 10,000 levels: no walk and no destruction goes so deep into the stack that
+// it ends.
+#include "support/Instances.h"
+#include "support/LoggedRepository.h"
+
+namespace havtest {
+namespace {
+
+constexpr int kLevels = 10000;
+
+// Level0 <- Level1 <- … , with one instance in the first and one in the last, and an
+// association that refers to the first.
+struct DeepHierarchy {
+  DeepHierarchy() {
+    top = repository.Class("Level0");
+    repository.Association("Link", "One", top, "Two", top);
+    bottom = top;
+    for (int level = 1; level < kLevels; ++level)
+      bottom = repository.Class("Level" + std::to_string(level), bottom);
+    repository.Instance(top, {{"Name", TCIMValue("top")}});
+    repository.Instance(bottom, {{"Name", TCIMValue("bottom")}});
+  }
+
+  Repository repository;
+  ClassPtr top;
+  ClassPtr bottom;
+};
+
+class DeepHierarchyWalk : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { deep = new DeepHierarchy; }
+  static void TearDownTestSuite() {
+    delete deep;
+    deep = nullptr;
+  }
+  static DeepHierarchy* deep;
+};
+
+DeepHierarchy* DeepHierarchyWalk::deep = nullptr;
+
+TEST_F(DeepHierarchyWalk, InheritsFromTopToBottom) {
+  EXPECT_EQ(deep->bottom->GetPropertyDecl("Name", {}), deep->top->GetPropertyDecl("Name", {}));
+}
+
+TEST_F(DeepHierarchyWalk, IsAReachesTheTop) {
+  EXPECT_TRUE(deep->bottom->IsA(deep->top, {}));
+  EXPECT_FALSE(deep->top->IsA(deep->bottom, {}));
+}
+
+TEST_F(DeepHierarchyWalk, FindsTheInstancesOfAllLevels) {
+  EXPECT_EQ(Paths([&](auto callback) { deep->top->EnumerateInstances(callback, true, {}); }),
+            (Names{"Level0.Name=\"top\"", "Level9999.Name=\"bottom\""}));
+}
+
+TEST_F(DeepHierarchyWalk, FindsTheAssociationsOfTheTopFromTheBottom) {
+  EXPECT_EQ(AssociationNames(deep->bottom), Names{"Link"});
+  EXPECT_EQ(AssociatedNames(deep->bottom), Names{"Level0"});
+}
+
+TEST_F(DeepHierarchyWalk, RefusesToCloseTheCircle) {
+  EXPECT_STATUS(16, deep->bottom->AddSubclass(deep->top, {}));
+}
+
+TEST(DeepHierarchyEnd, GoesWithItsNamespace) {
+  boost::weak_ptr<ICIMClass> top, bottom;
+  {
+    DeepHierarchy deep;
+    top = deep.top;
+    bottom = deep.bottom;
+  }
+  EXPECT_TRUE(top.expired());
+  EXPECT_TRUE(bottom.expired());
+}
+
+TEST(DeepHierarchyEnd, GoesWhenItsNamespaceIsTheLastOwner) {
+  DeepHierarchy deep;
+  boost::weak_ptr<ICIMClass> middle = deep.repository.ns->GetClass("Level5000", {});
+  deep.top.reset();
+  deep.bottom.reset();
+  deep.repository.ns.reset();
+  EXPECT_TRUE(middle.expired());
+}
+
+TEST(DeepHierarchyEnd, GoesWhenItsTopIsTheLastOwner) {
+  DeepHierarchy deep;
+  deep.bottom.reset();
+  deep.repository.ns.reset();
+  boost::weak_ptr<ICIMClass> top = deep.top;
+  deep.top.reset();
+  EXPECT_TRUE(top.expired());
+}
+
+TEST(DeepHierarchyEnd, GoesOfClassesThatWereNeverRegistered) {
+  boost::weak_ptr<ICIMClass> bottom;
+  {
+    Repository repository;
+    auto top = repository.Allocate("Level0");
+    auto last = top;
+    for (int level = 1; level < kLevels; ++level) {
+      auto next = repository.Allocate("Level" + std::to_string(level), last);
+      last->AddSubclass(next, {});
+      last = next;
+    }
+    bottom = last;
+  }
+  EXPECT_TRUE(bottom.expired());
+}
+
+}  // namespace
+}  // namespace havtest
