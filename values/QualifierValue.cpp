@@ -4,8 +4,18 @@
 #include "havcore/ICIMQualifier.h"
 #include "havcore/THAVException.h"
 #include "values/Failure.h"
+#include "values/IQualifierFinder.h"
 
 namespace NORVHAV20 {
+
+namespace {
+
+boost::shared_ptr<ICIMQualifier> Find(ICIMPropertyDecl& decl, const std::string& name) {
+  const auto* const finder = dynamic_cast<const IQualifierFinder*>(&decl);
+  return finder ? finder->FindOrNull(name) : decl.GetQualifier(name, TOptions());
+}
+
+}  // namespace
 
 TCIMValue RequiredQualifierValue(ICIMPropertyDecl& decl, const std::string& name) {
   return Require(decl.GetQualifier(name, TOptions()))->GetValue(TOptions());
@@ -13,7 +23,9 @@ TCIMValue RequiredQualifierValue(ICIMPropertyDecl& decl, const std::string& name
 
 std::optional<TCIMValue> QualifierValue(ICIMPropertyDecl& decl, const std::string& name) {
   try {
-    return RequiredQualifierValue(decl, name);
+    const auto qualifier = Find(decl, name);
+    if (!qualifier) return std::nullopt;
+    return qualifier->GetValue(TOptions());
   } catch (const THAVException& failure) {
     if (failure.GetStatusCode() != kHAVNotFound) throw;
     return std::nullopt;

@@ -3,6 +3,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "havcore/ICIMPropertyDecl.h"
 #include "values/Failure.h"
@@ -40,8 +41,15 @@ class TEntryBuilder {
   }
 
  private:
+  void Append(std::uint64_t low, std::uint64_t high, const TCIMValue& text) {
+    TValueMap::TEntry& entry = m_map.entries.emplace_back();
+    entry.low = low;
+    entry.high = high;
+    entry.text = &text;
+  }
+
   void AddUpTo(std::uint64_t high, const TCIMValue& text) {
-    m_map.entries.push_back({m_next, high, &text});
+    Append(m_next, high, text);
     m_next = high + 1;
   }
 
@@ -51,7 +59,7 @@ class TEntryBuilder {
     // Both dots are read as numbers are, past blanks: "3 .. 5" is a range too.
     const bool range = pattern.ReadCharacter('.') && pattern.ReadCharacter('.');
     if (range && pattern.IsAtEnd()) {
-      m_map.entries.push_back({low, kLargest, &text});
+      Append(low, kLargest, text);
       m_next = low + 1;
     } else {
       m_next = low;
