@@ -8,15 +8,18 @@ namespace {
 
 constexpr int kLevels = 10000;
 
-// Level0 <- Level1 <- … , with one instance in the first and one in the last, and an
-// association that refers to the first.
+// Level0 <- Level1 <- … , linked by hand, with one instance in the first and one in the
+// last, and an association that refers to the first.
 struct DeepHierarchy {
   DeepHierarchy() {
     top = repository.Class("Level0");
     repository.Association("Link", "One", top, "Two", top);
     bottom = top;
-    for (int level = 1; level < kLevels; ++level)
-      bottom = repository.Class("Level" + std::to_string(level), bottom);
+    for (int level = 1; level < kLevels; ++level) {
+      auto next = repository.Allocate("Level" + std::to_string(level), bottom);
+      bottom->AddSubclass(next, {});
+      bottom = next;
+    }
     repository.Instance(top, {{"Name", TCIMValue("top")}});
     repository.Instance(bottom, {{"Name", TCIMValue("bottom")}});
   }
@@ -61,48 +64,48 @@ TEST_F(DeepHierarchyWalk, RefusesToCloseTheCircle) {
   EXPECT_STATUS(16, deep->bottom->AddSubclass(deep->top, {}));
 }
 
-TEST(DeepHierarchyEnd, GoesWithItsNamespace) {
-  boost::weak_ptr<ICIMClass> top, bottom;
-  {
-    DeepHierarchy deep;
-    top = deep.top;
-    bottom = deep.bottom;
-  }
+TEST(DeepHierarchyEnd, ComesWhenItsNamespaceGoes) {
+  DeepHierarchy deep;
+  boost::weak_ptr<ICIMClass> top = deep.top;
+  boost::weak_ptr<ICIMClass> bottom = deep.bottom;
+  deep.top.reset();
+  deep.bottom.reset();
+  deep.repository.ns.reset();
   EXPECT_TRUE(top.expired());
   EXPECT_TRUE(bottom.expired());
 }
 
-TEST(DeepHierarchyEnd, GoesWhenItsNamespaceIsTheLastOwner) {
+TEST(DeepHierarchyEnd, ComesWhenItsTopGoes) {
   DeepHierarchy deep;
-  boost::weak_ptr<ICIMClass> middle = deep.repository.ns->GetClass("Level5000", {});
-  deep.top.reset();
+  boost::weak_ptr<ICIMClass> bottom = deep.bottom;
   deep.bottom.reset();
   deep.repository.ns.reset();
-  EXPECT_TRUE(middle.expired());
-}
-
-TEST(DeepHierarchyEnd, GoesWhenItsTopIsTheLastOwner) {
-  DeepHierarchy deep;
-  deep.bottom.reset();
-  deep.repository.ns.reset();
-  boost::weak_ptr<ICIMClass> top = deep.top;
+  EXPECT_FALSE(bottom.expired());
   deep.top.reset();
-  EXPECT_TRUE(top.expired());
+  EXPECT_TRUE(bottom.expired());
 }
 
-TEST(DeepHierarchyEnd, GoesOfClassesThatWereNeverRegistered) {
+TEST(DeepHierarchyEnd, LeavesTheBottomToWhoeverHoldsIt) {
+  DeepHierarchy deep;
+  deep.top.reset();
+  deep.repository.ns.reset();
+  EXPECT_EQ(deep.bottom->GetName({}), "Level9999");
+  EXPECT_FALSE(deep.bottom->GetSuperClass({}));
+}
+
+TEST(DeepHierarchyEnd, ComesForRegisteredClassesToo) {
+  boost::weak_ptr<ICIMClass> top;
   boost::weak_ptr<ICIMClass> bottom;
   {
     Repository repository;
-    auto top = repository.Allocate("Level0");
-    auto last = top;
-    for (int level = 1; level < kLevels; ++level) {
-      auto next = repository.Allocate("Level" + std::to_string(level), last);
-      last->AddSubclass(next, {});
-      last = next;
-    }
-    bottom = last;
+    auto cls = repository.Class("Level0");
+    top = cls;
+    for (int level = 1; level < kLevels; ++level)
+      cls = repository.Class("Level" + std::to_string(level), cls);
+    bottom = cls;
+    EXPECT_EQ(repository.ns->GetClass("Level9999", {}), cls);
   }
+  EXPECT_TRUE(top.expired());
   EXPECT_TRUE(bottom.expired());
 }
 
