@@ -3,6 +3,7 @@
 #include "havcore/ICIMQualifier.h"
 #include "havcore/THAVException.h"
 #include "model/TInmemPropertyDecl.h"
+#include "model/TInmemQualifier.h"
 
 namespace NORVHAV20 {
 
@@ -27,6 +28,13 @@ bool IsKey(ICIMPropertyDecl& decl) {
   if (!key) return false;
   const TCIMValue& value = key->GetValue(TOptions());
   return !value.IsNull() && static_cast<bool>(value);
+}
+
+bool IsAnswerOurs(ICIMPropertyDecl& decl) {
+  const auto* own = dynamic_cast<const TInmemPropertyDecl*>(&decl);
+  if (!own) return false;
+  const auto key = own->Qualifiers().FindFolded("key");
+  return !key || dynamic_cast<const TInmemQualifier*>(key.get());
 }
 
 }  // namespace NORVHAV20

@@ -13,4 +13,7 @@ namespace NORVHAV20 {
 // Returns true when the property has the qualifier "KEY" with a value that is true.
 bool IsKey(ICIMPropertyDecl& decl);
 
+// Whether that answer can change only by what turns the schema clock on.
+bool IsAnswerOurs(ICIMPropertyDecl& decl);
+
 }  // namespace NORVHAV20

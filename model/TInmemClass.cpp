@@ -13,6 +13,7 @@
 #include "model/TInmemQualifier.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
+#include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -59,6 +60,7 @@ TInmemClass::TInmemClass(const boost::shared_ptr<INamespaceRegistry>& registry,
     : m_registry(registry), m_census(census), m_name(name), m_superclass(superclass) {}
 
 TInmemClass::~TInmemClass() {
+  ModelClock::SchemaChanged();
   ReleaseOneByOne(m_subclasses);
   ReleaseOneByOne(m_associations);
 }
@@ -99,7 +101,7 @@ void TInmemClass::SetUpInheritance() {
   m_properties.swap(properties);
   m_methods.swap(methods);
   m_qualifiers.Swap(qualifiers);
-  m_slotDeclarations.reset();
+  PropertiesChanged();
 }
 
 TQualifierTable::TMap TInmemClass::PropagatedQualifiers(ICIMClass& superclass) {
@@ -127,24 +129,24 @@ bool TInmemClass::HasTrueQualifier(std::string_view folded) const {
   return !value.IsNull() && static_cast<bool>(value);
 }
 
-std::vector<boost::shared_ptr<ICIMPropertyDecl>> TInmemClass::PropertyDecls() const {
+TInmemClass::TPropertyDecls TInmemClass::PropertyDecls() const {
   return DeclsOf(m_properties);
 }
 
-std::vector<boost::shared_ptr<ICIMPropertyDecl>> TInmemClass::ReferenceDecls() const {
-  std::vector<boost::shared_ptr<ICIMPropertyDecl>> references;
+TInmemClass::TPropertyDecls TInmemClass::ReferenceDecls() const {
+  TPropertyDecls references;
   for (const auto& entry : m_properties)
     if (entry.second.decl->GetType(TOptions()) == kCIMReference)
       references.push_back(entry.second.decl);
   return references;
 }
 
-boost::shared_ptr<const TSlotDeclarations> TInmemClass::SlotDeclarations() const {
+boost::intrusive_ptr<const TSlotDeclarations> TInmemClass::SlotDeclarations() const {
   if (!m_slotDeclarations) {
     std::vector<TSlotDeclarations::TNamed> named;
     named.reserve(m_properties.size());
     for (const auto& [name, entry] : m_properties) named.emplace_back(name, entry.decl);
-    m_slotDeclarations = boost::make_shared<const TSlotDeclarations>(std::move(named));
+    m_slotDeclarations.reset(new TSlotDeclarations(std::move(named)));
   }
   return m_slotDeclarations;
 }
@@ -183,8 +185,29 @@ bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
 
 void TInmemClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
                                     TOptions) const {
-  for (const auto& decl : PropertyDecls())
-    if (IsKey(*decl)) callback(&decl->GetName(TOptions()));
+  const auto keys = KeyDecls();
+  for (const auto& decl : *keys) callback(&decl->GetName(TOptions()));
+}
+
+boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() const {
+  const std::uint64_t schema = ModelClock::Schema();
+  if (m_keyDecls && m_keyDeclsSchema == schema) return m_keyDecls;
+  auto keys = boost::make_shared<TPropertyDecls>();
+  bool own = true;
+  for (const auto& decl : PropertyDecls()) {
+    if (IsKey(*decl)) keys->push_back(decl);
+    own = own && IsAnswerOurs(*decl);
+  }
+  // The answer of a declaration or qualifier of another make may change unseen.
+  m_keyDecls = own ? keys : nullptr;
+  m_keyDeclsSchema = schema;
+  return keys;
+}
+
+void TInmemClass::PropertiesChanged() noexcept {
+  m_slotDeclarations.reset();
+  m_keyDecls.reset();
+  ModelClock::SchemaChanged();
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocatePropertyDecl(
@@ -255,6 +278,7 @@ void TInmemClass::SetHostMarked(TOptions) { m_hostMark = true; }
 
 void TInmemClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) {
   m_qualifiers.AddToClass(qualifier);
+  ModelClock::SchemaChanged();
 }
 
 boost::shared_ptr<ICIMQualifier> TInmemClass::AllocateQualifier(

@@ -15,6 +15,7 @@
 // Errors:    THAVException; the status of each operation is given with the interface.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -31,7 +32,7 @@
 #include "model/TClassCensus.h"
 #include "model/TInstanceStore.h"
 #include "model/TQualifierTable.h"
-#include "values/TSlotTable.h"
+#include "values/TSlotLayout.h"
 
 namespace NORVHAV20 {
 
@@ -59,7 +60,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   void BreakCircles() noexcept;
 
   // Returns the property declarations as they are now, laid out for instances.
-  boost::shared_ptr<const TSlotDeclarations> SlotDeclarations() const;
+  boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarations() const;
 
   // ICIMElement and ICIMClass.
   void Validate(TOptions options) const override;
@@ -152,11 +153,14 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   using TDeclTable = std::map<std::string, TEntry<TDecl>, std::less<>>;
   using TPropertyTable = TDeclTable<ICIMPropertyDecl>;
   using TMethodTable = TDeclTable<ICIMMethodDecl>;
+  using TPropertyDecls = std::vector<boost::shared_ptr<ICIMPropertyDecl>>;
 
   boost::shared_ptr<TInmemClass> Self() const;
   bool HasTrueQualifier(std::string_view folded) const;
-  std::vector<boost::shared_ptr<ICIMPropertyDecl>> PropertyDecls() const;
-  std::vector<boost::shared_ptr<ICIMPropertyDecl>> ReferenceDecls() const;
+  TPropertyDecls PropertyDecls() const;
+  TPropertyDecls ReferenceDecls() const;
+  boost::shared_ptr<const TPropertyDecls> KeyDecls() const;
+  void PropertiesChanged() noexcept;
 
   // Inheritance.
   TQualifierTable::TMap PropagatedQualifiers(ICIMClass& superclass);
@@ -191,7 +195,10 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   TPropertyTable m_properties;
   TMethodTable m_methods;
   // Made when it is first asked for, dropped when the property table changes.
-  mutable boost::shared_ptr<const TSlotDeclarations> m_slotDeclarations;
+  mutable boost::intrusive_ptr<const TSlotDeclarations> m_slotDeclarations;
+  // The keys, as they are while the schema clock shows this.
+  mutable boost::shared_ptr<const TPropertyDecls> m_keyDecls;
+  mutable std::uint64_t m_keyDeclsSchema = 0;
   TClasses m_subclasses;
   TClasses m_associations;
   // Where this class, an association, registered itself.

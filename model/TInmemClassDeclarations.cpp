@@ -116,12 +116,12 @@ void TInmemClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOpt
   std::string key = NormalizeCimName(decl->GetName(TOptions()));
   if (!IsPropertyDeclared(*decl, key, Standing(m_properties, key), *this)) return;
   m_properties.insert_or_assign(std::move(key), TEntry<ICIMPropertyDecl>{decl, true});
-  m_slotDeclarations.reset();
+  PropertiesChanged();
 }
 
 void TInmemClass::RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions) {
   m_properties.erase(EntryOf(m_properties, *Require(decl)));
-  m_slotDeclarations.reset();
+  PropertiesChanged();
 }
 
 void TInmemClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions) {

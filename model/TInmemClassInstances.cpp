@@ -40,7 +40,7 @@ void ApplyCacheSwitches(ICIMInstance& processor) {
 // class of another make, which enumerates for itself.
 struct TInmemClass::TVisit {
   boost::shared_ptr<const TInmemClass> cls;
-  TInstanceStore::TInstances instances;
+  boost::shared_ptr<const TInstanceStore::TInstances> instances;
   boost::shared_ptr<ICIMClass> foreign;
 };
 
@@ -83,12 +83,15 @@ bool TInmemClass::IsProcessor() const {
 
 void TInmemClass::EnumerateInstances(const TEnumCallback<ICIMInstance>& callback, bool deep,
                                      TOptions options) {
-  if (!deep) return Visit(m_instances.All(), callback);
+  if (!deep) {
+    const auto instances = m_instances.All();
+    return Visit(*instances, callback);
+  }
   for (const auto& visit : PlanVisits()) {
     if (visit.foreign)
       DropExceptions([&] { visit.foreign->EnumerateInstances(callback, deep, options); });
     else
-      visit.cls->Visit(visit.instances, callback);
+      visit.cls->Visit(*visit.instances, callback);
   }
 }
 

@@ -9,6 +9,7 @@
 #include "model/QualifierQueries.h"
 #include "model/TInmemClass.h"
 #include "values/Failure.h"
+#include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -151,6 +152,7 @@ void TInmemClass::Commit(TLinks& links) noexcept {
   LeaveAssociationSets(before);
   m_inNamespace = true;
   if (links.displaced) TakeOver(*links.displaced, links.associations);
+  ModelClock::SchemaChanged();
 }
 
 // The new class stands where the displaced one stood. The displaced one's instances go with
@@ -200,10 +202,12 @@ void TInmemClass::AddSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
   const auto* own = dynamic_cast<const TInmemClass*>(subclass.get());
   if (subclass.get() == this || (own && own->Reaches(*this))) Throw(kHAVAlreadyDefined);
   m_subclasses.push_back(std::move(subclass));
+  ModelClock::SchemaChanged();
 }
 
 void TInmemClass::RemoveSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
   Erase(m_subclasses, Require(subclass).get());
+  ModelClock::SchemaChanged();
 }
 
 // Whether a walk down the subclass lists comes to `cls`. A list never leads back to where the
@@ -226,17 +230,20 @@ void TInmemClass::AddAssociation(boost::shared_ptr<ICIMClass> association, TOpti
   Require(m_census.lock());
   if (!Contains(m_associations, association.get()))
     m_associations.push_back(std::move(association));
+  ModelClock::SchemaChanged();
 }
 
 void TInmemClass::RemoveAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
   if (!Contains(m_associations, Require(association).get())) Throw(kHAVNotFound);
   Erase(m_associations, association.get());
+  ModelClock::SchemaChanged();
 }
 
 void TInmemClass::BreakCircles() noexcept {
   TInstanceStore instances;
   instances.Swap(m_instances);
   ReleaseOneByOne(m_associations);
+  ModelClock::SchemaChanged();
 }
 
 }  // namespace NORVHAV20

@@ -17,6 +17,7 @@
 #include "model/TQualifierTable.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
+#include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -27,6 +28,7 @@ class TInmemDecl : public TInterface, public boost::enable_shared_from_this<TSel
 
   void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) override {
     m_qualifiers.AddToDeclaration(qualifier);
+    ModelClock::SchemaChanged();
   }
 
   boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl> decl,

@@ -20,15 +20,16 @@ namespace NORVHAV20 {
 namespace {
 
 // The slot declarations of a class of any make. Of two with one name the first stays.
-boost::shared_ptr<const TSlotDeclarations> SlotDeclarationsOf(const ICIMClass& cls) {
+boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarationsOf(const ICIMClass& cls) {
   if (const auto* own = dynamic_cast<const TInmemClass*>(&cls)) return own->SlotDeclarations();
   std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> slots;
   const auto decls = Collect<ICIMPropertyDecl>(
       [&](const auto& take) { cls.EnumeratePropertyDecls(take, TOptions()); });
   for (const auto& decl : decls) slots.emplace(NormalizeCimName(decl->GetName(TOptions())), decl);
-  return boost::make_shared<const TSlotDeclarations>(
-      std::vector<TSlotDeclarations::TNamed>(slots.begin(), slots.end()));
+  return new TSlotDeclarations(std::vector<TSlotDeclarations::TNamed>(slots.begin(), slots.end()));
 }
+
+}  // namespace
 
 // Adds the value of one key after the other to a path under construction.
 struct TBuildPathCallback {
@@ -36,21 +37,19 @@ struct TBuildPathCallback {
   TCIMReference* path;
 
   bool operator()(const std::string* name) const {
-    path->AddKeyValue(*name, instance->GetProperty(*name, TOptions())->GetValue(TOptions()));
+    path->AddKeyValue(*name, instance->KeyValue(*name));
     return true;
   }
 };
-
-}  // namespace
 
 const int TInmemInstance::kValidateKeysNonNull;
 const int TInmemInstance::kValidateReferences;
 
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int flags)
-    : m_flags(flags),
-      m_class(Require(std::move(cls))),
+    : m_class(Require(std::move(cls))),
       m_declarations(SlotDeclarationsOf(*m_class)),
-      m_slots(boost::make_shared<TSlotTable>(m_declarations->layout)) {
+      m_values(TSlotTable::Make(m_declarations->layout)),
+      m_flags(flags) {
   StampCollectionTime();
 }
 
@@ -61,7 +60,7 @@ boost::shared_ptr<TInmemInstance> TInmemInstance::Self() const {
 }
 
 void TInmemInstance::StampCollectionTime() {
-  if (m_slots->Layout().Find("datetimeofcollection") == TSlotLayout::kNone) return;
+  if (m_values->Layout().Find("datetimeofcollection") == TSlotLayout::kNone) return;
   try {
     SetPropertyValue("DateTimeOfCollection", TCIMValue(TOSSpecific::GetLocalTime()), TOptions());
   } catch (const THAVException&) {
@@ -77,15 +76,15 @@ void TInmemInstance::Validate(TOptions) const {
 }
 
 bool TInmemInstance::ValidateKeyNonNull(const std::string* name) const {
-  if (!GetProperty(*name, TOptions())->GetValue(TOptions()).IsNull()) return true;
+  if (!KeyValue(*name).IsNull()) return true;
   LogNote("Inmem: Instance " + m_class->GetName(TOptions()) + ": key property " + *name +
           " is NULL");
   Throw(kHAVKeyIsNull);
 }
 
 void TInmemInstance::ValidateReferences() const {
-  for (std::size_t i = 0; i < m_slots->Layout().Size(); ++i) {
-    const TCIMValue value = TInmemProperty(*m_slots, i).GetValue(TOptions());
+  for (std::size_t i = 0; i < m_values->Layout().Size(); ++i) {
+    const TCIMValue value = SlotHandle(i).GetValue(TOptions());
     if (!value.IsReference()) continue;
     const auto& reference = static_cast<const TCIMReference&>(value);
     try {

@@ -13,11 +13,14 @@
 
 #include <map>
 #include <string>
+#include <typeinfo>
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/ICIMInstance.h"
+#include "model/TInstanceStore.h"
+#include "values/TInmemProperty.h"
 #include "values/TSlotTable.h"
 
 namespace NORVHAV20 {
@@ -66,7 +69,22 @@ class INMEM_API TInmemInstance final : public ICIMInstance,
   bool operator<(ICIMInstance& other) const override;
   ICIMInstance& operator=(const ICIMInstance&) override { return *this; }
 
+  // The instance itself when it is of this make, else null.
+  static TInmemInstance* Own(ICIMInstance& instance) noexcept {
+    return typeid(instance) == typeid(TInmemInstance) ? static_cast<TInmemInstance*>(&instance)
+                                                      : nullptr;
+  }
+
+  // Where the instance is stored, for the store's own use: the first one that asks is
+  // remembered.
+  TInstanceStore::TEntry* StoreEntry() const noexcept { return m_storeEntry; }
+  void RememberStoreEntry(TInstanceStore::TEntry* entry) noexcept { m_storeEntry = entry; }
+  void ForgetStoreEntry(const TInstanceStore::TEntry* entry) noexcept {
+    if (m_storeEntry == entry) m_storeEntry = nullptr;
+  }
+
  private:
+  friend struct TBuildPathCallback;
   friend struct TReferencesCallback;
   friend struct TExamineInstanceCallback;
   friend struct TExamineInstanceWithRoleCallback;
@@ -98,10 +116,16 @@ class INMEM_API TInmemInstance final : public ICIMInstance,
   bool IsReferredToBy(const TCIMValue& value) const;
   bool IsSelfSlot(const TCIMValue& value) const;
 
-  int m_flags;
+  TInmemProperty SlotHandle(std::size_t index) const noexcept;
+  TCIMValue KeyValue(const std::string& name) const;
+
   boost::shared_ptr<ICIMClass> m_class;
-  boost::shared_ptr<const TSlotDeclarations> m_declarations;
-  boost::shared_ptr<TSlotTable> m_slots;
+  boost::intrusive_ptr<const TSlotDeclarations> m_declarations;
+  boost::intrusive_ptr<TSlotTable> m_values;
+  // Made when a caller first asks for a slot.
+  mutable boost::shared_ptr<TSlots> m_slots;
+  TInstanceStore::TEntry* m_storeEntry = nullptr;
+  int m_flags;
 };
 
 }  // namespace NORVHAV20

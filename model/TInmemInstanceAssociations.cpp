@@ -126,9 +126,9 @@ bool TInmemInstance::ExamineCandidate(const TCallback& callback,
   if (!association) return true;
   const CimName foldedRole(role);
   bool selfSeen = false;
-  const TSlotTable& slots = *association->m_slots;
+  const TSlotTable& slots = *association->m_values;
   for (std::size_t i = 0; i < slots.Layout().Size(); ++i) {
-    const TCIMValue value = TInmemProperty(*association->m_slots, i).GetValue(TOptions());
+    const TCIMValue value = association->SlotHandle(i).GetValue(TOptions());
     if (!value.IsReference()) continue;
     if (!selfSeen) {
       selfSeen = role.empty() ? IsSelfSlot(value) : slots.Layout()[i].name == foldedRole.Folded();

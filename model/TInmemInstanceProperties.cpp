@@ -30,12 +30,22 @@ bool IsStatusName(const std::string& name) {
 }  // namespace
 
 boost::shared_ptr<ICIMProperty> TInmemInstance::SlotAt(std::size_t index) const {
-  return {m_slots, &m_slots->Slot(index)};
+  if (!m_slots) m_slots = boost::make_shared<TSlots>(m_values);
+  return {m_slots, &(*m_slots)[index]};
+}
+
+// For the instance's own use of the rules, without a slot object that lasts.
+TInmemProperty TInmemInstance::SlotHandle(std::size_t index) const noexcept { return {*m_values, index}; }
+
+TCIMValue TInmemInstance::KeyValue(const std::string& name) const {
+  const std::size_t index = m_values->Layout().Find(CimName(name));
+  if (index != TSlotLayout::kNone) return SlotHandle(index).GetValue(TOptions());
+  return GetProperty(name, TOptions())->GetValue(TOptions());
 }
 
 boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& name,
                                                             TOptions) const {
-  const std::size_t index = m_slots->Layout().Find(CimName(name));
+  const std::size_t index = m_values->Layout().Find(CimName(name));
   if (index != TSlotLayout::kNone) return SlotAt(index);
   if (Holds(name, "speedDuplex"))
     return DerivedProperty("speedDuplex", TCIMValue(std::string("Unknown")));
@@ -55,9 +65,9 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::DerivedProperty(
 }
 
 void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TOptions) {
-  const std::size_t index = m_slots->Layout().Find(CimName(name));
+  const std::size_t index = m_values->Layout().Find(CimName(name));
   if (index != TSlotLayout::kNone) {
-    TInmemProperty(*m_slots, index).SetValue(value, TOptions());
+    SlotHandle(index).SetValue(value, TOptions());
     return;
   }
   if (!Holds(name, "speedDuplex")) Throw(kHAVNotFound);
@@ -66,7 +76,7 @@ void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& 
 void TInmemInstance::EnumerateProperties(
     const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback, TOptions) {
   const auto self = shared_from_this();
-  for (std::size_t i = 0; i < m_slots->Layout().Size(); ++i) {
+  for (std::size_t i = 0; i < m_values->Layout().Size(); ++i) {
     try {
       callback(SlotAt(i));
     } catch (const THAVException&) {

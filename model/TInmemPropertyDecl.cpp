@@ -15,6 +15,10 @@ boost::shared_ptr<ICIMQualifier> TInmemPropertyDecl::FindQualifier(const std::st
   return qualifier;
 }
 
+boost::shared_ptr<ICIMQualifier> TInmemPropertyDecl::FindOrNull(const std::string& name) const {
+  return Qualifiers().Find(name);
+}
+
 void TInmemPropertyDecl::AddToClass(TOptions) {
   Validate(TOptions());
   Require(m_owner.lock())->AddPropertyDecl(shared_from_this(), TOptions());
@@ -36,6 +40,7 @@ const TCIMValue& TInmemPropertyDecl::GetDefaultValue(TOptions) const { return m_
 
 void TInmemPropertyDecl::SetDefaultValue(const TCIMValue& value, TOptions) {
   m_defaultValue = value;
+  ModelClock::SchemaChanged();
 }
 
 }  // namespace NORVHAV20

@@ -3,6 +3,7 @@
 #include "model/Flavors.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
+#include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -66,6 +67,7 @@ const TCIMValue& TInmemQualifier::GetValue(TOptions) const { return m_value; }
 void TInmemQualifier::SetValue(const TCIMValue& value, TOptions) {
   m_value = value;
   m_propagated = false;
+  ModelClock::SchemaChanged();
 }
 
 void TInmemQualifier::AddFlavor(ICIMQualifierDecl::EFlavor flavor, TOptions) {

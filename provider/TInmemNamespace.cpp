@@ -11,6 +11,7 @@
 #include "provider/TInmemNamespaceProvider.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
+#include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -52,7 +53,7 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   return *this;
 }
 
-TInmemNamespace::~TInmemNamespace() = default;
+TInmemNamespace::~TInmemNamespace() { ModelClock::SchemaChanged(); }
 
 void TInmemNamespace::Initialize() {
   m_root = boost::static_pointer_cast<TInmemClass>(AllocateClass(kRootName, {}, TOptions()));

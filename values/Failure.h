@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include <boost/shared_ptr.hpp>
 
@@ -14,8 +15,11 @@
 #include <cxxabi.h>
 #define INMEM_PASS_CANCELLATION \
   catch (const abi::__forced_unwind&) { throw; }
+// There is no object behind that reference, which is for nobody to look at.
+#define INMEM_MAY_BE_CANCELLED [[gnu::no_sanitize("null")]]
 #else
 #define INMEM_PASS_CANCELLATION
+#define INMEM_MAY_BE_CANCELLED
 #endif
 
 namespace NORVHAV20 {
@@ -40,7 +44,7 @@ boost::shared_ptr<T> Require(boost::shared_ptr<T>&& pointer) {
 
 // Calls `call` and drops whatever it throws, but for the cancellation of the thread.
 template <class F>
-void DropExceptions(F&& call) {
+INMEM_MAY_BE_CANCELLED void DropExceptions(F&& call) {
   try {
     call();
   }

@@ -13,15 +13,14 @@ namespace NORVHAV20 {
 
 namespace {
 
-// Slot tables and declarations of slots that belong to no instance.
+// A slot that belongs to no instance, with what it needs.
 struct TStandaloneSlot {
   explicit TStandaloneSlot(const boost::shared_ptr<ICIMPropertyDecl>& declaration)
       : decl(declaration),
-        table(boost::make_shared<const TSlotLayout>(
-            std::vector<TSlotLayout::TEntry>{{std::string(), declaration}})) {}
+        slots(TSlotTable::Make(new TSlotLayout({{std::string(), declaration}}))) {}
 
   boost::shared_ptr<ICIMPropertyDecl> decl;
-  TSlotTable table;
+  TSlots slots;
 };
 
 void RequireType(const char* operation, TCIMValue::TCIMType declared, TCIMValue::TCIMType given) {
@@ -47,7 +46,7 @@ void RequireReferencedClass(const TCIMValue& declared, const TCIMValue& given) {
 boost::shared_ptr<ICIMProperty> TInmemProperty::Standalone(
     const boost::shared_ptr<ICIMPropertyDecl>& decl) {
   const auto owner = boost::make_shared<TStandaloneSlot>(Require(decl));
-  return {owner, &owner->table.Slot(0)};
+  return {owner, &owner->slots[0]};
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemProperty::Decl() const {

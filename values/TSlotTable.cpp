@@ -1,46 +1,54 @@
 #include "values/TSlotTable.h"
 
-#include <algorithm>
+#include <cstring>
+#include <new>
+#include <utility>
 
-#include <boost/make_shared.hpp>
-
+#include "values/ModelClock.h"
 #include "values/TInmemProperty.h"
 
 namespace NORVHAV20 {
 
-std::size_t TSlotLayout::Find(std::string_view folded) const noexcept {
-  const auto found = std::lower_bound(
-      m_entries.begin(), m_entries.end(), folded,
-      [](const TEntry& entry, std::string_view name) { return entry.name < name; });
-  if (found == m_entries.end() || found->name != folded) return kNone;
-  return static_cast<std::size_t>(found - m_entries.begin());
+static_assert(alignof(TSlotTable) >= alignof(TCIMValue) && sizeof(TSlotTable) % alignof(TCIMValue) == 0,
+              "the values stand right behind the table");
+
+boost::intrusive_ptr<TSlotTable> TSlotTable::Make(
+    boost::intrusive_ptr<const TSlotLayout> layout) {
+  const std::size_t slots = layout->Size();
+  return new (slots) TSlotTable(std::move(layout));
 }
 
-TSlotDeclarations::TSlotDeclarations(std::vector<TNamed> named) {
-  std::vector<TSlotLayout::TEntry> entries;
-  entries.reserve(named.size());
-  decls.reserve(named.size());
-  for (auto& [name, decl] : named) {
-    entries.push_back({std::move(name), decl});
-    decls.push_back(std::move(decl));
-  }
-  layout = boost::make_shared<const TSlotLayout>(std::move(entries));
+void* TSlotTable::operator new(std::size_t size, std::size_t slots) {
+  return ::operator new(size + slots * sizeof(TCIMValue) + (slots + 7) / 8);
 }
 
-TSlotTable::TSlotTable(const boost::shared_ptr<const TSlotLayout>& layout)
-    : m_layout(layout),
-      m_values(new TCIMValue[layout->Size()]),
-      m_assigned(layout->Size(), false) {}
+TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout) noexcept
+    : m_layout(std::move(layout)) {
+  const std::size_t slots = m_layout->Size();
+  for (std::size_t i = 0; i < slots; ++i) new (Values() + i) TCIMValue();
+  std::memset(static_cast<void*>(Values() + slots), 0, (slots + 7) / 8);
+}
 
-TSlotTable::~TSlotTable() = default;
+TSlotTable::~TSlotTable() {
+  for (std::size_t i = 0; i < m_layout->Size(); ++i) Values()[i].~TCIMValue();
+}
+
+TCIMValue* TSlotTable::Values() const noexcept {
+  return reinterpret_cast<TCIMValue*>(const_cast<TSlotTable*>(this) + 1);
+}
+
+std::uint8_t& TSlotTable::AssignedBits(std::size_t index) const noexcept {
+  return reinterpret_cast<std::uint8_t*>(Values() + m_layout->Size())[index / 8];
+}
 
 const TCIMValue* TSlotTable::Assigned(std::size_t index) const noexcept {
-  return m_assigned[index] ? &m_values[index] : nullptr;
+  return (AssignedBits(index) >> (index % 8)) & 1 ? Values() + index : nullptr;
 }
 
 void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
-  m_values[index] = value;
-  m_assigned[index] = true;
+  if (value.IsReference() || Values()[index].IsReference()) ModelClock::LinksChanged();
+  Values()[index] = value;
+  AssignedBits(index) = static_cast<std::uint8_t>(AssignedBits(index) | (1U << (index % 8)));
 }
 
 const TCIMValue* TSlotTable::Previous(std::size_t index) const noexcept {
@@ -54,14 +62,14 @@ void TSlotTable::SetPrevious(std::size_t index, const TCIMValue& value) {
   m_previous->insert_or_assign(index, value);
 }
 
-TInmemProperty& TSlotTable::Slot(std::size_t index) {
-  if (m_slots.empty()) {
-    std::vector<TInmemProperty> slots;
-    slots.reserve(m_layout->Size());
-    for (std::size_t i = 0; i < m_layout->Size(); ++i) slots.emplace_back(*this, i);
-    m_slots = std::move(slots);
-  }
-  return m_slots[index];
+TSlots::TSlots(boost::intrusive_ptr<TSlotTable> table) : m_table(std::move(table)) {
+  const std::size_t slots = m_table->Layout().Size();
+  m_slots.reserve(slots);
+  for (std::size_t i = 0; i < slots; ++i) m_slots.emplace_back(*m_table, i);
 }
+
+TSlots::~TSlots() = default;
+
+TInmemProperty& TSlots::operator[](std::size_t index) noexcept { return m_slots[index]; }
 
 }  // namespace NORVHAV20

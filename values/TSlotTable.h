@@ -1,70 +1,37 @@
 // TSlotTable: the property values of one instance, without the rules for them (those are
-// TInmemProperty's). What is the same for all instances of a class, names, order and
-// declarations, stands once, in a layout that they share; a value costs 16 bytes whether it
-// is assigned or not, and the slot objects that callers see are made when one first asks.
+// TInmemProperty's), in one block of memory: 16 bytes a property, assigned or not.
 //
-// Ownership: owns the values; the layout holds the declarations weakly, and those who need
-//            them kept alive share a TSlotDeclarations.
+// TSlots: the slot objects that callers see, made when one first asks. They share the values
+// with the instance, and outlive it where the caller holds on to one.
+//
+// Ownership: owns the values; shares the layout.
 // Threads:   one thread at a time per namespace.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
-#include <boost/shared_ptr.hpp>
-#include <boost/weak_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
 
 #include "havcore/TCIMValue.h"
+#include "values/TSlotLayout.h"
 
 namespace NORVHAV20 {
 
-class ICIMPropertyDecl;
 class TInmemProperty;
 
-// The names of a class's properties, folded and in order, and their declarations.
-class TSlotLayout {
+class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
  public:
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-
-  struct TEntry {
-    std::string name;
-    boost::weak_ptr<ICIMPropertyDecl> decl;
-  };
-
-  // `entries` are sorted by name, each name once.
-  explicit TSlotLayout(std::vector<TEntry> entries) : m_entries(std::move(entries)) {}
-
-  std::size_t Size() const noexcept { return m_entries.size(); }
-  const TEntry& operator[](std::size_t index) const noexcept { return m_entries[index]; }
-  // Returns the index of a folded name, kNone when there is none. Complexity: O(log n).
-  std::size_t Find(std::string_view folded) const noexcept;
-
- private:
-  std::vector<TEntry> m_entries;
-};
-
-// A layout together with the ownership of its declarations, in the same order.
-struct TSlotDeclarations {
-  using TNamed = std::pair<std::string, boost::shared_ptr<ICIMPropertyDecl>>;
-
-  // `named` are sorted by folded name, each name once.
-  explicit TSlotDeclarations(std::vector<TNamed> named);
-
-  boost::shared_ptr<const TSlotLayout> layout;
-  std::vector<boost::shared_ptr<ICIMPropertyDecl>> decls;
-};
-
-class TSlotTable {
- public:
-  explicit TSlotTable(const boost::shared_ptr<const TSlotLayout>& layout);
+  static boost::intrusive_ptr<TSlotTable> Make(boost::intrusive_ptr<const TSlotLayout> layout);
   ~TSlotTable();
   TSlotTable(const TSlotTable&) = delete;
   TSlotTable& operator=(const TSlotTable&) = delete;
+  // The block holds the values behind the object itself.
+  static void operator delete(void* block) noexcept { ::operator delete(block); }
 
   const TSlotLayout& Layout() const noexcept { return *m_layout; }
 
@@ -76,14 +43,28 @@ class TSlotTable {
   const TCIMValue* Previous(std::size_t index) const noexcept;
   void SetPrevious(std::size_t index, const TCIMValue& value);
 
-  // The slot object, which lives as long as the table.
-  TInmemProperty& Slot(std::size_t index);
+ private:
+  explicit TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout) noexcept;
+  static void* operator new(std::size_t size, std::size_t slots);
+  static void operator delete(void* block, std::size_t) noexcept { ::operator delete(block); }
+
+  // Behind the object: a value for each slot, then a bit for each that is assigned.
+  TCIMValue* Values() const noexcept;
+  std::uint8_t& AssignedBits(std::size_t index) const noexcept;
+
+  boost::intrusive_ptr<const TSlotLayout> m_layout;
+  std::unique_ptr<std::map<std::size_t, TCIMValue>> m_previous;
+};
+
+class TSlots {
+ public:
+  explicit TSlots(boost::intrusive_ptr<TSlotTable> table);
+  ~TSlots();
+
+  TInmemProperty& operator[](std::size_t index) noexcept;
 
  private:
-  boost::shared_ptr<const TSlotLayout> m_layout;
-  std::unique_ptr<TCIMValue[]> m_values;
-  std::vector<bool> m_assigned;
-  std::unique_ptr<std::map<std::size_t, TCIMValue>> m_previous;
+  boost::intrusive_ptr<TSlotTable> m_table;
   std::vector<TInmemProperty> m_slots;
 };
 

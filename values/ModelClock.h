@@ -1,0 +1,27 @@
+// ModelClock: counts the changes that what is derived from the model depends on, so that it
+// can be kept until one happens. Counts are process-wide and only ever compared for equality:
+// a change in one namespace may cost another a needless renewal, and nothing else.
+//
+// Threads: any; namespaces may be used from different threads.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace NORVHAV20 {
+
+class ModelClock {
+ public:
+  // Classes, declarations, qualifiers, and namespaces coming and going.
+  static std::uint64_t Schema() noexcept { return s_schema.load(std::memory_order_relaxed); }
+  static void SchemaChanged() noexcept { s_schema.fetch_add(1, std::memory_order_relaxed); }
+  // Instances entering and leaving stores, and references being assigned.
+  static std::uint64_t Links() noexcept { return s_links.load(std::memory_order_relaxed); }
+  static void LinksChanged() noexcept { s_links.fetch_add(1, std::memory_order_relaxed); }
+
+ private:
+  static std::atomic<std::uint64_t> s_schema;
+  static std::atomic<std::uint64_t> s_links;
+};
+
+}  // namespace NORVHAV20

@@ -1,0 +1,60 @@
+// TSlotLayout: what is the same for all instances of a class: the names of its properties,
+// folded and in order, and their declarations.
+//
+// Ownership: shared by instances and slots; holds the declarations weakly. Those who need
+//            them kept alive share a TSlotDeclarations.
+// Threads:   immutable.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
+#include <boost/weak_ptr.hpp>
+
+namespace NORVHAV20 {
+
+class ICIMPropertyDecl;
+
+class TSlotLayout : public boost::intrusive_ref_counter<TSlotLayout> {
+ public:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  struct TEntry {
+    std::string name;
+    boost::weak_ptr<ICIMPropertyDecl> decl;
+  };
+
+  // `entries` are sorted by folded name, each name once.
+  explicit TSlotLayout(std::vector<TEntry> entries);
+
+  std::size_t Size() const noexcept { return m_entries.size(); }
+  const TEntry& operator[](std::size_t index) const noexcept { return m_entries[index]; }
+  // Returns the index of a folded name, kNone when there is none. Complexity: O(1) on
+  // average; allocates nothing.
+  std::size_t Find(std::string_view folded) const noexcept;
+
+ private:
+  std::vector<TEntry> m_entries;
+  // Open addressing with linear probing: indices plus one, 0 where there is none.
+  std::vector<std::uint32_t> m_table;
+};
+
+// A layout together with the ownership of its declarations, in the same order.
+struct TSlotDeclarations : boost::intrusive_ref_counter<TSlotDeclarations> {
+  using TNamed = std::pair<std::string, boost::shared_ptr<ICIMPropertyDecl>>;
+
+  // `named` are sorted by folded name, each name once.
+  explicit TSlotDeclarations(std::vector<TNamed> named);
+
+  boost::intrusive_ptr<const TSlotLayout> layout;
+  std::vector<boost::shared_ptr<ICIMPropertyDecl>> decls;
+};
+
+}  // namespace NORVHAV20
