@@ -15,6 +15,11 @@ bool IsAlias(const TMofAssignment& assignment) {
          assignment.value.elements.front().kind == TMofToken::EKind::kAlias;
 }
 
+boost::shared_ptr<ICIMClass> ReferencedClass(const TCIMValue& value) {
+  return value.GetType() == kCIMReference ? value.GetReferencedClass()
+                                          : boost::shared_ptr<ICIMClass>();
+}
+
 template <class TVisit>
 void ForEachReference(ICIMInstance& instance, TVisit&& visit) {
   std::vector<TCIMValue> values;
@@ -112,7 +117,9 @@ const TMofInstanceBuilder::TShape* TMofInstanceBuilder::ShapeOf(const TMofFile& 
     shape.isDamaged = shape.isDamaged || cls->syntax->isDamaged;
   declared->object->EnumeratePropertyDecls(
       [&](boost::shared_ptr<ICIMPropertyDecl> decl) {
-        shape.slots.emplace(decl->GetName({}), TSlot{decl->GetType({}), false});
+        const auto& value = decl->GetDefaultValue({});
+        shape.slots.emplace(decl->GetName({}),
+                            TSlot{value.GetType(), ReferencedClass(value), false});
         return true;
       },
       {});
@@ -196,15 +203,16 @@ void TMofInstanceBuilder::Set(const TItem& item, const TMofAssignment& assignmen
   const auto value = m_values.Read(*item.file, assignment.value, slot.type,
                                    [this](std::string_view alias) { return Resolve(alias); });
   if (!value) return;
+  const auto target = ReferencedClass(*value);
+  if (slot.referenced && target && !target->IsA(slot.referenced, {}))
+    return Fail(item, assignment.value.offset,
+                "property " + Quoted(assignment.name.text) + " refers to a " +
+                    Quoted(slot.referenced->GetName({})) + ", and " + Quoted(target->GetName({})) +
+                    " is none");
   try {
     item.object->SetPropertyValue(std::string(assignment.name.text), *value, {});
   } catch (const THAVException& failure) {
-    if (value->IsReference() && failure.GetStatusCode() == kHAVTypesDiffer)
-      Fail(item, assignment.value.offset,
-           "property " + Quoted(assignment.name.text) + " cannot refer to an object of class " +
-               Quoted(value->GetReferencedClassName()));
-    else
-      Fail(item, assignment.value.offset, Quoted(assignment.name.text) + ": " + failure.what());
+    Fail(item, assignment.value.offset, Quoted(assignment.name.text) + ": " + failure.what());
   }
 }
 

@@ -44,6 +44,7 @@ class TMofInstanceBuilder {
   // What the assignments to instances of one class ask about its properties.
   struct TSlot {
     NORVHAV20::ECIMType type;
+    boost::shared_ptr<NORVHAV20::ICIMClass> referenced;  // empty: any
     bool isKey;
   };
   struct TShape {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/mof/FoldedName.h"
+#include "host/Enumerate.h"
 #include "host/mof/TMofSchemaBuilder.h"
 #include "host/mof/TMofValueReader.h"
 
@@ -30,18 +30,6 @@ constexpr std::array<std::pair<std::uint32_t, std::string_view>, 2> kSetFlavors{
     {ICIMQualifierDecl::kFlavorToInstance, "ToInstance"},
     {ICIMQualifierDecl::kFlavorTranslatable, "Translatable"},
 }};
-
-// An enumeration of the contract drops what its callback throws, so elements are collected
-// first and written after.
-template <class T, class TEnumerate>
-std::vector<boost::shared_ptr<T>> Collect(TEnumerate&& enumerate) {
-  std::vector<boost::shared_ptr<T>> elements;
-  enumerate(TEnumCallback<T>([&](boost::shared_ptr<T> element) {
-    elements.push_back(std::move(element));
-    return true;
-  }));
-  return elements;
-}
 
 std::string Join(const std::vector<std::string_view>& words, std::string_view separator) {
   std::string joined;
@@ -105,16 +93,12 @@ void TMofWriter::WriteNamespace(ICIMNamespace& home) {
   while (!pending.empty()) {
     classes.push_back(std::move(pending.back()));
     pending.pop_back();
-    const auto& cls = *classes.back();
-    const auto subclasses =
-        Collect<ICIMClass>([&](const auto& callback) { cls.EnumerateSubclasses(callback, {}); });
+    const auto subclasses = SubclassesOf(*classes.back());
     pending.insert(pending.end(), subclasses.rbegin(), subclasses.rend());
   }
   for (const auto& cls : classes) WriteClass(*cls);
   for (const auto& cls : classes)
-    for (const auto& instance : Collect<ICIMInstance>(
-             [&](const auto& callback) { cls->EnumerateInstances(callback, false, {}); }))
-      WriteInstance(*instance);
+    for (const auto& instance : InstancesOf(*cls, false)) WriteInstance(*instance);
 }
 
 void TMofWriter::WriteQualifierDecl(const ICIMQualifierDecl& decl) {
