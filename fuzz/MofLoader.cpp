@@ -1,0 +1,70 @@
+// Any bytes as a MOF file behind the usual qualifier declarations: loaded into a namespace,
+// and when that succeeds, written and loaded again: both namespaces hold the same.
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "host/mof/IMofSource.h"
+#include "host/mof/TMofLoader.h"
+#include "host/mof/TMofWriter.h"
+#include "support/CompareNamespaces.h"
+#include "support/Plugin.h"
+#include "support/RecordingLogger.h"
+
+namespace {
+
+using namespace NORVHAV20;
+
+constexpr const char* kQualifiers =
+    "Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride);"
+    "Qualifier Association : boolean = false, Scope(association), Flavor(DisableOverride);"
+    "Qualifier Abstract : boolean = false, Scope(class, association), Flavor(Restricted);"
+    "Qualifier Override : string, Scope(property, reference, method), Flavor(Restricted);"
+    "Qualifier Description : string, Scope(any), Flavor(Translatable);"
+    "Qualifier Values : string[], Scope(property, method, parameter);\n";
+
+// One text; whatever is included is not there.
+class OneText : public havhost::IMofSource {
+ public:
+  explicit OneText(const std::string& text) : m_text(text) {}
+  bool Find(const std::string& name, const std::string&, std::string& identity) override {
+    identity = name;
+    return name == "fuzz.mof";
+  }
+  bool Read(const std::string&, std::string& text) override {
+    text = m_text;
+    return true;
+  }
+
+ private:
+  const std::string& m_text;
+};
+
+boost::shared_ptr<ICIMNamespace> Load(const std::string& text, havhost::TMofReport& report) {
+  OneText source(text);
+  return havhost::TMofLoader(*havtest::Provider(), source).Load({"fuzz.mof"}, report);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const havtest::RecordingLogger logger;
+  havhost::TMofReport report;
+  const auto first = Load(kQualifiers + std::string(data, data + size), report);
+  if (static_cast<bool>(first) == report.HasErrors()) std::abort();
+  if (!first) return 0;
+
+  std::string written;
+  havhost::TMofWriter(written).WriteNamespace(*first);
+  havhost::TMofReport second;
+  const auto again = Load(written, second);
+  const auto differences =
+      again ? havtest::Differences(*first, *again) : std::vector<std::string>{second.ToString()};
+  for (const auto& difference : differences) std::cerr << difference << '\n';
+  if (!differences.empty()) {
+    std::cerr << written;
+    std::abort();
+  }
+  return 0;
+}

@@ -1,0 +1,58 @@
+// Any bytes as the text of a MOF file: they are parsed, and what they were found to be is
+// within them.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "host/mof/TMofParser.h"
+
+namespace {
+
+using havhost::TMofFile;
+using havhost::TMofLexer;
+using havhost::TMofToken;
+
+void Require(bool condition) {
+  if (!condition) std::abort();
+}
+
+void CheckToken(const TMofFile& file, const TMofToken& token) {
+  const auto text = file.text.GetText();
+  Require(token.offset + token.text.size() <= text.size());
+  Require(token.text.data() == text.data() + token.offset);
+  if (token.kind == TMofToken::EKind::kString)
+    Require(TMofLexer::StringValue(token.text).size() <= token.text.size());
+  if (token.kind == TMofToken::EKind::kCharacter) TMofLexer::CharacterValue(token.text);
+}
+
+void CheckQualifiers(const TMofFile& file, const havhost::TMofQualifiers& qualifiers) {
+  for (const auto& qualifier : qualifiers)
+    if (qualifier.value)
+      for (const auto& element : qualifier.value->elements) CheckToken(file, element);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  TMofFile file("fuzz.mof", std::string(data, data + size));
+  havhost::TMofReport report;
+  havhost::TMofParser::Parse(file, report);
+  Require(report.GetMessages().size() <= 2 * havhost::TMofReport::kDefaultLimit);
+  bool lost = file.isDamaged;
+  for (const auto& cls : file.classes) {
+    lost = lost || cls.isDamaged;
+    CheckQualifiers(file, cls.qualifiers);
+    for (const auto& property : cls.properties) {
+      CheckQualifiers(file, property.qualifiers);
+      if (property.defaultValue)
+        for (const auto& element : property.defaultValue->elements) CheckToken(file, element);
+    }
+  }
+  for (const auto& instance : file.instances) {
+    lost = lost || instance.isDamaged;
+    for (const auto& assignment : instance.assignments)
+      for (const auto& element : assignment.value.elements) CheckToken(file, element);
+  }
+  Require(!lost || report.HasErrors());  // nothing is lost in silence
+  return 0;
+}
