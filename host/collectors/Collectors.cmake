@@ -11,10 +11,13 @@ file(GLOB collector_sources CONFIGURE_DEPENDS
 
 add_library(havhost_collectors STATIC ${collector_sources})
 hav_target(havhost_collectors)
+set_target_properties(havhost_collectors PROPERTIES COLLECTOR_PLATFORM ${collector_platform})
 target_include_directories(havhost_collectors PUBLIC ${PROJECT_SOURCE_DIR})
 target_link_libraries(havhost_collectors PUBLIC hav::core)
 if(WIN32)
   target_link_libraries(havhost_collectors PRIVATE iphlpapi ws2_32)
+  target_compile_definitions(havhost_collectors PRIVATE
+    _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
 else()
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(hwloc REQUIRED IMPORTED_TARGET hwloc>=2.0)

@@ -1,7 +1,5 @@
 #include "collectors/FakeMachine.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <iomanip>
@@ -228,47 +226,6 @@ void FullMachine::Ports() {
   File(port("lo", "1", "00:00:00:00:00:00") + "type", "772\n");
   File("/sys/class/net/bonding_masters", "\n");
   File("/calls/addresses", "eth0 192.0.2.10\neth0 2001:db8::10\ndocker0 172.17.0.1\n");
-}
-
-std::vector<std::string> Values(const TElement& element) {
-  std::vector<std::string> texts;
-  for (const auto& [property, value] : element.values)
-    texts.push_back(property + "=" + value.ToString(10));
-  return texts;
-}
-
-std::vector<std::string> Names(const TCollection& collection, const std::string& className) {
-  std::vector<std::string> names;
-  for (const auto& element : collection.Elements())
-    if (element.className == className) names.push_back(element.Get("Name").ToString(10));
-  return names;
-}
-
-TElement Element(const TCollection& collection, const std::string& className,
-                 const std::string& name) {
-  for (const auto& element : collection.Elements())
-    if (element.className == className && element.Get("Name").ToString(10) == name)
-      return element;
-  ADD_FAILURE() << "no " << className << " named " << name;
-  return {};
-}
-
-std::vector<std::string> Links(const TCollection& collection, const std::string& className) {
-  std::vector<std::string> links;
-  for (const auto& link : collection.Links()) {
-    const auto* const antecedent = collection.Find(link.antecedent.id);
-    const auto* const dependent = collection.Find(link.dependent.id);
-    if (link.className == className && antecedent && dependent)
-      links.push_back(antecedent->Get("Name").ToString(10) + " -> " +
-                      dependent->Get("Name").ToString(10));
-  }
-  return links;
-}
-
-std::vector<std::string> Failures(const TCollection& collection) {
-  std::vector<std::string> failures;
-  for (const auto& failure : collection.Failures()) failures.push_back(failure.ToString());
-  return failures;
 }
 
 }  // namespace havtest

@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "host/collectors/TCollection.h"
 #include "host/collectors/TMachine.h"
@@ -51,18 +50,5 @@ class FullMachine : public FakeMachine {
   void FileSystems();
   void Ports();
 };
-
-// "property=value" of each value that is set, in the order of collection, Name first.
-std::vector<std::string> Values(const havhost::TElement& element);
-// The names of the elements of a class.
-std::vector<std::string> Names(const havhost::TCollection& collection,
-                               const std::string& className);
-// The element of that class and name; a failed assertion and an empty one when there is none.
-havhost::TElement Element(const havhost::TCollection& collection, const std::string& className,
-                          const std::string& name);
-// "antecedent -> dependent" by name, of each link of a class whose ends are there.
-std::vector<std::string> Links(const havhost::TCollection& collection,
-                               const std::string& className);
-std::vector<std::string> Failures(const havhost::TCollection& collection);
 
 }  // namespace havtest

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "host/collectors/Text.h"
-#include "host/collectors/linux/ISystemCalls.h"
 
 namespace havtest {
 namespace {
@@ -58,13 +57,6 @@ TEST(Text, TimesRefusesWhatDoesNotFit) {
   EXPECT_EQ(Times(std::nullopt, 512), std::nullopt);
   EXPECT_EQ(Times(~std::uint64_t{0} / 512, 512), ~std::uint64_t{0} / 512 * 512);
   EXPECT_EQ(Times(~std::uint64_t{0} / 512 + 1, 512), std::nullopt);
-}
-
-TEST(DatabaseText, DecodesHexadecimalBytes) {
-  EXPECT_EQ(DecodeDatabaseText("boot\\x20area"), "boot area");
-  EXPECT_EQ(DecodeDatabaseText("\\x41\\x"), "A\\x");
-  EXPECT_EQ(DecodeDatabaseText("\\xZZ\\n"), "\\xZZ\\n");
-  EXPECT_EQ(DecodeDatabaseText(""), "");
 }
 
 }  // namespace

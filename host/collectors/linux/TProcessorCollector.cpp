@@ -1,10 +1,9 @@
 #include "host/collectors/linux/TProcessorCollector.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
-#include <tuple>
 
+#include "host/collectors/TCaches.h"
 #include "host/collectors/linux/TSystemFiles.h"
 #include "host/collectors/linux/TTopology.h"
 
@@ -43,45 +42,13 @@ std::optional<std::uint32_t> InfoNumber(hwloc_obj_t object, const char* name) {
   return text ? ParseNumber<std::uint32_t>(*text) : std::nullopt;
 }
 
-// What makes caches one element: the same processors, level, kind and measures.
-struct TCacheKind {
-  std::vector<unsigned> processors;
-  unsigned level;
-  hwloc_obj_cache_type_t type;
-  std::uint64_t size;
-  unsigned lineSize;
-  int associativity;
-
-  bool operator<(const TCacheKind& other) const {
-    const auto fields = [](const TCacheKind& kind) {
-      return std::tie(kind.processors, kind.level, kind.type, kind.size, kind.lineSize,
-                      kind.associativity);
-    };
-    return fields(*this) < fields(other);
-  }
-};
-
-std::string ProcessorName(unsigned index) { return "CPU" + std::to_string(index); }
-std::string ProcessorId(unsigned index) { return "processor:" + std::to_string(index); }
-
-// "CPU0 L1 data cache", "CPU0+CPU1 L3 cache"
-std::string CacheName(const TCacheKind& kind) {
-  std::string name;
-  for (const auto index : kind.processors)
-    name += (name.empty() ? "" : "+") + ProcessorName(index);
-  name += " L" + std::to_string(kind.level);
-  if (kind.type == HWLOC_OBJ_CACHE_DATA) name += " data";
-  if (kind.type == HWLOC_OBJ_CACHE_INSTRUCTION) name += " instruction";
-  return name + " cache";
-}
-
-std::optional<std::uint16_t> CacheType(hwloc_obj_cache_type_t type) {
+TCaches::EType CacheType(hwloc_obj_cache_type_t type) {
   switch (type) {
-    case HWLOC_OBJ_CACHE_INSTRUCTION: return std::uint16_t{2};
-    case HWLOC_OBJ_CACHE_DATA: return std::uint16_t{3};
-    case HWLOC_OBJ_CACHE_UNIFIED: return std::uint16_t{4};
+    case HWLOC_OBJ_CACHE_INSTRUCTION: return TCaches::kInstruction;
+    case HWLOC_OBJ_CACHE_DATA: return TCaches::kData;
+    case HWLOC_OBJ_CACHE_UNIFIED: return TCaches::kUnified;
   }
-  return std::nullopt;
+  return TCaches::kOther;
 }
 
 // hwloc says 0 for what it does not know.
@@ -101,7 +68,7 @@ class TProcessors {
     FindPackages();
     FindCaches();
     for (unsigned index = 0; index < m_packages.size(); ++index) AddProcessor(index);
-    AddCaches();
+    m_caches.AddTo(m_collection);
   }
 
  private:
@@ -119,8 +86,13 @@ class TProcessors {
       while ((cache = hwloc_get_next_obj_by_type(
                   m_topology.Get(), static_cast<hwloc_obj_type_t>(type), cache))) {
         const auto& about = cache->attr->cache;
-        ++m_caches[{ProcessorsOf(cache), about.depth, about.type, about.size, about.linesize,
-                    about.associativity}];
+        // hwloc: -1 is fully associative, and 0 is not known.
+        const auto ways = about.associativity == 0
+                              ? std::nullopt
+                              : std::optional(static_cast<std::uint32_t>(
+                                    std::max(about.associativity, 0)));
+        m_caches.Add({ProcessorsOf(cache), about.depth, CacheType(about.type), about.size,
+                      about.linesize, ways});
       }
     }
   }
@@ -151,7 +123,7 @@ class TProcessors {
         .Set("ModelNumber", InfoNumber(package, "CPUModelNumber"))
         .Set("Stepping", InfoNumber(package, "CPUStepping"));
     SetFromFirstThread(processor, package);
-    SetCacheLevels(processor, index);
+    m_caches.SetLevels(processor, index);
   }
 
   std::uint32_t Count(hwloc_obj_t package, hwloc_obj_type_t type) const {
@@ -183,51 +155,12 @@ class TProcessors {
         .Set("MicrocodeRevision", ParseNumber<std::uint64_t>(text("microcode"), 16));
   }
 
-  // Where some cache is known, a level without one is not there to be on.
-  void SetCacheLevels(TElement& processor, unsigned index) {
-    std::array<bool, 4> found{};
-    for (const auto& [kind, count] : m_caches) {
-      const auto& users = kind.processors;
-      if (std::find(users.begin(), users.end(), index) == users.end()) continue;
-      found[0] = true;
-      if (kind.level < found.size()) found[kind.level] = true;
-    }
-    if (!found[0]) return;
-    processor.Set("L1Enabled", std::optional<bool>(found[1]))
-        .Set("L2Enabled", std::optional<bool>(found[2]))
-        .Set("L3Enabled", std::optional<bool>(found[3]));
-  }
-
-  void AddCaches() {
-    std::map<std::string, int> names;
-    for (const auto& [kind, count] : m_caches) {
-      auto name = CacheName(kind);
-      // Processors with unlike cores have unlike caches of one level.
-      if (const int number = ++names[name]; number > 1) name += " " + std::to_string(number);
-      const std::string id = "cache:" + name;
-      const auto ways = kind.associativity;
-      m_collection.Add(id, "ORVSG_CacheMemory", name)
-          .Set("Level", std::optional(static_cast<std::uint16_t>(kind.level)))
-          .Set("CacheType", CacheType(kind.type))
-          .Set("NumberOfCaches", std::optional(count))
-          .Set("Size", Known(kind.size))
-          .Set("TotalSize", Times(Known(kind.size), count))
-          .Set("LineSize", Known(static_cast<std::uint32_t>(kind.lineSize)))
-          // hwloc: -1 is fully associative, and 0 is not known.
-          .Set("Associativity",
-               ways == 0 ? std::nullopt
-                         : std::optional(static_cast<std::uint32_t>(std::max(ways, 0))));
-      for (const auto index : kind.processors)
-        m_collection.Link("ORVSG_ProcessorCache", id, ProcessorId(index));
-    }
-  }
-
   TTopology m_topology;
   TSystemFiles m_files;
   TCollection& m_collection;
   std::map<unsigned, TCpuInfo> m_cpuInfo;
   std::vector<hwloc_obj_t> m_packages;
-  std::map<TCacheKind, std::uint32_t> m_caches;  // how many there are of each
+  TCaches m_caches;
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <map>
 
+#include "collectors/CollectionText.h"
 #include "collectors/FakeMachine.h"
 #include "host/collectors/Inventory.h"
 #include "host/collectors/Text.h"
@@ -16,7 +17,6 @@ namespace havtest {
 namespace {
 
 using namespace havhost;
-using Texts = std::vector<std::string>;
 
 TEST(EmptyMachine, HasNoElementsAndEveryCollectorSaysWhy) {
   const auto found = FakeMachine().Gather();

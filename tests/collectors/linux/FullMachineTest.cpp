@@ -1,12 +1,11 @@
 // What the collectors gather from a machine that shows everything.
 #include <gtest/gtest.h>
 
+#include "collectors/CollectionText.h"
 #include "collectors/FakeMachine.h"
 
 namespace havtest {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 // Gathered once, since nothing here changes it.
 const havhost::TCollection& Found() {
@@ -48,8 +47,8 @@ TEST(FullMachine, EachSocketIsAProcessor) {
 
 TEST(FullMachine, CachesOfOneKindAreOneElement) {
   EXPECT_EQ(Names(Found(), "ORVSG_CacheMemory"),
-            (Texts{"CPU0 L1 data cache", "CPU0 L1 instruction cache", "CPU0 L2 cache",
-                   "CPU0 L3 cache", "CPU1 L1 data cache", "CPU1 L1 instruction cache",
+            (Texts{"CPU0 L1 instruction cache", "CPU0 L1 data cache", "CPU0 L2 cache",
+                   "CPU0 L3 cache", "CPU1 L1 instruction cache", "CPU1 L1 data cache",
                    "CPU1 L2 cache", "CPU1 L3 cache"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_CacheMemory", "CPU0 L1 data cache")),
             (Texts{"Name=CPU0 L1 data cache", "Level=1", "CacheType=3", "NumberOfCaches=2",
@@ -57,9 +56,9 @@ TEST(FullMachine, CachesOfOneKindAreOneElement) {
   EXPECT_EQ(Element(Found(), "ORVSG_CacheMemory", "CPU1 L3 cache").Get("NumberOfCaches"),
             NORVHAV20::TCIMValue(std::uint32_t{1}));
   EXPECT_EQ(Links(Found(), "ORVSG_ProcessorCache"),
-            (Texts{"CPU0 L1 data cache -> CPU0", "CPU0 L1 instruction cache -> CPU0",
+            (Texts{"CPU0 L1 instruction cache -> CPU0", "CPU0 L1 data cache -> CPU0",
                    "CPU0 L2 cache -> CPU0", "CPU0 L3 cache -> CPU0",
-                   "CPU1 L1 data cache -> CPU1", "CPU1 L1 instruction cache -> CPU1",
+                   "CPU1 L1 instruction cache -> CPU1", "CPU1 L1 data cache -> CPU1",
                    "CPU1 L2 cache -> CPU1", "CPU1 L3 cache -> CPU1"}));
 }
 

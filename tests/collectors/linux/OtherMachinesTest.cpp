@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "collectors/CollectionText.h"
 #include "collectors/FakeMachine.h"
 #include "host/collectors/Inventory.h"
 
@@ -13,7 +14,6 @@ namespace havtest {
 namespace {
 
 using namespace havhost;
-using Texts = std::vector<std::string>;
 
 TEST(Container, HasAnOverlayRootAndNoDisks) {
   FakeMachine container;
@@ -74,7 +74,7 @@ TEST(UnlikeCores, HaveACacheElementForEachSize) {
                  "512K\n");
   const auto found = machine.Gather();
   EXPECT_EQ(Names(found, "ORVSG_CacheMemory"),
-            (Texts{"CPU0 L1 data cache", "CPU0 L1 instruction cache", "CPU0 L2 cache",
+            (Texts{"CPU0 L1 instruction cache", "CPU0 L1 data cache", "CPU0 L2 cache",
                    "CPU0 L2 cache 2", "CPU0 L3 cache"}));
   EXPECT_EQ(Element(found, "ORVSG_CacheMemory", "CPU0 L2 cache").Get("Size").ToString(10),
             "524288");
