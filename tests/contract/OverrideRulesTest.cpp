@@ -122,7 +122,9 @@ TEST_F(PropertyOverride, ArrayIsOfAnotherTypeThanItsElement) {
   auto inherited = Declare(base, "Size", TCIMValue::Null(kCIMUInt8));
   Declare(Sub(), "Size", TCIMValue::Null(ArrayOf(kCIMUInt8)), kOverride);
   EXPECT_EQ(sub->GetPropertyDecl("Size", {}), inherited);
-  EXPECT_EQ(repository.TakeLog().size(), 1u);
+  EXPECT_EQ(repository.TakeLog(),
+            LogLines{Error("Inmem: Attempt to override property Size in class Sub: different "
+                           "types")});
 }
 
 TEST_F(PropertyOverride, WithOverrideOfTheClassesOwnIsDroppedSilently) {
@@ -216,6 +218,15 @@ TEST_F(PropertyOverride, FailureToReadTheKeyQualifierKeepsTheInheritedOne) {
   decl->qualifiers.FailsWith("Key", 31);
   EXPECT_STATUS(0, sub->AddPropertyDecl(decl, {}));
   EXPECT_EQ(sub->GetPropertyDecl("Size", {}), inherited);
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+}
+
+TEST_F(PropertyOverride, ExceptionOfAnotherKindPassesThroughAndNothingIsDeclared) {
+  boost::shared_ptr<ForeignPropertyDecl> decl(
+      new ForeignPropertyDecl(Sub(), "Size", TCIMValue(true)));
+  decl->qualifiers.FailsStrangely("OVERRIDE");
+  EXPECT_THROW(sub->AddPropertyDecl(decl, {}), std::runtime_error);
+  EXPECT_EQ(PropertyNames(sub), Names{});
   EXPECT_EQ(repository.TakeLog(), kNothingLogged);
 }
 
@@ -353,6 +364,14 @@ TEST_F(MethodOverride, FailureToReadTheOverrideQualifierIsLoggedAndThrownOn) {
       repository.TakeLog(),
       LogLines{
           Error("Inmem: Attempt define method Reset in class Subfailed. Reason = " + Text(31))});
+}
+
+TEST_F(MethodOverride, ExceptionOfAnotherKindPassesThroughAndNothingIsDeclared) {
+  boost::shared_ptr<ForeignMethodDecl> decl(new ForeignMethodDecl(Sub(), "Reset", kCIMUInt32));
+  decl->qualifiers.FailsStrangely("OVERRIDE");
+  EXPECT_THROW(sub->AddMethodDecl(decl, {}), std::runtime_error);
+  EXPECT_EQ(MethodNames(sub), Names{});
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
 }
 
 TEST_F(MethodOverride, EmptyPointerIsRefused) {
