@@ -51,22 +51,23 @@ void AddAssociatorsCommand(CLI::App& program, TCommandLine& line) {
   auto& command = AddCommand(
       program, line,
       {"associators", "List what associations link to an instance, or can link to a class",
-       "havhost associators 'ORVSG_DiskDrive.Name=\"sda\"' --result-class ORVSG_DiskPartition"},
+       "havhost associators 'ORVSG_DiskDrive.Name=\"/dev/sda\"' --result-class ORVSG_DiskPartition"},
       ListAssociators);
+  command.add_option("PATH", settings.path, "Object path of the instance, or the name of a class")
+      ->required();
   command
-      .add_option("PATH", settings.path, "Object path of the instance, or the name of a class")
-      ->required()
-      ->type_name("");
-  command.add_option("--assoc-class", settings.associationClass,
-                     "Only by associations of this class or a subclass")
+      .add_option("--assoc-class", settings.associationClass,
+                  "Only by associations of this class or a subclass")
       ->type_name("NAME");
   command.add_option("--result-class", settings.resultClass, "Only of this class or a subclass")
       ->type_name("NAME");
-  command.add_option("--role", settings.role,
-                     "Only by associations that refer to the starting point by this name")
+  command
+      .add_option("--role", settings.role,
+                  "Only by associations that refer to the starting point by this name")
       ->type_name("NAME");
-  command.add_option("--result-role", settings.resultRole,
-                     "Only what the association refers to by this name")
+  command
+      .add_option("--result-role", settings.resultRole,
+                  "Only what the association refers to by this name")
       ->type_name("NAME");
   AddFormatOption(command, settings);
   AddRawOption(command, settings);

@@ -20,9 +20,8 @@ std::vector<TListedClass> Hierarchy(TClasses tops) {
   std::vector<TListedClass> listed;
   std::vector<TListedClass> next;
   const auto push = [&next](TClasses classes, std::size_t depth) {
-    std::sort(classes.begin(), classes.end(), [](const auto& a, const auto& b) {
-      return a->GetName({}) > b->GetName({});
-    });
+    std::sort(classes.begin(), classes.end(),
+              [](const auto& a, const auto& b) { return a->GetName({}) > b->GetName({}); });
     for (const auto& cls : classes) next.push_back({cls, depth});
   };
   push(std::move(tops), 0);

@@ -18,9 +18,8 @@
 namespace havhost {
 
 // What a command does with the namespace when it is filled.
-using TCommandAction =
-    std::function<void(const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
-                       const TSettings& settings, std::ostream& out)>;
+using TCommandAction = std::function<void(const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
+                                          const TSettings& settings, std::ostream& out)>;
 
 struct TCommandLine {
   TSettings settings;

@@ -38,9 +38,8 @@ inline std::vector<boost::shared_ptr<NORVHAV20::ICIMInstance>> InstancesOf(
 inline std::vector<boost::shared_ptr<NORVHAV20::ICIMClass>> SubclassesOf(
     const NORVHAV20::ICIMClass& cls) {
   using namespace NORVHAV20;
-  return Collect<ICIMClass>([&](const TEnumCallback<ICIMClass>& callback) {
-    cls.EnumerateSubclasses(callback, {});
-  });
+  return Collect<ICIMClass>(
+      [&](const TEnumCallback<ICIMClass>& callback) { cls.EnumerateSubclasses(callback, {}); });
 }
 
 }  // namespace havhost

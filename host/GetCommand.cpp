@@ -26,9 +26,7 @@ void AddGetCommand(CLI::App& program, TCommandLine& line) {
                              {"get", "Show one instance with its properties",
                               "havhost get 'ORVSG_NetworkPort.Name=\"lo\"' --raw"},
                              GetInstance);
-  command.add_option("PATH", line.settings.path, "Object path of the instance")
-      ->required()
-      ->type_name("");
+  command.add_option("PATH", line.settings.path, "Object path of the instance")->required();
   AddFormatOption(command, line.settings);
   AddRawOption(command, line.settings);
   AddSourceOptions(command, line.settings);

@@ -23,9 +23,7 @@ void AddInstancesCommand(CLI::App& program, TCommandLine& line) {
                              {"instances", "List the instances of a class with their properties",
                               "havhost instances ORVSG_NetworkPort --deep --raw"},
                              ListInstances);
-  command.add_option("CLASS", line.settings.className, "Name of the class")
-      ->required()
-      ->type_name("");
+  command.add_option("CLASS", line.settings.className, "Name of the class")->required();
   command.add_flag("--deep", line.settings.deep, "With the instances of its subclasses");
   AddFormatOption(command, line.settings);
   AddRawOption(command, line.settings);

@@ -75,12 +75,13 @@ void ShowInventory(const boost::shared_ptr<ICIMNamespace>& target, const TSettin
 }  // namespace
 
 void AddInventoryCommand(CLI::App& program, TCommandLine& line) {
-  auto& command = AddCommand(
-      program, line,
-      {"inventory", "Show what this machine consists of, as a tree", "havhost inventory --class ORVSG_DiskDrive"},
-      ShowInventory);
-  command.add_option("--class", line.settings.className,
-                     "Show only instances of this class or its subclasses, and what hangs on them")
+  auto& command = AddCommand(program, line,
+                             {"inventory", "Show what this machine consists of, as a tree",
+                              "havhost inventory --class ORVSG_DiskDrive"},
+                             ShowInventory);
+  command
+      .add_option("--class", line.settings.className,
+                  "Show only instances of this class or its subclasses, and what hangs on them")
       ->type_name("NAME");
   AddFormatOption(command, line.settings);
   AddRawOption(command, line.settings);

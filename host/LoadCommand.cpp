@@ -87,7 +87,7 @@ void AddLoadCommand(CLI::App& program, TCommandLine& line) {
                              {"load", "Read MOF files into a namespace and sum up what is there",
                               "havhost load --include cim-schema cim_schema_2.49.0.mof"},
                              SumUp);
-  command.add_option("FILE", line.settings.mofFiles, "MOF files")->required()->type_name("...");
+  command.add_option("FILE", line.settings.mofFiles, "MOF files")->required();
   AddFormatOption(command, line.settings);
   AddNamespaceOptions(command, line.settings);
 }

@@ -20,8 +20,8 @@ TCIMReference ParsePath(const boost::shared_ptr<ICIMNamespace>& target, const TS
                        settings.namespaceName);
     return path;
   } catch (const THAVException&) {
-    throw THostError("no object path: " + settings.path +
-                     " (a path looks like Class.Key=\"text\",OtherKey=1)");
+    throw THostError("no object path: '" + settings.path +
+                     "' (a path looks like Class.Key=\"text\",OtherKey=1)");
   }
 }
 
@@ -31,8 +31,9 @@ boost::shared_ptr<ICIMClass> FindClass(ICIMNamespace& target, const std::string&
   try {
     return target.GetClass(name, {});
   } catch (const THAVException& failure) {
-    if (failure.GetStatusCode() == kHAVNotFound) throw THostError("no such class: " + name);
-    if (failure.GetStatusCode() == kHAVInvalidName) throw THostError("no class name: " + name);
+    if (failure.GetStatusCode() == kHAVNotFound) throw THostError("no such class: '" + name + "'");
+    if (failure.GetStatusCode() == kHAVInvalidName)
+      throw THostError("no class name: '" + name + "'");
     throw;
   }
 }
@@ -49,8 +50,9 @@ boost::shared_ptr<ICIMInstance> FindInstance(const boost::shared_ptr<ICIMNamespa
   const auto cls = FindClass(*target, path.GetClassName());
   auto instance = target->GetInstance(path, {});
   if (!instance)
-    throw THostError("no such instance: " + settings.path +
-                     (IsClassName(settings.path) ? " is a class (see `havhost instances`)" : ""));
+    throw THostError(IsClassName(settings.path)
+                         ? "'" + settings.path + "' names a class, and no instance"
+                         : "no such instance: '" + settings.path + "'");
   return instance;
 }
 

@@ -27,10 +27,8 @@ void AddMofCommand(CLI::App& program, TCommandLine& line) {
                              {"mof", "Write the namespace, or one class, as MOF",
                               "havhost mof ORVSG_Processor --mof model.mof"},
                              WriteMof);
-  command
-      .add_option("CLASS", line.settings.className,
-                  "Name of the class; everything when not given")
-      ->type_name("");
+  command.add_option("CLASS", line.settings.className,
+                     "Name of the class; everything when not given");
   AddSourceOptions(command, line.settings);
 }
 

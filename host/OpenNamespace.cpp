@@ -54,8 +54,8 @@ boost::shared_ptr<ICIMNamespace> LoadMof(const TPlugin& plugin, TSettings& setti
   PrintMessages(console, report);
   if (!loaded)
     throw THostError("nothing is loaded: the MOF has " + Count(report.CountErrors(), "errors"));
-  settings.namespaceName = loader.GetNamespaceName().empty() ? TSettings::kDefaultNamespace
-                                                             : loader.GetNamespaceName();
+  settings.namespaceName =
+      loader.GetNamespaceName().empty() ? TSettings::kDefaultNamespace : loader.GetNamespaceName();
   return loaded;
 }
 
@@ -77,7 +77,7 @@ void TakeInventory(TPlugin& plugin, ICIMNamespace& target, const TSettings& sett
                    const TConsole& console) {
   std::error_code failure;
   if (!std::filesystem::is_directory(PathOf(settings.rootFolder), failure))
-    throw THostError("no such folder: " + settings.rootFolder);
+    throw THostError("no such folder: '" + settings.rootFolder + "'");
   CollectInventory(target, TMachine(settings.rootFolder), [&](const TFailure& lack) {
     console.err << "havhost: not in the inventory: " << Printable(lack.ToString()) << '\n';
   });

@@ -1,12 +1,13 @@
 #include "host/Program.h"
 
+#include <memory>
 #include <new>
-#include <optional>
 
 #include "havcore/THAVException.h"
 #include "host/CommandLine.h"
 #include "host/OpenNamespace.h"
 #include "host/Paths.h"
+#include "host/THelpText.h"
 #include "host/THostError.h"
 #include "host/THostLogger.h"
 #include "host/TOutputBuffer.h"
@@ -24,9 +25,11 @@ void Declare(CLI::App& program, TCommandLine& line) {
   program.allow_windows_style_options(false);
   program.set_version_flag("--version", "havhost " HAVHOST_VERSION, "Print the version and exit");
   program.require_subcommand(1);
+  program.formatter(std::make_shared<THelpText>());
   program.footer(
-      "\nA namespace holds what --mof names, or without it the inventory of this machine.\n"
-      "`havhost COMMAND --help` tells more of a command.\n\nExample:\n  havhost inventory");
+      "Commands look at what the files of --mof hold, and without it at the inventory of this\n"
+      "machine. `havhost COMMAND --help` tells more of a command.\n\n"
+      "Example:\n  havhost inventory");
   AddInventoryCommand(program, line);
   AddLoadCommand(program, line);
   AddClassesCommand(program, line);
@@ -38,23 +41,25 @@ void Declare(CLI::App& program, TCommandLine& line) {
   AddMofCommand(program, line);
 }
 
+// One sentence, and where to read more.
 std::string UsageError(const CLI::App& program, const std::vector<std::string>& arguments,
                        const CLI::ParseError& failure) {
   const auto commands = program.get_subcommands();
-  if (!commands.empty())
-    return std::string(failure.what()) + " (see havhost " + commands.front()->get_name() +
-           " --help)";
-  const bool names = !arguments.empty() && arguments[0].rfind('-', 0) != 0;
-  return (names ? "no such command: " + arguments[0]
-          : arguments.empty() ? "a command is required"
-                              : failure.what()) +
-         std::string(" (see havhost --help)");
+  const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+  std::string what = failure.what();
+  if (commands.empty() && arguments.empty())
+    what = "a command is required";
+  else if (commands.empty())
+    what =
+        (arguments[0].rfind('-', 0) == 0 ? "no such option: " : "no such command: ") + arguments[0];
+  return what + " (see havhost" + command + " --help)";
 }
 
 // Reads the command line. Returns true when there is a command to run; help and version are
 // written at once.
 bool Parse(const std::vector<std::string>& arguments, TCommandLine& line, std::ostream& out) {
-  CLI::App program("Keeps CIM classes and instances in memory and shows them.");
+  CLI::App program(
+      "Shows CIM classes and instances: of this machine's inventory, or of MOF files.");
   Declare(program, line);
   try {
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
@@ -89,9 +94,11 @@ void RunCommand(TCommandLine& line, const TConsole& console) {
   const auto& settings = line.settings;
   THostLogger logger(console.err, settings.verbose);
   TPlugin plugin(settings.plugin.empty() ? InstalledPlugin() : PathOf(settings.plugin));
+  // The log would break up the line that says how far the work is.
+  const bool showsProgress = console.showsProgress && !settings.verbose;
   std::string failure;
   try {
-    Execute(plugin, line, console);
+    Execute(plugin, line, {console.out, console.err, showsProgress});
   } catch (const THAVException& thrown) {
     // It is the plug-in's own and has to end before the plug-in does.
     failure = Describe(thrown, logger);

@@ -41,15 +41,14 @@ void AddReferencesCommand(CLI::App& program, TCommandLine& line) {
   auto& command = AddCommand(
       program, line,
       {"references", "List the associations that refer to an instance, or can refer to a class",
-       "havhost references 'ORVSG_DiskDrive.Name=\"sda\"' --role Antecedent"},
+       "havhost references 'ORVSG_DiskDrive.Name=\"/dev/sda\"' --role Antecedent"},
       ListReferences);
   command
-      .add_option("PATH", line.settings.path,
-                  "Object path of the instance, or the name of a class")
-      ->required()
-      ->type_name("");
-  command.add_option("--result-class", line.settings.resultClass,
-                     "Only associations of this class or a subclass")
+      .add_option("PATH", line.settings.path, "Object path of the instance, or the name of a class")
+      ->required();
+  command
+      .add_option("--result-class", line.settings.resultClass,
+                  "Only associations of this class or a subclass")
       ->type_name("NAME");
   command.add_option("--role", line.settings.role, "Only those that refer to it by this name")
       ->type_name("NAME");

@@ -47,8 +47,8 @@ void PrintProperties(std::ostream& out, const TClassReport& cls) {
 void PrintMethods(std::ostream& out, const TClassReport& cls) {
   out << "\nMethods\n";
   for (const auto& method : cls.methods) {
-    PrintRows(out, "  ", {{Signature(method),
-                           method.origin == cls.name ? "" : "from " + method.origin}});
+    PrintRows(out, "  ",
+              {{Signature(method), method.origin == cls.name ? "" : "from " + method.origin}});
     PrintQualifiers(out, "    ", method.qualifiers);
     for (const auto& parameter : method.parameters) {
       PrintRows(out, "    ", {{parameter.name, parameter.type}});
@@ -86,11 +86,8 @@ void ShowClass(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& 
 void AddShowCommand(CLI::App& program, TCommandLine& line) {
   auto& command = AddCommand(
       program, line,
-      {"show", "Show one class with its declarations", "havhost show ORVSG_Processor"},
-      ShowClass);
-  command.add_option("CLASS", line.settings.className, "Name of the class")
-      ->required()
-      ->type_name("");
+      {"show", "Show one class with its declarations", "havhost show ORVSG_Processor"}, ShowClass);
+  command.add_option("CLASS", line.settings.className, "Name of the class")->required();
   AddFormatOption(command, line.settings);
   AddSourceOptions(command, line.settings);
 }

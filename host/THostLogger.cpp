@@ -21,8 +21,7 @@ THostLogger::THostLogger(std::ostream& err, bool verbose)
 THostLogger::~THostLogger() { NORVHAV20::TRootObject::SetCoreLogger(m_before); }
 
 void THostLogger::Log(int level, const std::string& message) {
-  if (m_verbose)
-    m_err << "havhost: log level " << level << ": " << Printable(message) << '\n';
+  if (m_verbose) m_err << "havhost: log level " << level << ": " << Printable(message) << '\n';
   if (level < kError || IsChatter(message)) return;
   if (m_errors++ == 0) m_first = message;
   m_last = message;

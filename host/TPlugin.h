@@ -14,9 +14,9 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include "host/SharedLibrary.h"
 #include "havcore/INamespaceProvider.h"
 #include "havcore/TNamespaceProviderManager.h"
+#include "host/SharedLibrary.h"
 
 namespace havhost {
 

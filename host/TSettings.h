@@ -17,7 +17,7 @@ struct TSettings {
   std::vector<std::string> includeFolders;
   std::string schemaFolder;  // empty: the installed schema
   std::string rootFolder = "/";
-  std::string plugin;        // empty: the installed plug-in
+  std::string plugin;  // empty: the installed plug-in
 
   // What to look at. Empty filters match everything.
   std::string className;

@@ -54,7 +54,9 @@ bool IsTerminal(std::FILE* file) { return _isatty(_fileno(file)) != 0; }
 
 #else
 
-std::vector<std::string> Arguments(int count, char** values) { return {values + 1, values + count}; }
+std::vector<std::string> Arguments(int count, char** values) {
+  return {values + 1, values + count};
+}
 
 // Without the signal, a closed pipe shows as an error of the write.
 void PrepareStreams() { std::signal(SIGPIPE, SIG_IGN); }

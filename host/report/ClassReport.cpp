@@ -19,10 +19,9 @@ constexpr char kTopClass[] = "<root>";
 
 std::vector<TQualifierReport> QualifiersOf(ICIMNamedElement& element) {
   std::vector<TQualifierReport> reports;
-  const auto qualifiers =
-      Collect<ICIMQualifier>([&](const TEnumCallback<ICIMQualifier>& callback) {
-        element.EnumerateQualifiers(callback, {});
-      });
+  const auto qualifiers = Collect<ICIMQualifier>([&](const TEnumCallback<ICIMQualifier>& callback) {
+    element.EnumerateQualifiers(callback, {});
+  });
   for (const auto& qualifier : qualifiers)
     reports.push_back({qualifier->GetName({}), qualifier->GetValue({})});
   return reports;
@@ -76,8 +75,8 @@ std::vector<TParameterReport> ParametersOf(const ICIMMethodDecl& method) {
         method.EnumerateParameters(callback, {});
       });
   for (const auto& parameter : parameters)
-    reports.push_back({parameter->GetName({}), TypeText(parameter->GetType({})),
-                       QualifiersOf(*parameter)});
+    reports.push_back(
+        {parameter->GetName({}), TypeText(parameter->GetType({})), QualifiersOf(*parameter)});
   return reports;
 }
 
@@ -120,8 +119,7 @@ TClassReport ReportOf(ICIMClass& cls) {
                       QualifiersOf(cls),
                       PropertiesOf(cls),
                       MethodsOf(cls)};
-  for (const auto& subclass : SubclassesOf(cls))
-    report.subclasses.push_back(subclass->GetName({}));
+  for (const auto& subclass : SubclassesOf(cls)) report.subclasses.push_back(subclass->GetName({}));
   return report;
 }
 

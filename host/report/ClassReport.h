@@ -55,7 +55,7 @@ struct TClassReport {
   std::string superclass;               // empty for a top-level class
   std::vector<std::string> subclasses;  // direct ones
   TClassKind kind;
-  std::size_t instances;                // its own
+  std::size_t instances;  // its own
   std::vector<TQualifierReport> qualifiers;
   std::vector<TPropertyDeclReport> properties;
   std::vector<TMethodDeclReport> methods;

@@ -39,10 +39,9 @@ TInstanceReport ReportOf(ICIMInstance& instance) {
   TInstanceReport report;
   report.path = instance.GetReference({}).GetPath();
   report.className = instance.GetClass({})->GetName({});
-  const auto slots = Collect<ICIMProperty>(
-      [&](const TEnumCallback<ICIMProperty>& callback) {
-        instance.EnumerateProperties(callback, {});
-      });
+  const auto slots = Collect<ICIMProperty>([&](const TEnumCallback<ICIMProperty>& callback) {
+    instance.EnumerateProperties(callback, {});
+  });
   for (const auto& slot : slots)
     if (const auto decl = slot->GetDecl({}))
       report.properties.push_back(

@@ -4,8 +4,8 @@
 
 namespace havhost {
 
-void PrintProperties(std::ostream& out, const std::string& prefix,
-                     const TInstanceReport& instance, bool raw) {
+void PrintProperties(std::ostream& out, const std::string& prefix, const TInstanceReport& instance,
+                     bool raw) {
   std::vector<TRow> rows;
   for (const auto& property : instance.properties) {
     rows.push_back({property.name, Join(property.display)});

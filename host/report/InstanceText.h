@@ -9,8 +9,8 @@
 namespace havhost {
 
 // The properties, one in a line: name and display text; `raw`: and the raw value in brackets.
-void PrintProperties(std::ostream& out, const std::string& prefix,
-                     const TInstanceReport& instance, bool raw);
+void PrintProperties(std::ostream& out, const std::string& prefix, const TInstanceReport& instance,
+                     bool raw);
 // The path, and the properties below it.
 void PrintInstance(std::ostream& out, const TInstanceReport& instance, bool raw);
 

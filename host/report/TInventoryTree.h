@@ -1,12 +1,14 @@
 // TInventoryTree: every instance of a namespace that is no association, hung up by its
 // associations, each once.
 //
-// Associations say that two instances belong together and not always which is above: a cache
-// is the antecedent of its processor, a disk of its partitions. So the tree grows from its
-// roots, and an instance hangs on the one that leads to a root in the fewest steps. Roots are
-// the instances that have parts (role "GroupComponent") and are part of none
-// ("PartComponent"): the systems. What no association leads to is a root of its own, first
-// what depends on nothing (role "Dependent").
+// Roots are the instances that have parts (role "GroupComponent") and are part of none
+// ("PartComponent"): the systems. Below an instance hang its parts and its dependents (roles
+// "Antecedent" and "Dependent"), each at the end of the longest way from a root, so that a
+// volume hangs on its partition also where it is a device of the system as well.
+//
+// An antecedent need not stand above: a cache is the antecedent of the processor that uses
+// it. What no way down leads to hangs on the first instance that it is linked to. What no
+// association leads to is a root of its own.
 //
 // Ownership: values, as in InstanceReport.
 // Errors:    THAVException of the namespace. References that lead nowhere are left out.
@@ -28,9 +30,9 @@ class TInventoryTree {
 
   struct TNode {
     TInstanceReport instance;
-    std::size_t parent = kNone;      // index of a node before it
-    std::string association;         // the class that links it to its parent
-    bool isLast = true;              // no later node has this parent
+    std::size_t parent = kNone;  // index of a node before it
+    std::string association;     // the class that links it to its parent
+    bool isLast = true;          // no later node has this parent
     bool hasChildren = false;
   };
 
