@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <boost/enable_shared_from_this.hpp>
@@ -31,6 +32,7 @@
 #include "model/INamespaceRegistry.h"
 #include "model/TClassCensus.h"
 #include "model/TInstanceStore.h"
+#include "model/TLinkIndex.h"
 #include "model/TQualifierTable.h"
 #include "values/TSlotLayout.h"
 
@@ -61,6 +63,21 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
 
   // Returns the property declarations as they are now, laid out for instances.
   boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarations() const;
+
+  // Returns the index of the links that the stored instances, as those of an association,
+  // make. Empty when there is none: because there can be none, or because nothing suggests
+  // yet that making it pays. Complexity: O(1) while the model stands.
+  boost::shared_ptr<const TLinkIndex> Links() const;
+  // The same, but nothing is made for asking.
+  boost::shared_ptr<const TLinkIndex> CurrentLinks() const {
+    return m_links && m_links->IsCurrent() ? m_links : nullptr;
+  }
+  bool HasInstances() const noexcept { return m_instances.Size() != 0; }
+
+  // The class itself when it is of this make, else null.
+  static const TInmemClass* Own(const ICIMClass& cls) noexcept {
+    return typeid(cls) == typeid(TInmemClass) ? static_cast<const TInmemClass*>(&cls) : nullptr;
+  }
 
   // ICIMElement and ICIMClass.
   void Validate(TOptions options) const override;
@@ -204,6 +221,11 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // Where this class, an association, registered itself.
   std::vector<boost::weak_ptr<ICIMClass>> m_registeredWith;
   TInstanceStore m_instances;
+  mutable boost::shared_ptr<const TLinkIndex> m_links;
+  // The clocks when the links were last asked for and not there.
+  mutable std::uint64_t m_linksAskedSchema = 0;
+  mutable std::uint64_t m_linksAskedLinks = 0;
+  mutable bool m_linksRefused = false;
   bool m_inNamespace = false;
   bool m_hostMark = false;
 };

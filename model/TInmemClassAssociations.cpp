@@ -71,8 +71,13 @@ TInmemClass::TClasses TInmemClass::AssociationClasses(const std::string& resultC
   TClasses associations;
   boost::shared_ptr<ICIMClass> keep;
   for (const TInmemClass* cls = this; cls; cls = dynamic_cast<const TInmemClass*>(keep.get())) {
-    for (const auto& association : TClasses(cls->m_associations))
-      if (matches(*association)) AddOnce(associations, association);
+    // A class has each association once, so only those of the levels before can come again.
+    const auto before = static_cast<std::ptrdiff_t>(associations.size());
+    for (const auto& association : TClasses(cls->m_associations)) {
+      const auto end = associations.begin() + before;
+      if (std::find(associations.begin(), end, association) == end && matches(*association))
+        associations.push_back(association);
+    }
     keep = cls->m_superclass.lock();
   }
   return associations;

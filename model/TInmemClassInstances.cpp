@@ -11,6 +11,7 @@
 #include "model/TInmemInstance.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
+#include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -75,6 +76,23 @@ boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& p
 void TInmemClass::ClearInstances() {
   TInstanceStore released;
   released.Swap(m_instances);
+}
+
+// Who changes the model between one traversal and the next gains nothing by an index: it is
+// made for the second one that finds the model as the first one left it.
+boost::shared_ptr<const TLinkIndex> TInmemClass::Links() const {
+  if (m_links && m_links->IsCurrent()) return m_links;
+  m_links.reset();
+  const std::uint64_t schema = ModelClock::Schema();
+  const std::uint64_t links = ModelClock::Links();
+  const bool again = m_linksAskedSchema == schema && m_linksAskedLinks == links;
+  if (!again) m_linksRefused = false;
+  m_linksAskedSchema = schema;
+  m_linksAskedLinks = links;
+  if (!again || m_linksRefused || IsProcessor()) return {};
+  m_links = TLinkIndex::Make(m_instances.All());
+  m_linksRefused = !m_links;
+  return m_links;
 }
 
 bool TInmemClass::IsProcessor() const {

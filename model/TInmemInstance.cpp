@@ -37,7 +37,7 @@ struct TBuildPathCallback {
   TCIMReference* path;
 
   bool operator()(const std::string* name) const {
-    path->AddKeyValue(*name, instance->KeyValue(*name));
+    path->AddKeyValue(*name, instance->ValueOf(*name));
     return true;
   }
 };
@@ -76,7 +76,7 @@ void TInmemInstance::Validate(TOptions) const {
 }
 
 bool TInmemInstance::ValidateKeyNonNull(const std::string* name) const {
-  if (!KeyValue(*name).IsNull()) return true;
+  if (!ValueOf(*name).IsNull()) return true;
   LogNote("Inmem: Instance " + m_class->GetName(TOptions()) + ": key property " + *name +
           " is NULL");
   Throw(kHAVKeyIsNull);

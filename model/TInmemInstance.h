@@ -26,6 +26,7 @@
 namespace NORVHAV20 {
 
 class ICIMPropertyDecl;
+class TLinkIndex;
 
 class INMEM_API TInmemInstance final : public ICIMInstance,
                                        public boost::enable_shared_from_this<TInmemInstance> {
@@ -75,6 +76,18 @@ class INMEM_API TInmemInstance final : public ICIMInstance,
                                                       : nullptr;
   }
 
+  // The slots by their number, for the plug-in's own use of the rules: a handle makes no slot
+  // object that lasts.
+  std::size_t SlotCount() const noexcept { return m_values->Layout().Size(); }
+  const std::string& SlotName(std::size_t index) const noexcept {
+    return m_values->Layout()[index].name;
+  }
+  TInmemProperty SlotHandle(std::size_t index) const noexcept { return {*m_values, index}; }
+  bool IsAssigned(std::size_t index) const noexcept { return m_values->Assigned(index); }
+  const ICIMPropertyDecl& DeclAt(std::size_t index) const noexcept {
+    return *m_declarations->decls[index];
+  }
+
   // Where the instance is stored, for the store's own use: the first one that asks is
   // remembered.
   TInstanceStore::TEntry* StoreEntry() const noexcept { return m_storeEntry; }
@@ -113,11 +126,15 @@ class INMEM_API TInmemInstance final : public ICIMInstance,
                                       boost::shared_ptr<ICIMClass> resultClass,
                                       const std::string& resultRole,
                                       boost::shared_ptr<TInmemInstance> association);
+  bool ExamineLinks(const TCallback& callback, const std::string& role,
+                    const boost::shared_ptr<const TLinkIndex>& index);
+  TCallback ExamineCallback(const TCallback& callback, const std::string& role);
   bool IsReferredToBy(const TCIMValue& value) const;
-  bool IsSelfSlot(const TCIMValue& value) const;
 
-  TInmemProperty SlotHandle(std::size_t index) const noexcept;
-  TCIMValue KeyValue(const std::string& name) const;
+  // The value of a property, as GetProperty and GetValue give it.
+  TCIMValue ValueOf(const std::string& name) const;
+  // Whether GetProperty answers the name although no class declares it.
+  static bool IsDerivedName(const std::string& name);
 
   boost::shared_ptr<ICIMClass> m_class;
   boost::intrusive_ptr<const TSlotDeclarations> m_declarations;

@@ -10,10 +10,11 @@
 #include "havcore/THAVException.h"
 #include "model/AssociationCallbacks.h"
 #include "model/Snapshot.h"
+#include "model/TInmemClass.h"
 #include "model/TInmemInstance.h"
+#include "model/TLinkIndex.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
-#include "values/TInmemProperty.h"
 
 namespace NORVHAV20 {
 
@@ -31,14 +32,48 @@ bool TrueUnlessNotFound(F&& test) {
   }
 }
 
-boost::shared_ptr<ICIMElement> Resolve(const TCIMValue& value) {
-  return static_cast<const TCIMReference&>(value).GetCIMElement(false);
+// The values of an instance's slots, in the order of their names. Of our own instances they
+// are read where they stand.
+template <class F>
+void ForEachValue(ICIMInstance& instance, F&& visit) {
+  if (const auto* own = TInmemInstance::Own(instance)) {
+    for (std::size_t i = 0; i < own->SlotCount(); ++i)
+      if (!visit([&]() -> TCIMValue { return own->SlotHandle(i).GetValue(TOptions()); })) return;
+    return;
+  }
+  const auto slots = Collect<ICIMProperty>(
+      [&](const auto& take) { instance.EnumerateProperties(take, TOptions()); });
+  for (const auto& slot : slots)
+    if (!visit([&]() -> TCIMValue { return slot->GetValue(TOptions()); })) return;
 }
 
-std::vector<boost::shared_ptr<ICIMProperty>> SlotsOf(ICIMInstance& instance) {
-  return Collect<ICIMProperty>(
-      [&](const auto& take) { instance.EnumerateProperties(take, TOptions()); });
-}
+// Resolves the references of one association: by the index where one is current, else each by
+// itself.
+class TResolver {
+ public:
+  explicit TResolver(const TInmemInstance& association) {
+    const auto* cls = TInmemClass::Own(*association.GetClass(TOptions()));
+    m_index = cls ? cls->CurrentLinks() : nullptr;
+    if (!m_index) return;
+    const auto& stored = m_index->Associations();
+    m_position = TInstanceStore::PlaceIn(stored, association);
+    if (m_position == stored.size() || stored[m_position].get() != &association) m_index.reset();
+  }
+
+  boost::shared_ptr<ICIMElement> operator()(std::size_t slot, const TCIMValue& value) const {
+    const TLinkIndex::TLink* link =
+        m_index && m_index->IsCurrent()
+            ? m_index->Find(static_cast<std::uint32_t>(m_position), slot)
+            : nullptr;
+    if (!link || link->kind == TLinkIndex::TLink::kNoInstance) return Resolve(value);
+    if (link->kind == TLinkIndex::TLink::kNothing) Throw(kHAVNotFound);
+    return link->target->shared_from_this();
+  }
+
+ private:
+  boost::shared_ptr<const TLinkIndex> m_index;
+  std::size_t m_position = 0;
+};
 
 bool IsReferenceTo(const TCIMValue& value, const boost::shared_ptr<ICIMClass>& wanted) {
   if (!value.IsReference()) return false;
@@ -61,24 +96,51 @@ void TInmemInstance::EnumerateAssociationInstances(const TCallback& callback,
 
 bool TInmemInstance::ExamineCandidateClass(const TCallback& callback, const std::string& role,
                                            boost::shared_ptr<ICIMClass> candidate) {
-  TCallback examine;
-  if (role.empty())
-    examine = TExamineInstanceCallback{Self(), &callback};
-  else
-    examine = TExamineInstanceWithRoleCallback{Self(), &callback, &role};
-  candidate->EnumerateInstances(examine, false, TOptions());
+  if (const auto* own = TInmemClass::Own(*candidate)) {
+    if (!own->HasInstances()) return true;
+    if (const auto links = own->Links(); links && !IsDerivedName(role))
+      return ExamineLinks(callback, role, links);
+  }
+  candidate->EnumerateInstances(ExamineCallback(callback, role), false, TOptions());
+  return true;
+}
+
+TInmemInstance::TCallback TInmemInstance::ExamineCallback(const TCallback& callback,
+                                                          const std::string& role) {
+  if (role.empty()) return TExamineInstanceCallback{Self(), &callback};
+  return TExamineInstanceWithRoleCallback{Self(), &callback, &role};
+}
+
+// What examining one association after the other finds, from the index. It finds it for the
+// model as it is: once a callback has changed that, the rest is examined as it comes.
+bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& role,
+                                  const boost::shared_ptr<const TLinkIndex>& index) {
+  const CimName foldedRole(role);
+  const auto& associations = index->Associations();
+  std::size_t next = 0;
+  for (auto i = index->FirstTo(*this); i != TLinkIndex::kNone; i = (*index)[i].next) {
+    const auto& link = (*index)[i];
+    const auto& association = associations[link.position];
+    if (link.position < next) continue;
+    if (!role.empty() && Own(*association)->SlotName(link.slot) != foldedRole.Folded()) continue;
+    next = link.position + 1;
+    DropExceptions([&] { callback(association); });
+    if (index->IsCurrent()) continue;
+    const auto examine = ExamineCallback(callback, role);
+    for (; next < associations.size(); ++next)
+      DropExceptions([&] { examine(associations[next]); });
+    break;
+  }
   return true;
 }
 
 bool TInmemInstance::ExamineCandidateClassInstance(const TCallback& callback,
                                                    boost::shared_ptr<ICIMInstance> association) {
-  for (const auto& slot : SlotsOf(*association)) {
-    const bool refers =
-        TrueUnlessNotFound([&] { return IsReferredToBy(slot->GetValue(TOptions())); });
-    if (!refers) continue;
+  ForEachValue(*association, [&](const auto& value) {
+    if (!TrueUnlessNotFound([&] { return IsReferredToBy(value()); })) return true;
     callback(association);
-    break;
-  }
+    return false;
+  });
   return true;
 }
 
@@ -112,11 +174,6 @@ void TInmemInstance::EnumerateAssociatedInstances(const TCallback& callback,
   EnumerateAssociationInstances(examine, associationClass, std::string(), options);
 }
 
-bool TInmemInstance::IsSelfSlot(const TCIMValue& value) const {
-  return value.GetReferencedClass() == m_class &&
-         TrueUnlessNotFound([&] { return IsReferredToBy(value); });
-}
-
 // Walks the references of an association in the order of their names: one of them is this
 // instance itself, and the first other one that passes is the result.
 bool TInmemInstance::ExamineCandidate(const TCallback& callback,
@@ -125,17 +182,19 @@ bool TInmemInstance::ExamineCandidate(const TCallback& callback,
                                       boost::shared_ptr<TInmemInstance> association) {
   if (!association) return true;
   const CimName foldedRole(role);
+  const TResolver resolve(*association);
+  const auto isSelf = [&](std::size_t slot, const TCIMValue& value) {
+    if (!role.empty()) return association->SlotName(slot) == foldedRole.Folded();
+    return value.GetReferencedClass() == m_class &&
+           TrueUnlessNotFound([&] { return resolve(slot, value).get() == this; });
+  };
   bool selfSeen = false;
-  const TSlotTable& slots = *association->m_values;
-  for (std::size_t i = 0; i < slots.Layout().Size(); ++i) {
-    const TCIMValue value = association->SlotHandle(i).GetValue(TOptions());
+  for (std::size_t slot = 0; slot < association->SlotCount(); ++slot) {
+    const TCIMValue value = association->SlotHandle(slot).GetValue(TOptions());
     if (!value.IsReference()) continue;
-    if (!selfSeen) {
-      selfSeen = role.empty() ? IsSelfSlot(value) : slots.Layout()[i].name == foldedRole.Folded();
-      if (selfSeen) continue;
-    }
+    if (!selfSeen && (selfSeen = isSelf(slot, value))) continue;
     if (!IsReferenceTo(value, resultClass)) continue;
-    if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(Resolve(value)))
+    if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(resolve(slot, value)))
       return callback(found);
   }
   return true;
@@ -145,11 +204,11 @@ bool TInmemInstance::ExamineCandidateWithResultRole(
     const TCallback& callback, boost::shared_ptr<ICIMClass> resultClass,
     const std::string& resultRole, boost::shared_ptr<TInmemInstance> association) {
   if (!association) return true;
-  const TCIMValue value =
-      association->GetProperty(resultRole, TOptions())->GetValue(TOptions());
+  const TCIMValue value = association->ValueOf(resultRole);
   if (!IsReferenceTo(value, resultClass)) return true;
-  if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(Resolve(value)))
-    callback(found);
+  const std::size_t slot = association->m_values->Layout().Find(CimName(resultRole));
+  const auto element = TResolver(*association)(slot, value);
+  if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(element)) callback(found);
   return true;
 }
 

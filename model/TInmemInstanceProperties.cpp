@@ -34,10 +34,7 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::SlotAt(std::size_t index) const 
   return {m_slots, &(*m_slots)[index]};
 }
 
-// For the instance's own use of the rules, without a slot object that lasts.
-TInmemProperty TInmemInstance::SlotHandle(std::size_t index) const noexcept { return {*m_values, index}; }
-
-TCIMValue TInmemInstance::KeyValue(const std::string& name) const {
+TCIMValue TInmemInstance::ValueOf(const std::string& name) const {
   const std::size_t index = m_values->Layout().Find(CimName(name));
   if (index != TSlotLayout::kNone) return SlotHandle(index).GetValue(TOptions());
   return GetProperty(name, TOptions())->GetValue(TOptions());
@@ -62,6 +59,10 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::DerivedProperty(
   m_class->AddPropertyDecl(boost::make_shared<TInmemPropertyDecl>(m_class, name, defaultValue),
                            TOptions());
   return TInmemProperty::Standalone(m_class->GetPropertyDecl(name, TOptions()));
+}
+
+bool TInmemInstance::IsDerivedName(const std::string& name) {
+  return Holds(name, "speedDuplex") || Holds(name, "Description") || IsStatusName(name);
 }
 
 void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TOptions) {

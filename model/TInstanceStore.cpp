@@ -18,7 +18,9 @@ namespace NORVHAV20 {
 struct TInstanceStore::TEntry {
   boost::shared_ptr<ICIMInstance> instance;
   std::size_t hash;
-  std::size_t length;
+  std::uint32_t length;
+  // In the order of the paths, when that was last put right.
+  std::uint32_t place = 0;
 
   std::string_view Path() const noexcept {
     return {reinterpret_cast<const char*>(this + 1), length};
@@ -27,7 +29,7 @@ struct TInstanceStore::TEntry {
   static TEntry* Make(std::string_view path, std::size_t hash,
                       const boost::shared_ptr<ICIMInstance>& instance) {
     void* memory = ::operator new(sizeof(TEntry) + path.size());
-    auto* entry = new (memory) TEntry{instance, hash, path.size()};
+    auto* entry = new (memory) TEntry{instance, hash, static_cast<std::uint32_t>(path.size())};
     if (!path.empty()) std::memcpy(static_cast<void*>(entry + 1), path.data(), path.size());
     return entry;
   }
@@ -93,10 +95,19 @@ boost::shared_ptr<const TInstanceStore::TInstances> TInstanceStore::All() const 
     PutInOrder();
     auto all = boost::make_shared<TInstances>();
     all->reserve(m_order.size());
-    for (const TEntry* entry : m_order) all->push_back(entry->instance);
+    for (TEntry* entry : m_order) {
+      entry->place = static_cast<std::uint32_t>(all->size());
+      all->push_back(entry->instance);
+    }
     m_all = std::move(all);
   }
   return m_all;
+}
+
+std::size_t TInstanceStore::PlaceIn(const TInstances& all,
+                                    const TInmemInstance& instance) noexcept {
+  const TEntry* entry = instance.StoreEntry();
+  return entry && entry->place < all.size() ? entry->place : all.size();
 }
 
 void TInstanceStore::Swap(TInstanceStore& other) noexcept {

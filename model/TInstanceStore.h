@@ -24,6 +24,8 @@
 
 namespace NORVHAV20 {
 
+class TInmemInstance;
+
 class TInstanceStore {
  public:
   using TInstances = std::vector<boost::shared_ptr<ICIMInstance>>;
@@ -47,6 +49,9 @@ class TInstanceStore {
   // since the last time, else O(n) and the sorting of what was added.
   boost::shared_ptr<const TInstances> All() const;
   std::size_t Size() const noexcept { return m_size; }
+  // Returns the place of an instance in `all`, what All returned last. An instance that is
+  // not there gets any place at all, or none: `all` has to be asked.
+  static std::size_t PlaceIn(const TInstances& all, const TInmemInstance& instance) noexcept;
   void Swap(TInstanceStore& other) noexcept;
 
  private:

@@ -16,7 +16,7 @@
 #define INMEM_PASS_CANCELLATION \
   catch (const abi::__forced_unwind&) { throw; }
 // There is no object behind that reference, which is for nobody to look at.
-#define INMEM_MAY_BE_CANCELLED [[gnu::no_sanitize("null")]]
+#define INMEM_MAY_BE_CANCELLED __attribute__((no_sanitize("null")))
 #else
 #define INMEM_PASS_CANCELLATION
 #define INMEM_MAY_BE_CANCELLED
