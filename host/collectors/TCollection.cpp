@@ -13,6 +13,11 @@ TElement& TElement::Set(const char* property, const std::vector<std::string>& te
   return *this;
 }
 
+TElement& TElement::Describe(const std::optional<std::string>& what) {
+  if (what) Set("Caption", std::optional(Get("Name").ToString(10) + ", " + *what));
+  return *this;
+}
+
 TCIMValue TElement::Get(const std::string& property) const {
   for (const auto& [name, value] : values)
     if (name == property) return value;

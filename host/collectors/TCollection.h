@@ -32,6 +32,9 @@ struct TElement {
   }
   TElement& Set(const char* property, const std::vector<std::string>& texts);
 
+  // Sets the caption "NAME, WHAT", or none when it is not known what the element is.
+  TElement& Describe(const std::optional<std::string>& what);
+
   // Returns the value, NULL when the property was not set.
   NORVHAV20::TCIMValue Get(const std::string& property) const;
 };

@@ -1,5 +1,8 @@
 #include "host/collectors/Text.h"
 
+#include <algorithm>
+#include <array>
+
 namespace havhost {
 namespace {
 
@@ -73,6 +76,14 @@ bool IsReadable(std::string_view text) {
     text.remove_prefix(length);
   }
   return true;
+}
+
+bool IsPlaceholder(std::string_view text) {
+  constexpr std::array<std::string_view, 11> kPlaceholders{
+      "To Be Filled By O.E.M.", "To be filled by O.E.M.", "Default string", "Default String",
+      "Not Specified", "Not Applicable", "None", "System manufacturer", "System Product Name",
+      "System Serial Number", "0"};
+  return std::find(kPlaceholders.begin(), kPlaceholders.end(), text) != kPlaceholders.end();
 }
 
 }  // namespace havhost

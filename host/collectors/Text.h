@@ -29,6 +29,9 @@ std::map<std::string, std::string, std::less<>> KeyValues(std::string_view text,
 // True for UTF-8 without control characters.
 bool IsReadable(std::string_view text);
 
+// True for what boards say whose maker did not fill the field in.
+bool IsPlaceholder(std::string_view text);
+
 // The whole text, trimmed, as a number that fits T. `base` 16 takes a "0x" before it.
 template <class T>
 std::optional<T> ParseNumber(std::string_view text, int base = 10) {

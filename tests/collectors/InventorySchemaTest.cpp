@@ -58,7 +58,7 @@ TEST(InventorySchema, EveryUnitHasTheQualifiersThatShowIt) {
           return true;
         },
         {});
-  EXPECT_GT(quantities, 20);
+  EXPECT_GT(quantities, 10);
 }
 
 TEST(InventorySchema, OffersAMethodWithParameters) {

@@ -26,7 +26,8 @@ TEST_F(Published, WhatTheSchemaLacksIsReported) {
             (Texts{"namespace: ORVSG_Toaster: " + absent,
                    "namespace: ORVSG_Memory.Slots: " + absent,
                    "namespace: ORVSG_Memory.TotalSize: " + differs,
-                   "namespace: ORVSG_Memory.Name=\"Memory\": there is another element of this name"}));
+                   "namespace: ORVSG_Memory.Name=\"Memory\": "
+                   "there is another element of this name"}));
   EXPECT_EQ(Shown("ORVSG_Memory.Name=\"Memory\"", "FreeSize"), "2 B");
 }
 

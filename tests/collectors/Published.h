@@ -18,8 +18,9 @@ NamespacePtr LoadSchema();
 class Published : public testing::Test {
  protected:
   void Publish(const havhost::TMachine& machine) {
-    havhost::CollectInventory(
-        *ns, machine, [this](const havhost::TFailure& failure) { failures.push_back(failure.ToString()); });
+    havhost::CollectInventory(*ns, machine, [this](const havhost::TFailure& failure) {
+      failures.push_back(failure.ToString());
+    });
   }
   Texts PathsOf(const std::string& className, bool deep = false) const {
     return Paths([&](const TEnumCallback<ICIMInstance>& callback) {

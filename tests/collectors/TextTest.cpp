@@ -42,6 +42,13 @@ TEST(Text, ReadableIsUtf8WithoutControlCharacters) {
   EXPECT_FALSE(IsReadable(std::string_view("a\0b", 3)));
 }
 
+TEST(Text, PlaceholdersAreNoNames) {
+  EXPECT_TRUE(IsPlaceholder("To Be Filled By O.E.M."));
+  EXPECT_TRUE(IsPlaceholder("Default string"));
+  EXPECT_FALSE(IsPlaceholder("Default string 2"));
+  EXPECT_FALSE(IsPlaceholder(""));
+}
+
 TEST(Text, NumbersAreWholeAndFit) {
   EXPECT_EQ(ParseNumber<std::uint32_t>(" 42\n"), 42U);
   EXPECT_EQ(ParseNumber<std::uint64_t>("18446744073709551615"), ~std::uint64_t{0});

@@ -1,22 +1,11 @@
 #include "host/collectors/linux/TComputerSystemCollector.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 
 #include "host/collectors/linux/TSystemFiles.h"
 
 namespace havhost {
 namespace {
-
-// What boards say whose maker did not fill the field in.
-bool IsPlaceholder(std::string_view text) {
-  constexpr std::array<std::string_view, 11> kPlaceholders{
-      "To Be Filled By O.E.M.", "To be filled by O.E.M.", "Default string", "Default String",
-      "Not Specified", "Not Applicable", "None", "System manufacturer", "System Product Name",
-      "System Serial Number", "0"};
-  return std::find(kPlaceholders.begin(), kPlaceholders.end(), text) != kPlaceholders.end();
-}
 
 std::optional<std::string> FirmwareText(TSystemFiles& files, const std::string& name) {
   const auto text = files.Line("/sys/class/dmi/id/" + name);
@@ -49,9 +38,9 @@ void TComputerSystemCollector::Collect(TCollection& collection) {
 
   auto& system = collection.Add(TCollection::kSystem, "ORVSG_ComputerSystem", *name);
   if (manufacturer && model)
-    system.Set("Caption", std::optional(*manufacturer + " " + *model));
+    system.Describe(*manufacturer + " " + *model);
   else
-    system.Set("Caption", manufacturer ? manufacturer : model);
+    system.Describe(manufacturer ? manufacturer : model);
   system.Set("Manufacturer", manufacturer)
       .Set("Model", model)
       .Set("SerialNumber", serial)

@@ -80,7 +80,7 @@ class TBlockDevices {
     const auto known = Properties(path);
     const auto model = FirstOf(m_files.Line(path + "device/model"), PropertyOf(known, "ID_MODEL"));
     const auto bus = BusType(path, known);
-    disk.Set("Caption", model)
+    disk.Describe(model)
         .Set("Manufacturer", Manufacturer(path, known))
         .Set("Model", model)
         .Set("SerialNumber", SerialNumber(path, known))

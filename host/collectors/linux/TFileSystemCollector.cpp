@@ -102,7 +102,7 @@ class TFileSystems {
     const auto mounts = ReadMounts(m_files);
     for (const auto& mount : mounts) {
       const auto& number = mount.deviceNumber;
-      if (!HoldsData(mount.type) || std::find(done.begin(), done.end(), number) != done.end())
+      if (!HoldsData(mount) || std::find(done.begin(), done.end(), number) != done.end())
         continue;
       done.push_back(number);
       std::vector<TMount> same;
@@ -120,9 +120,10 @@ class TFileSystems {
     }
   }
 
-  bool HoldsData(const std::string& type) const {
-    return HoldsDataWithoutDevice(type) ||
-           std::find(m_typesWithoutDevice.begin(), m_typesWithoutDevice.end(), type) ==
+  // Whatever the root is, the system runs from it.
+  bool HoldsData(const TMount& mount) const {
+    return mount.point == "/" || HoldsDataWithoutDevice(mount.type) ||
+           std::find(m_typesWithoutDevice.begin(), m_typesWithoutDevice.end(), mount.type) ==
                m_typesWithoutDevice.end();
   }
 
@@ -138,7 +139,7 @@ class TFileSystems {
     const std::string device = DeviceNumber(mount);
     const auto known = m_calls->DeviceProperties("b" + device, m_collection);
     auto& fileSystem = m_collection.Add(id, "ORVSG_FileSystem", mount.point);
-    fileSystem.Set("Caption", std::optional(mount.type + " on " + mount.source))
+    fileSystem.Describe(mount.type + " on " + mount.source)
         .Set("FileSystemType", std::optional(mount.type))
         .Set("Source", std::optional(mount.source))
         .Set("MountPoints", points)

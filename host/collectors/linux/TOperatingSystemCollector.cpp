@@ -89,7 +89,7 @@ void TOperatingSystemCollector::Collect(TCollection& collection) {
 
   auto& system = collection.Add("os", "ORVSG_OperatingSystem", *name);
   if (kernel && kernelVersion)
-    system.Set("Caption", std::optional(*name + ", " + *kernel + " " + *kernelVersion));
+    system.Describe(*kernel + " " + *kernelVersion);
   system.Set("Distribution", release.Value("ID"))
       .Set("Version", release.Value("VERSION_ID"))
       .Set("KernelName", kernel)

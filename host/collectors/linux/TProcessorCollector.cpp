@@ -112,7 +112,7 @@ class TProcessors {
                                                    ProcessorName(index));
     const bool isPackage = package->type == HWLOC_OBJ_PACKAGE;
     const bool numbered = isPackage && package->os_index != HWLOC_UNKNOWN_INDEX;
-    processor.Set("Caption", InfoText(package, "CPUModel"))
+    processor.Describe(InfoText(package, "CPUModel"))
         .Set("Manufacturer", InfoText(package, "CPUVendor"))
         .Set("SocketNumber", numbered ? std::optional<std::uint32_t>(package->os_index)
                                       : std::nullopt)

@@ -4,9 +4,18 @@
 
 #include <array>
 
+#include "host/collectors/Text.h"
 #include "host/collectors/windows/WindowsText.h"
 
 namespace havhost {
+namespace {
+
+std::optional<std::string> FirmwareText(const wchar_t* name) {
+  const auto text = RegistryText(L"HARDWARE\\DESCRIPTION\\System\\BIOS", name);
+  return text && !IsPlaceholder(*text) ? text : std::nullopt;
+}
+
+}  // namespace
 
 void TComputerSystemCollector::Collect(TCollection& collection) {
   std::array<wchar_t, 256> name{};
@@ -16,17 +25,16 @@ void TComputerSystemCollector::Collect(TCollection& collection) {
   const auto readable = ReadableText(name.data());
   if (!readable) return collection.Fail("GetComputerNameExW", "the computer has no name");
 
-  const auto* const key = L"HARDWARE\\DESCRIPTION\\System\\BIOS";
-  const auto manufacturer = RegistryText(key, L"SystemManufacturer");
-  const auto model = RegistryText(key, L"SystemProductName");
+  const auto manufacturer = FirmwareText(L"SystemManufacturer");
+  const auto model = FirmwareText(L"SystemProductName");
   auto& system = collection.Add(TCollection::kSystem, "ORVSG_ComputerSystem", *readable);
   if (manufacturer && model)
-    system.Set("Caption", std::optional(*manufacturer + " " + *model));
+    system.Describe(*manufacturer + " " + *model);
   system.Set("Manufacturer", manufacturer)
       .Set("Model", model)
-      .Set("FirmwareManufacturer", RegistryText(key, L"BIOSVendor"))
-      .Set("FirmwareVersion", RegistryText(key, L"BIOSVersion"))
-      .Set("FirmwareDate", RegistryText(key, L"BIOSReleaseDate"));
+      .Set("FirmwareManufacturer", FirmwareText(L"BIOSVendor"))
+      .Set("FirmwareVersion", FirmwareText(L"BIOSVersion"))
+      .Set("FirmwareDate", FirmwareText(L"BIOSReleaseDate"));
 }
 
 }  // namespace havhost

@@ -57,7 +57,7 @@ void SetDescription(TElement& disk, const TDevice& device) {
   if (bytes.size() < offsetof(STORAGE_DEVICE_DESCRIPTOR, RawDeviceProperties)) return;
   const auto& about = *reinterpret_cast<const STORAGE_DEVICE_DESCRIPTOR*>(bytes.data());
   const auto model = TextAt(bytes, about.ProductIdOffset);
-  disk.Set("Caption", model)
+  disk.Describe(model)
       .Set("Manufacturer", TextAt(bytes, about.VendorIdOffset))
       .Set("Model", model)
       .Set("SerialNumber", TextAt(bytes, about.SerialNumberOffset))

@@ -68,7 +68,8 @@ void AddVolume(TCollection& collection, const wchar_t* volume) {
   std::vector<std::string> places;
   for (const auto& point : points) places.push_back(Utf8Of(point.c_str()));
   auto& fileSystem = collection.Add(id, "ORVSG_FileSystem", name);
-  fileSystem.Set("FileSystemType", ReadableText(type.data()))
+  fileSystem.Describe(ReadableText(type.data()))
+      .Set("FileSystemType", ReadableText(type.data()))
       .Set("Source", ReadableText(volume))
       .Set("MountPoints", places)
       .Set("ReadOnly", std::optional<bool>((flags & FILE_READ_ONLY_VOLUME) != 0))

@@ -72,7 +72,7 @@ void AddPort(TCollection& collection, const IP_ADAPTER_ADDRESSES& about) {
   auto& port = collection.AddSystemDevice(
       "port:" + *name, physical ? "ORVSG_PhysicalNetworkPort" : "ORVSG_NetworkPort", *name);
   const auto description = ReadableText(about.Description);
-  port.Set("Caption", description)
+  port.Describe(description)
       .Set("MACAddress", MacAddress(about))
       .Set("NetworkAddresses", NetworkAddresses(about))
       .Set("LinkStatus", LinkStatus(about))

@@ -63,7 +63,7 @@ void TOperatingSystemCollector::Collect(TCollection& collection) {
   const auto name = product.value_or("Windows");
   const std::uint64_t upTime = GetTickCount64();
   auto& system = collection.Add("os", "ORVSG_OperatingSystem", name);
-  if (version) system.Set("Caption", std::optional(name + ", version " + *version));
+  if (version) system.Describe("version " + *version);
   system.Set("Distribution", product)
       .Set("Version", version)
       .Set("KernelName", std::optional<std::string>("Windows NT"))

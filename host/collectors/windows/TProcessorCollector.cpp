@@ -113,7 +113,7 @@ void AddProcessor(TCollection& collection, const TProcessorList& list, const TCa
   const auto megahertz = RegistryNumber(kRegistryKey, L"~MHz");
   auto& processor = collection.AddSystemDevice(ProcessorId(index), "ORVSG_Processor",
                                                ProcessorName(index));
-  processor.Set("Caption", RegistryText(kRegistryKey, L"ProcessorNameString"))
+  processor.Describe(RegistryText(kRegistryKey, L"ProcessorNameString"))
       .Set("Manufacturer", RegistryText(kRegistryKey, L"VendorIdentifier"))
       .Set("SocketNumber", std::optional(static_cast<std::uint32_t>(index)))
       .Set("CPUStatus", std::optional(kEnabled))

@@ -69,7 +69,7 @@ TEST_F(BrokenFile, BinaryName) {
   EXPECT_EQ(FailuresWith("/sys/class/dmi/id/sys_vendor", "\x01\x02\xFF\xFE"),
             Texts{"computer system: /sys/class/dmi/id/sys_vendor: is not a line of readable text"});
   EXPECT_EQ(Element(found, "ORVSG_ComputerSystem", "server1").Get("Caption").ToString(10),
-            "Rack 2000");
+            "server1, Rack 2000");
 }
 
 TEST_F(BrokenFile, PlaceholderOfTheBoardMaker) {

@@ -17,7 +17,7 @@ TEST(FullMachine, ReportsNoFailure) { EXPECT_EQ(Failures(Found()), Texts{}); }
 
 TEST(FullMachine, ComputerSystem) {
   EXPECT_EQ(Values(Element(Found(), "ORVSG_ComputerSystem", "server1")),
-            (Texts{"Name=server1", "Caption=Example Computers Rack 2000",
+            (Texts{"Name=server1", "Caption=server1, Example Computers Rack 2000",
                    "Manufacturer=Example Computers", "Model=Rack 2000", "SerialNumber=SN-0042",
                    "UUID=4c4c4544-0042-3510-8052-b4c04f4a3532", "ChassisType=23",
                    "FirmwareManufacturer=Example Firmware", "FirmwareVersion=2.4.1",
@@ -37,7 +37,7 @@ TEST(FullMachine, OperatingSystem) {
 TEST(FullMachine, EachSocketIsAProcessor) {
   EXPECT_EQ(Names(Found(), "ORVSG_Processor"), (Texts{"CPU0", "CPU1"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_Processor", "CPU1")),
-            (Texts{"Name=CPU1", "Caption=Example Processor 9000", "Manufacturer=GenuineIntel",
+            (Texts{"Name=CPU1", "Caption=CPU1, Example Processor 9000", "Manufacturer=GenuineIntel",
                    "SocketNumber=1", "CPUStatus=1", "NumberOfCores=2",
                    "NumberOfLogicalProcessors=4", "FamilyNumber=6", "ModelNumber=85",
                    "Stepping=7", "MaxClockSpeedMHz=3600", "CurrentClockSpeedMHz=2400",
@@ -72,12 +72,12 @@ TEST(FullMachine, DisksWithoutLoopDevicesAndEmptyDrives) {
   EXPECT_EQ(Names(Found(), "ORVSG_DiskDrive"), (Texts{"/dev/nvme0n1", "/dev/sda"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_DiskDrive", "/dev/sda")),
             (Texts{"Name=/dev/sda", "Size=2000398934016", "ReadOnly=FALSE",
-                   "Caption=EXAMPLE HDD 2000", "Model=EXAMPLE HDD 2000", "SerialNumber=WD-77",
-                   "FirmwareRevision=1A01", "BusType=ata", "MediaType=3", "Removable=FALSE",
+                   "Caption=/dev/sda, EXAMPLE HDD 2000", "Model=EXAMPLE HDD 2000",
+                   "SerialNumber=WD-77", "FirmwareRevision=1A01", "BusType=ata", "MediaType=3", "Removable=FALSE",
                    "LogicalBlockSize=512", "PhysicalBlockSize=4096"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_DiskDrive", "/dev/nvme0n1")),
             (Texts{"Name=/dev/nvme0n1", "Size=512110190592", "ReadOnly=FALSE",
-                   "Caption=Example SSD", "Model=Example SSD", "SerialNumber=S4EV",
+                   "Caption=/dev/nvme0n1, Example SSD", "Model=Example SSD", "SerialNumber=S4EV",
                    "FirmwareRevision=2B2Q", "MediaType=4"}));
 }
 
@@ -98,11 +98,11 @@ TEST(FullMachine, OneFileSystemInManyPlacesIsOneElement) {
   EXPECT_EQ(Names(Found(), "ORVSG_FileSystem"),
             (Texts{"/", "/boot", "/srv/my data", "/mnt/share"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_FileSystem", "/")),
-            (Texts{"Name=/", "Caption=ext4 on /dev/mapper/secret", "FileSystemType=ext4",
+            (Texts{"Name=/", "Caption=/, ext4 on /dev/mapper/secret", "FileSystemType=ext4",
                    "Source=/dev/mapper/secret", "MountPoints={/, /mnt/log}", "ReadOnly=FALSE",
                    "FileSystemSize=1999844147200", "AvailableSpace=999922073600"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_FileSystem", "/boot")),
-            (Texts{"Name=/boot", "Caption=vfat on /dev/sda1", "FileSystemType=vfat",
+            (Texts{"Name=/boot", "Caption=/boot, vfat on /dev/sda1", "FileSystemType=vfat",
                    "Source=/dev/sda1", "MountPoints={/boot}", "ReadOnly=TRUE", "Label=boot",
                    "UUID=1234-ABCD", "FileSystemSize=536870912", "AvailableSpace=268435456"}));
   EXPECT_EQ(Element(Found(), "ORVSG_FileSystem", "/srv/my data").Get("MountPoints").ToString(10),

@@ -64,7 +64,8 @@ TEST_F(Published, AssociationsAreFollowed) {
   EXPECT_EQ(Associated("ORVSG_ComputerSystem.Name=\"server1\"", "ORVSG_SystemDevice").size(), 9U);
   EXPECT_EQ(PathsOf("ORVSG_RunningOS").size(), 1U);
   EXPECT_EQ(PathsOf("ORVSG_HostedFileSystem"),
-            Texts{R"(ORVSG_HostedFileSystem.GroupComponent="ORVSG_ComputerSystem.Name=\"server1\"",)"
+            Texts{"ORVSG_HostedFileSystem."
+                  R"(GroupComponent="ORVSG_ComputerSystem.Name=\"server1\"",)"
                   R"(PartComponent="ORVSG_FileSystem.Name=\"/mnt/share\"")"});
 }
 

@@ -35,10 +35,10 @@ TEST(ThisMachine, HasWhatTheSystemSays) {
 
 TEST(ThisMachine, DevicesBelongToTheSystem) {
   const auto found = GatherInventory(TMachine());
-  const auto devices = Names(found, "ORVSG_Processor").size() + Names(found, "ORVSG_Memory").size() +
-                       Names(found, "ORVSG_DiskDrive").size() +
-                       Names(found, "ORVSG_NetworkPort").size() +
-                       Names(found, "ORVSG_PhysicalNetworkPort").size();
+  std::size_t devices = 0;
+  for (const auto* const cls : {"ORVSG_Processor", "ORVSG_Memory", "ORVSG_DiskDrive",
+                                "ORVSG_NetworkPort", "ORVSG_PhysicalNetworkPort"})
+    devices += Names(found, cls).size();
   EXPECT_EQ(Links(found, "ORVSG_SystemDevice").size(), devices);
   EXPECT_GE(devices, 2U);
 }
