@@ -190,6 +190,8 @@ TEST(Quantity, RoundsTiesToEven) {
 }
 
 TEST(Quantity, IsComputedInSinglePrecision) {
+  EXPECT_EQ("35.5 Megabits per second", Shown(Words("Bits per Second"), 35449998));
+  EXPECT_EQ("49.8 Megabits per second", Shown(Words("Bits per Second"), 49850001));
   EXPECT_EQ("16777216 Petabytes", Shown(Words("PetaBytes"), 16777217));
   EXPECT_EQ("18446744073709551616 Petabytes", Shown(Words("PetaBytes"), kLargest));
 }
