@@ -73,8 +73,8 @@ TEST(FullMachine, DisksWithoutLoopDevicesAndEmptyDrives) {
   EXPECT_EQ(Values(Element(Found(), "ORVSG_DiskDrive", "/dev/sda")),
             (Texts{"Name=/dev/sda", "Size=2000398934016", "ReadOnly=FALSE",
                    "Caption=/dev/sda, EXAMPLE HDD 2000", "Model=EXAMPLE HDD 2000",
-                   "SerialNumber=WD-77", "FirmwareRevision=1A01", "BusType=ata", "MediaType=3", "Removable=FALSE",
-                   "LogicalBlockSize=512", "PhysicalBlockSize=4096"}));
+                   "SerialNumber=WD-77", "FirmwareRevision=1A01", "BusType=ata", "MediaType=3",
+                   "Removable=FALSE", "LogicalBlockSize=512", "PhysicalBlockSize=4096"}));
   EXPECT_EQ(Values(Element(Found(), "ORVSG_DiskDrive", "/dev/nvme0n1")),
             (Texts{"Name=/dev/nvme0n1", "Size=512110190592", "ReadOnly=FALSE",
                    "Caption=/dev/nvme0n1, Example SSD", "Model=Example SSD", "SerialNumber=S4EV",
