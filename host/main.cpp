@@ -12,7 +12,9 @@
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
+#if !defined(NOMINMAX)
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 #include <shellapi.h>

@@ -102,7 +102,7 @@ pid_t Start(const std::vector<std::string>& arguments, int& reader) {
 TEST(Process, ReaderThatHasSeenEnoughIsNoFailure) {
   const TemporaryFolder folder;
   std::string mof;
-  for (int i = 0; i < 20000; ++i) mof += "class T_" + std::to_string(i) + " { };\n";
+  for (int i = 0; i < 6000; ++i) mof += "class T_Quite_A_Long_Name_" + std::to_string(i) + " { };\n";
   int reader = -1;
   const auto child = Start({"classes", "--mof", folder.File("many.mof", mof)}, reader);
   ASSERT_GT(child, 0);
