@@ -69,17 +69,26 @@ TInmemClass::TClasses TInmemClass::AssociationClasses(const std::string& resultC
                        [&](const TEnd& end) { return CanReferTo(end, *this, foldedRole); });
   };
   TClasses associations;
-  boost::shared_ptr<ICIMClass> keep;
-  for (const TInmemClass* cls = this; cls; cls = dynamic_cast<const TInmemClass*>(keep.get())) {
+  const auto take = [&](const TClasses& level) {
     // A class has each association once, so only those of the levels before can come again.
     const auto before = static_cast<std::ptrdiff_t>(associations.size());
-    for (const auto& association : TClasses(cls->m_associations)) {
+    for (const auto& association : level) {
       const auto end = associations.begin() + before;
       if (std::find(associations.begin(), end, association) == end && matches(*association))
         associations.push_back(association);
     }
-    keep = cls->m_superclass.lock();
+  };
+  take(TClasses(m_associations));
+  auto ancestor = m_superclass.lock();
+  while (const auto* own = dynamic_cast<const TInmemClass*>(ancestor.get())) {
+    take(TClasses(own->m_associations));
+    ancestor = own->m_superclass.lock();
   }
+  // An ancestor of another kind answers for itself and for all above it.
+  if (ancestor)
+    take(Collect<ICIMClass>([&](const auto& collect) {
+      ancestor->EnumerateAssociationClasses(collect, "", "", TOptions());
+    }));
   return associations;
 }
 

@@ -2,7 +2,7 @@
 // two queries of a class find through it.
 #include <stdexcept>
 
-#include "support/ForeignDecls.h"
+#include "support/ForeignClass.h"
 #include "support/LoggedRepository.h"
 
 namespace havtest {
@@ -137,6 +137,13 @@ TEST_F(AssociationClasses, OfTheRootClassAreNone) {
 TEST_F(AssociationClasses, AreVisitedOnceWhenClassAndAncestorAreBothRegisteredWith) {
   port->AddAssociation(component, {});
   EXPECT_EQ(AssociationNames(port), (Names{"Component", "SystemDevice", "Wire"}));
+}
+
+TEST_F(AssociationClasses, OfAnAncestorOfAnotherKindAreFoundThroughItsWalk) {
+  boost::shared_ptr<ForeignClass> foreign(new ForeignClass(port));
+  auto sub = repository.Class("Fibre", foreign);
+  EXPECT_EQ(AssociationNames(sub), (Names{"Component", "SystemDevice", "Wire"}));
+  EXPECT_EQ(AssociationNames(sub, "Component", "Part"), (Names{"Component", "SystemDevice"}));
 }
 
 TEST_F(AssociationClasses, CanBeLimitedToAClassAndItsSubclasses) {

@@ -136,6 +136,18 @@ TEST_F(ClassRedefinition, ThatWouldMakeAClassItsOwnAncestorIsRefused) {
   EXPECT_STATUS(0, other->Delete({}));
 }
 
+TEST_F(ClassRedefinition, ThatWouldCloseACircleOfSuperclassesAloneIsRefusedToo) {
+  auto upper = repository.Allocate("Upper", {}, kAbstract);
+  auto lower = repository.Allocate("Lower", upper, kAbstract);
+  auto other = repository.Allocate("Upper", lower, kAbstract);
+  lower->AddToNamespace({});
+  other->AddToNamespace({});
+  upper->RemoveSubclass(lower, {});
+  EXPECT_STATUS(16, upper->AddToNamespace({}));
+  EXPECT_FALSE(upper->IsA(lower, {}));
+  EXPECT_EQ(SubclassNames(lower), Names{"Upper"});
+}
+
 class NetworkPort : public testing::TestWithParam<const char*> {};
 
 TEST_P(NetworkPort, IsNotRedefinedAndNothingIsSaid) {

@@ -1,7 +1,7 @@
-// Hierarchies of 10,000 levels: no walk and no destruction goes so deep into the stack that
-// it ends.
+// Hierarchies of 10,000 levels: no walk and no destruction goes down the stack with them.
 #include "support/Instances.h"
 #include "support/LoggedRepository.h"
+#include "support/SmallStack.h"
 
 namespace havtest {
 namespace {
@@ -31,9 +31,11 @@ struct DeepHierarchy {
 
 class DeepHierarchyWalk : public testing::Test {
  protected:
-  static void SetUpTestSuite() { deep = new DeepHierarchy; }
+  static void SetUpTestSuite() {
+    OnSmallStack([] { deep = new DeepHierarchy; });
+  }
   static void TearDownTestSuite() {
-    delete deep;
+    OnSmallStack([] { delete deep; });
     deep = nullptr;
   }
   static DeepHierarchy* deep;
@@ -42,71 +44,89 @@ class DeepHierarchyWalk : public testing::Test {
 DeepHierarchy* DeepHierarchyWalk::deep = nullptr;
 
 TEST_F(DeepHierarchyWalk, InheritsFromTopToBottom) {
-  EXPECT_EQ(deep->bottom->GetPropertyDecl("Name", {}), deep->top->GetPropertyDecl("Name", {}));
+  OnSmallStack([&] {
+    EXPECT_EQ(deep->bottom->GetPropertyDecl("Name", {}), deep->top->GetPropertyDecl("Name", {}));
+  });
 }
 
 TEST_F(DeepHierarchyWalk, IsAReachesTheTop) {
-  EXPECT_TRUE(deep->bottom->IsA(deep->top, {}));
-  EXPECT_FALSE(deep->top->IsA(deep->bottom, {}));
+  OnSmallStack([&] {
+    EXPECT_TRUE(deep->bottom->IsA(deep->top, {}));
+    EXPECT_FALSE(deep->top->IsA(deep->bottom, {}));
+  });
 }
 
 TEST_F(DeepHierarchyWalk, FindsTheInstancesOfAllLevels) {
-  EXPECT_EQ(Paths([&](auto callback) { deep->top->EnumerateInstances(callback, true, {}); }),
-            (Names{"Level0.Name=\"top\"", "Level9999.Name=\"bottom\""}));
+  OnSmallStack([&] {
+    EXPECT_EQ(Paths([&](auto callback) { deep->top->EnumerateInstances(callback, true, {}); }),
+              (Names{"Level0.Name=\"top\"", "Level9999.Name=\"bottom\""}));
+  });
 }
 
 TEST_F(DeepHierarchyWalk, FindsTheAssociationsOfTheTopFromTheBottom) {
-  EXPECT_EQ(AssociationNames(deep->bottom), Names{"Link"});
-  EXPECT_EQ(AssociatedNames(deep->bottom), Names{"Level0"});
+  OnSmallStack([&] {
+    EXPECT_EQ(AssociationNames(deep->bottom), Names{"Link"});
+    EXPECT_EQ(AssociatedNames(deep->bottom), Names{"Level0"});
+  });
 }
 
 TEST_F(DeepHierarchyWalk, RefusesToCloseTheCircle) {
-  EXPECT_STATUS(16, deep->bottom->AddSubclass(deep->top, {}));
+  OnSmallStack([&] {
+    EXPECT_STATUS(16, deep->bottom->AddSubclass(deep->top, {}));
+  });
 }
 
 TEST(DeepHierarchyEnd, ComesWhenItsNamespaceGoes) {
-  DeepHierarchy deep;
-  boost::weak_ptr<ICIMClass> top = deep.top;
-  boost::weak_ptr<ICIMClass> bottom = deep.bottom;
-  deep.top.reset();
-  deep.bottom.reset();
-  deep.repository.ns.reset();
-  EXPECT_TRUE(top.expired());
-  EXPECT_TRUE(bottom.expired());
+  OnSmallStack([] {
+    DeepHierarchy deep;
+    boost::weak_ptr<ICIMClass> top = deep.top;
+    boost::weak_ptr<ICIMClass> bottom = deep.bottom;
+    deep.top.reset();
+    deep.bottom.reset();
+    deep.repository.ns.reset();
+    EXPECT_TRUE(top.expired());
+    EXPECT_TRUE(bottom.expired());
+  });
 }
 
 TEST(DeepHierarchyEnd, ComesWhenItsTopGoes) {
-  DeepHierarchy deep;
-  boost::weak_ptr<ICIMClass> bottom = deep.bottom;
-  deep.bottom.reset();
-  deep.repository.ns.reset();
-  EXPECT_FALSE(bottom.expired());
-  deep.top.reset();
-  EXPECT_TRUE(bottom.expired());
+  OnSmallStack([] {
+    DeepHierarchy deep;
+    boost::weak_ptr<ICIMClass> bottom = deep.bottom;
+    deep.bottom.reset();
+    deep.repository.ns.reset();
+    EXPECT_FALSE(bottom.expired());
+    deep.top.reset();
+    EXPECT_TRUE(bottom.expired());
+  });
 }
 
 TEST(DeepHierarchyEnd, LeavesTheBottomToWhoeverHoldsIt) {
-  DeepHierarchy deep;
-  deep.top.reset();
-  deep.repository.ns.reset();
-  EXPECT_EQ(deep.bottom->GetName({}), "Level9999");
-  EXPECT_FALSE(deep.bottom->GetSuperClass({}));
+  OnSmallStack([] {
+    DeepHierarchy deep;
+    deep.top.reset();
+    deep.repository.ns.reset();
+    EXPECT_EQ(deep.bottom->GetName({}), "Level9999");
+    EXPECT_FALSE(deep.bottom->GetSuperClass({}));
+  });
 }
 
 TEST(DeepHierarchyEnd, ComesForRegisteredClassesToo) {
-  boost::weak_ptr<ICIMClass> top;
-  boost::weak_ptr<ICIMClass> bottom;
-  {
-    Repository repository;
-    auto cls = repository.Class("Level0");
-    top = cls;
-    for (int level = 1; level < kLevels; ++level)
-      cls = repository.Class("Level" + std::to_string(level), cls);
-    bottom = cls;
-    EXPECT_EQ(repository.ns->GetClass("Level9999", {}), cls);
-  }
-  EXPECT_TRUE(top.expired());
-  EXPECT_TRUE(bottom.expired());
+  OnSmallStack([&] {
+    boost::weak_ptr<ICIMClass> top;
+    boost::weak_ptr<ICIMClass> bottom;
+    {
+      Repository repository;
+      auto cls = repository.Class("Level0");
+      top = cls;
+      for (int level = 1; level < kLevels; ++level)
+        cls = repository.Class("Level" + std::to_string(level), cls);
+      bottom = cls;
+      EXPECT_EQ(repository.ns->GetClass("Level9999", {}), cls);
+    }
+    EXPECT_TRUE(top.expired());
+    EXPECT_TRUE(bottom.expired());
+  });
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // Inheritance, registration, associations and instances have tests of their own.
 #include <stdexcept>
 
+#include "support/ForeignDecls.h"
 #include "support/LoggedRepository.h"
 #include "support/PrintValue.h"
 
@@ -139,6 +140,43 @@ TEST(TInmemClass, VisitsTheNamesOfItsKeysInFoldedNameOrder) {
   repository.Property(sub, "Size", TCIMValue(true));
   repository.Key(sub, "_id");
   EXPECT_EQ(KeyNames(sub), (Names{"_id", "creator", "Tag"}));
+}
+
+TEST(TInmemClass, KeysFollowEveryChangeOfTheirQualifier) {
+  Repository repository;
+  auto base = repository.Allocate("Base");
+  auto decl = repository.Property(base, "Name", TCIMValue("text"));
+  auto cls = repository.Allocate("Sub", base);
+  EXPECT_EQ(KeyNames(cls), Names{});
+  repository.Qualify(*decl, {{"Key", TCIMValue(false)}});
+  EXPECT_EQ(KeyNames(cls), Names{});
+  decl->GetQualifier("Key", {})->SetValue(TCIMValue(true), {});
+  EXPECT_EQ(KeyNames(cls), Names{"Name"});
+  repository.Qualify(*decl, {{"Key", TCIMValue::Null(kCIMBoolean)}});
+  EXPECT_EQ(KeyNames(cls), Names{});
+}
+
+TEST(TInmemClass, KeysFollowTheDeclarations) {
+  Repository repository;
+  auto cls = repository.Allocate("A");
+  auto decl = repository.Key(cls, "P");
+  EXPECT_EQ(KeyNames(cls), Names{"P"});
+  repository.Key(cls, "Q");
+  EXPECT_EQ(KeyNames(cls), (Names{"P", "Q"}));
+  cls->RemovePropertyDecl(decl, {});
+  EXPECT_EQ(KeyNames(cls), Names{"Q"});
+}
+
+TEST(TInmemClass, KeysFollowAForeignDeclaration) {
+  Repository repository;
+  auto cls = repository.Allocate("A");
+  repository.Key(cls, "P");
+  boost::shared_ptr<ForeignPropertyDecl> decl(
+      new ForeignPropertyDecl(cls, "Strange", TCIMValue(true)));
+  cls->AddPropertyDecl(decl, {});
+  EXPECT_EQ(KeyNames(cls), Names{"P"});
+  decl->qualifiers.FailsWith("KEY", 31);
+  EXPECT_STATUS(31, KeyNames(cls));
 }
 
 TEST(TInmemClass, WalkOverKeysIgnoresTheAnswer) {
