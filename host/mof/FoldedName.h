@@ -8,7 +8,9 @@
 
 namespace havhost {
 
-constexpr char FoldCharacter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+constexpr char FoldCharacter(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 constexpr bool SameName(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;

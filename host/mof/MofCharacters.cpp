@@ -47,12 +47,9 @@ char32_t Utf8Value(std::string_view character) noexcept {
     return static_cast<char32_t>(static_cast<unsigned char>(character[i]));
   };
   switch (character.size()) {
-    case 1:
-      return byte(0);
-    case 2:
-      return (byte(0) & 0x1F) << 6 | (byte(1) & 0x3F);
-    case 3:
-      return (byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
+    case 1: return byte(0);
+    case 2: return (byte(0) & 0x1F) << 6 | (byte(1) & 0x3F);
+    case 3: return (byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
     default:
       return (byte(0) & 0x07) << 18 | (byte(1) & 0x3F) << 12 | (byte(2) & 0x3F) << 6 |
              (byte(3) & 0x3F);

@@ -40,7 +40,6 @@ struct TMofFlavor {
   std::uint32_t set = 0;
   std::uint32_t cleared = 0;
 
-  bool IsGiven() const noexcept { return (set | cleared) != 0; }
   std::uint32_t AppliedTo(std::uint32_t flavor) const noexcept { return (flavor & ~cleared) | set; }
 };
 

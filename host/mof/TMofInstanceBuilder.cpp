@@ -8,8 +8,6 @@ using namespace NORVHAV20;
 
 namespace {
 
-std::string Quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
-
 bool IsAlias(const TMofAssignment& assignment) {
   return !assignment.value.isArray &&
          assignment.value.elements.front().kind == TMofToken::EKind::kAlias;
@@ -81,8 +79,7 @@ void TMofInstanceBuilder::Build(const TProgress& progress) {
 }
 
 void TMofInstanceBuilder::Collect() {
-  for (const auto& cls : m_schema.GetClasses())
-    AddAlias(*cls.file, cls.syntax->alias, kNone, &cls);
+  for (const auto& cls : m_schema.GetClasses()) AddAlias(*cls.file, cls.syntax->alias, kNone, &cls);
   for (const auto& file : m_files) {
     for (const auto& syntax : file->instances) {
       AddAlias(*file, syntax.alias, m_items.size(), nullptr);

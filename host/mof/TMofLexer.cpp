@@ -72,8 +72,8 @@ TMofToken::EKind NumberKind(std::string_view text) {
   const bool hexadecimal = text.size() > 2 && text[0] == '0' && FoldCharacter(text[1]) == 'x';
   const bool binary = FoldCharacter(last) == 'b' && AllOf(text.substr(0, text.size() - 1), 2);
   const bool leadingZero = text.size() > 1 && text[0] == '0';
-  const bool integer = hexadecimal ? AllOf(text.substr(2), 16)
-                                   : binary || AllOf(text, leadingZero ? 8 : 10);
+  const bool integer =
+      hexadecimal ? AllOf(text.substr(2), 16) : binary || AllOf(text, leadingZero ? 8 : 10);
   if (integer) return TMofToken::EKind::kInteger;
   return IsReal(text) ? TMofToken::EKind::kReal : TMofToken::EKind::kBroken;
 }
@@ -123,7 +123,10 @@ TMofToken TMofLexer::Next() {
 void TMofLexer::SkipBlanks() {
   std::size_t open = 0;
   const auto end = EndOfBlanks(m_text, m_at, open);
-  if (open != std::string_view::npos) Error(open, "the comment is not closed");
+  if (open != std::string_view::npos) {
+    m_cut = true;
+    Error(open, "the comment is not closed");
+  }
   m_at = end;
 }
 
@@ -149,8 +152,10 @@ std::size_t TMofLexer::EndOfNumber() const noexcept {
     const char c = m_text[at];
     const bool exponentSign =
         (c == '+' || c == '-') && fraction && FoldCharacter(m_text[at - 1]) == 'e';
-    if (c == '.') fraction = true;
-    else if (!IsNameCharacter(c) && !exponentSign) break;
+    if (c == '.')
+      fraction = true;
+    else if (!IsNameCharacter(c) && !exponentSign)
+      break;
   }
   return at;
 }
@@ -225,8 +230,10 @@ TMofToken TMofLexer::ReadCharacter() {
 
   Error(begin, "a character stands alone between single quotes, as 'x'");
   auto end = m_text.find_first_of("'\r\n", begin + 1);
-  if (end == std::string_view::npos) end = m_text.size();
-  else if (m_text[end] == '\'') ++end;
+  if (end == std::string_view::npos)
+    end = m_text.size();
+  else if (m_text[end] == '\'')
+    ++end;
   return Take(TMofToken::EKind::kBroken, end);
 }
 
@@ -253,8 +260,8 @@ void TMofLexer::RefuseCharacter() {
     shown += "character '" + std::string(m_text.substr(begin, length)) + "'";
   do {
     ++m_at;
-  } while (Has(m_at) && (static_cast<unsigned char>(m_text[m_at]) >= 0x7F ||
-                         m_text[m_at] == m_text[begin]));
+  } while (Has(m_at) &&
+           (static_cast<unsigned char>(m_text[m_at]) >= 0x7F || m_text[m_at] == m_text[begin]));
   Error(begin, shown);
 }
 
@@ -290,8 +297,10 @@ char16_t TMofLexer::CharacterValue(std::string_view token) {
   const auto inside = token.substr(1, token.size() - 2);
   char32_t unit = 0;
   std::size_t at = 0;
-  if (inside[0] == '\\') ReadUnit(inside, at, unit);
-  else unit = Utf8Value(inside);
+  if (inside[0] == '\\')
+    ReadUnit(inside, at, unit);
+  else
+    unit = Utf8Value(inside);
   return static_cast<char16_t>(unit);
 }
 

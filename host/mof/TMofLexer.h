@@ -20,9 +20,9 @@ namespace havhost {
 struct TMofToken {
   enum class EKind : std::uint8_t {
     kEnd,
-    kName,        // also keywords, TRUE, FALSE and NULL
-    kAlias,       // with its '$'
-    kInteger,     // decimal, octal, hexadecimal or binary, with its sign
+    kName,     // also keywords, TRUE, FALSE and NULL
+    kAlias,    // with its '$'
+    kInteger,  // decimal, octal, hexadecimal or binary, with its sign
     kReal,
     kCharacter,   // with its quotes
     kString,      // one or more strings with their quotes and what stands between them
@@ -48,6 +48,8 @@ class TMofLexer {
 
   // Complexity: linear in the length of the token and of what stands before it.
   TMofToken Next();
+  // True behind a comment that is not closed: it may have swallowed anything.
+  bool IsCut() const noexcept { return m_cut; }
 
   // The value of a kString token, as UTF-8: escapes replaced, pieces joined.
   static std::string StringValue(std::string_view token);
@@ -74,6 +76,7 @@ class TMofLexer {
   std::string_view m_text;
   std::size_t m_at = 0;
   bool m_warnedOfBytes = false;
+  bool m_cut = false;
 };
 
 }  // namespace havhost

@@ -39,9 +39,9 @@ std::string TMofLoader::ChooseName(const TMofReader::TFiles& files, TMofReport& 
                         "namespace '" + pragma.value + "' follows namespace '" + *said +
                             "', and one load fills one namespace");
       else if (!said && !m_name.empty() && !SameName(m_name, pragma.value))
-        report.AddWarning(file->text, pragma.offset,
-                          "everything is loaded into namespace '" + m_name + "', not '" +
-                              pragma.value + "'");
+        report.AddWarning(
+            file->text, pragma.offset,
+            "everything is loaded into namespace '" + m_name + "', not '" + pragma.value + "'");
       if (!said) said = &pragma.value;
     }
   }

@@ -14,11 +14,20 @@ using EKind = TMofToken::EKind;
 namespace {
 
 constexpr std::array<std::pair<std::string_view, ECIMType>, 14> kTypes{{
-    {"boolean", kCIMBoolean}, {"uint8", kCIMUInt8},   {"sint8", kCIMSInt8},
-    {"uint16", kCIMUInt16},   {"sint16", kCIMSInt16}, {"uint32", kCIMUInt32},
-    {"sint32", kCIMSInt32},   {"uint64", kCIMUInt64}, {"sint64", kCIMSInt64},
-    {"real32", kCIMReal32},   {"real64", kCIMReal64}, {"char16", kCIMChar16},
-    {"string", kCIMString},   {"datetime", kCIMDateTime},
+    {"boolean", kCIMBoolean},
+    {"uint8", kCIMUInt8},
+    {"sint8", kCIMSInt8},
+    {"uint16", kCIMUInt16},
+    {"sint16", kCIMSInt16},
+    {"uint32", kCIMUInt32},
+    {"sint32", kCIMSInt32},
+    {"uint64", kCIMUInt64},
+    {"sint64", kCIMSInt64},
+    {"real32", kCIMReal32},
+    {"real64", kCIMReal64},
+    {"char16", kCIMChar16},
+    {"string", kCIMString},
+    {"datetime", kCIMDateTime},
 }};
 
 // Two names of older schemas say nothing that a namespace keeps.
@@ -54,9 +63,7 @@ const T* Find(const std::array<std::pair<std::string_view, T>, n>& table, const 
 
 }  // namespace
 
-void TMofParser::Parse(TMofFile& file, TMofReport& report) {
-  TMofParser(file, report).ParseFile();
-}
+void TMofParser::Parse(TMofFile& file, TMofReport& report) { TMofParser(file, report).ParseFile(); }
 
 TMofParser::TMofParser(TMofFile& file, TMofReport& report)
     : m_file(file), m_report(report), m_lexer(file.text, report) {
@@ -73,6 +80,7 @@ void TMofParser::ParseFile() {
       SkipToDeclaration();
     }
   }
+  if (m_lexer.IsCut()) m_file.isDamaged = true;
 }
 
 void TMofParser::ParseDeclaration() {
@@ -112,7 +120,8 @@ void TMofParser::ParseQualifierDecl() {
   Expect(':', "after the name of a qualifier");
   decl.type = ParseType("a data type after ':'");
   if (decl.type.element == kCIMReference)
-    m_report.AddError(m_file.text, decl.type.referenced.offset, "a qualifier cannot be a reference");
+    m_report.AddError(m_file.text, decl.type.referenced.offset,
+                      "a qualifier cannot be a reference");
   ParseArray(decl.type);
   if (Take('=')) decl.defaultValue = ParseValue();
   Expect(',', "and a scope in qualifier declaration");
@@ -151,8 +160,8 @@ void TMofParser::ParseClass(TMofQualifiers&& qualifiers) {
   if (Take(':')) cls.superclass = ParseName("the name of a superclass");
   Expect('{', "to begin class '" + std::string(cls.name.text) + "'");
   // From here on the class is kept whatever is wrong in it, so that its name is known.
-  cls.isDamaged = !ParseBody("class '" + std::string(cls.name.text) + "'",
-                             [&] { ParseMember(cls); });
+  cls.isDamaged =
+      !ParseBody("class '" + std::string(cls.name.text) + "'", [&] { ParseMember(cls); });
   m_file.classes.push_back(std::move(cls));
 }
 
@@ -348,10 +357,8 @@ TMofToken TMofParser::ParseLiteral() {
     case EKind::kReal:
     case EKind::kCharacter:
     case EKind::kString:
-    case EKind::kBroken:
-      break;
-    default:
-      FailExpecting("a value");
+    case EKind::kBroken: break;
+    default: FailExpecting("a value");
   }
   Advance();
   return literal;
@@ -406,7 +413,8 @@ void TMofParser::Expect(char punctuation, const std::string& where) {
 }
 
 void TMofParser::FailExpecting(const std::string& what) {
-  m_report.AddError(m_file.text, m_token.offset, "expected " + what + ", found " + m_token.Describe());
+  m_report.AddError(m_file.text, m_token.offset,
+                    "expected " + what + ", found " + m_token.Describe());
   throw TSyntaxError();
 }
 

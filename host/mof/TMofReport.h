@@ -8,11 +8,15 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/mof/TMofText.h"
 
 namespace havhost {
+
+// A name as messages show it.
+inline std::string Quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
 
 struct TMofMessage {
   enum class ESeverity { kError, kWarning };

@@ -11,8 +11,6 @@ namespace {
 constexpr std::uint32_t kImpliedFlavor =
     ICIMQualifierDecl::kFlavorOverridable | ICIMQualifierDecl::kFlavorToSubclass;
 
-std::string Quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
-
 ECIMType FullType(const TMofType& type) {
   return type.isArray ? ArrayOf(type.element) : type.element;
 }
@@ -86,8 +84,7 @@ void TMofSchemaBuilder::Build(const TProgress& progress) {
   }
   CloseReferences();
   for (const auto* cls : m_order) {
-    if (cls->object)
-      Guard(*cls->file, cls->syntax->name, [&] { cls->object->AddToNamespace({}); });
+    if (cls->object) Guard(*cls->file, cls->syntax->name, [&] { cls->object->AddToNamespace({}); });
     if (progress) progress(++done, total);
   }
   m_report.classes = m_order.size();
@@ -107,18 +104,19 @@ void TMofSchemaBuilder::DeclareQualifiers() {
 
 void TMofSchemaBuilder::DeclareQualifier(const TMofFile& file, const TMofQualifierDecl& syntax) {
   const auto flavor = syntax.flavor.AppliedTo(kImpliedFlavor);
-  const auto [known, isNew] =
-      m_kinds.emplace(syntax.name.text, TQualifierKind{&file, &syntax, {}, syntax.scope, flavor, {}});
+  const auto [known, isNew] = m_kinds.emplace(
+      syntax.name.text, TQualifierKind{&file, &syntax, {}, syntax.scope, flavor, {}});
   if (!isNew) {
     const auto& before = known->second;
     return m_report.AddError(file.text, syntax.name.offset,
-                             "qualifier " + Quoted(syntax.name.text) + " is declared twice, first at " +
+                             "qualifier " + Quoted(syntax.name.text) +
+                                 " is declared twice, first at " +
                                  before.file->text.DescribePlace(before.syntax->name.offset));
   }
   if (syntax.type.element == kCIMReference) return;
   const auto type = FullType(syntax.type);
-  const auto value = syntax.defaultValue ? m_values.Read(file, *syntax.defaultValue, type)
-                                         : TCIMValue::Null(type);
+  const auto value =
+      syntax.defaultValue ? m_values.Read(file, *syntax.defaultValue, type) : TCIMValue::Null(type);
   if (!value) return;
   known->second.decl = m_home->AllocateQualifierDecl(
       std::string(syntax.name.text), *value, static_cast<ICIMQualifierDecl::EScope>(syntax.scope),
@@ -274,25 +272,23 @@ void TMofSchemaBuilder::BuildMethod(const TClass& cls, const TMofMethod& method)
 }
 
 void TMofSchemaBuilder::BuildParameter(const TMofFile& file, ICIMMethodDecl& decl,
-                                       const TMofParameter& parameter,
-                                       ICIMMethodDecl* overridden) {
+                                       const TMofParameter& parameter, ICIMMethodDecl* overridden) {
   const auto name = std::string(parameter.name.text);
   const TClass* target = nullptr;
   const bool reference = parameter.type.element == kCIMReference;
   if (reference && !FindTarget(file, parameter.type.referenced, target)) return;
   const auto made = decl.AllocateParameter(name, TCIMValue::Null(FullType(parameter.type)), {});
-  const auto before = overridden
-                          ? FoundBy([&] { return overridden->GetParameter(name, {}); })
-                          : boost::shared_ptr<ICIMParameterDecl>();
+  const auto before = overridden ? FoundBy([&] { return overridden->GetParameter(name, {}); })
+                                 : boost::shared_ptr<ICIMParameterDecl>();
   if (before) Inherit(*before, *made);
   Attach(*made, file, parameter.qualifiers, ICIMQualifierDecl::kScopeParameter);
   if (!reference || !target) return;
   if (!m_referenceClass)
-    m_referenceClass = m_provider.AllocateNamespace({}, false, {})
-                           ->AllocateQualifierDecl(std::string(kReferenceClass),
-                                                   TCIMValue::Null(kCIMString),
-                                                   ICIMQualifierDecl::kScopeParameter,
-                                                   ICIMQualifierDecl::kFlavorOverridable, {});
+    m_referenceClass =
+        m_provider.AllocateNamespace({}, false, {})
+            ->AllocateQualifierDecl(std::string(kReferenceClass), TCIMValue::Null(kCIMString),
+                                    ICIMQualifierDecl::kScopeParameter,
+                                    ICIMQualifierDecl::kFlavorOverridable, {});
   made->AllocateQualifier(m_referenceClass, TCIMValue(std::string(target->syntax->name.text)), {});
 }
 
@@ -319,9 +315,9 @@ void TMofSchemaBuilder::Attach(ICIMNamedElement& element, const TMofFile& file,
       continue;
     }
     if ((kind.scope & scope) == 0)
-      m_report.AddWarning(file.text, qualifier.name.offset,
-                          "qualifier " + Quoted(qualifier.name.text) + " is not meant for " +
-                              NameOfScope(scope));
+      m_report.AddWarning(
+          file.text, qualifier.name.offset,
+          "qualifier " + Quoted(qualifier.name.text) + " is not meant for " + NameOfScope(scope));
     if (kind.decl) AttachOne(element, file, qualifier, kind);
   }
 }

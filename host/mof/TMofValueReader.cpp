@@ -139,8 +139,7 @@ std::optional<TCIMValue> TMofValueReader::Read(const TMofFile& file, const TMofV
                                                ECIMType type, const TAliases& aliases) const {
   const bool array = (type & kCIMArray) != 0;
   if (!value.isArray && IsNull(value.elements.front())) return TCIMValue::Null(type);
-  if (!array && !value.isArray)
-    return ReadScalar(file, value.elements.front(), type, aliases);
+  if (!array && !value.isArray) return ReadScalar(file, value.elements.front(), type, aliases);
   if (array != value.isArray) {
     m_report.AddError(file.text, value.offset,
                       "expected a value of type " + TypeName(type) + ", found " +
@@ -158,9 +157,8 @@ std::optional<TCIMValue> TMofValueReader::Read(const TMofFile& file, const TMofV
   return TCIMValue(ElementOf(type), std::move(elements));
 }
 
-std::optional<TCIMValue> TMofValueReader::ReadScalar(const TMofFile& file,
-                                                     const TMofToken& literal, ECIMType type,
-                                                     const TAliases& aliases) const {
+std::optional<TCIMValue> TMofValueReader::ReadScalar(const TMofFile& file, const TMofToken& literal,
+                                                     ECIMType type, const TAliases& aliases) const {
   if (literal.kind == EKind::kBroken) return {};
   const auto convert = [&]() -> TOutcome {
     switch (type) {

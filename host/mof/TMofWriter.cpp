@@ -235,12 +235,9 @@ void TMofWriter::WriteScalar(const TCIMValue& value) {
   switch (value.GetType()) {
     case kCIMString:
     case kCIMDateTime:
-    case kCIMReference:
-      return WriteQuoted(value.ToString(10), '"');
+    case kCIMReference: return WriteQuoted(value.ToString(10), '"');
     case kCIMReal32:
-    case kCIMReal64:
-      m_out += RealText(value);
-      return;
+    case kCIMReal64: m_out += RealText(value); return;
     case kCIMChar16: {
       constexpr std::string_view hex = "0123456789ABCDEF";
       const auto unit = static_cast<unsigned>(static_cast<char16_t>(value));
@@ -250,8 +247,7 @@ void TMofWriter::WriteScalar(const TCIMValue& value) {
       m_out += '\'';
       return;
     }
-    default:
-      m_out += value.ToString(10);
+    default: m_out += value.ToString(10);
   }
 }
 

@@ -1,13 +1,11 @@
-// The whole DMTF schema 2.49, which is not part of the project: its folder is looked for in
-// the environment variable HAV_CIM_SCHEMA, then beside the source tree.
-#include <cstdlib>
-#include <filesystem>
+// The whole DMTF schema 2.49 through the reader, the loader and the writer.
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "host/mof/TMofFolderSource.h"
 #include "mof/Mof.h"
+#include "support/CimSchema.h"
 #include "support/CompareNamespaces.h"
 #include "support/RecordingLogger.h"
 
@@ -19,26 +17,22 @@ using namespace NORVHAV20;
 class DmtfSchema : public testing::Test {
  protected:
   void SetUp() override {
-    const char* said = std::getenv("HAV_CIM_SCHEMA");
-    m_file = std::filesystem::path(said ? said : HAV_CIM_SCHEMA_FOLDER) / "cim_schema_2.49.0.mof";
-    if (std::filesystem::exists(m_file)) return;
-    const auto reason = "the DMTF schema is not at " + m_file.parent_path().u8string() +
-                        "; HAV_CIM_SCHEMA says where it is";
-    const char* required = std::getenv("HAV_REQUIRE_ALL");
-    if (required && std::string(required) == "1") FAIL() << reason;
+    const auto reason = WhyNoCimSchema();
+    if (reason.empty()) return;
+    if (IsCimSchemaRequired()) FAIL() << reason;
     GTEST_SKIP() << reason;
   }
 
   Loaded LoadSchema() const {
     havhost::TMofFolderSource source;
     Loaded loaded;
-    loaded.ns = havhost::TMofLoader(*Provider(), source).Load({m_file.u8string()}, loaded.report);
+    loaded.ns =
+        havhost::TMofLoader(*Provider(), source).Load({CimSchemaFile().u8string()}, loaded.report);
     loaded.messages = Messages(loaded.report);
     return loaded;
   }
 
   RecordingLogger m_logger;
-  std::filesystem::path m_file;
 };
 
 TEST_F(DmtfSchema, LoadsWithoutAMessage) {

@@ -124,7 +124,8 @@ TEST_F(TMofInstanceBuilder, DefaultsOfReferencesMayNameInstances) {
       "class T { [Key] uint8 k; }; instance of T as $t { k = 1; };");
   EXPECT_EQ(Lines{}, m_loaded.messages);
   for (const auto* name : {"a", "b"}) {
-    const auto value = m_loaded.ns->GetClass("L", {})->GetPropertyDecl(name, {})->GetDefaultValue({});
+    const auto value =
+        m_loaded.ns->GetClass("L", {})->GetPropertyDecl(name, {})->GetDefaultValue({});
     EXPECT_EQ("T.k=1", static_cast<const TCIMReference&>(value).GetPath());
     EXPECT_EQ("T", value.GetReferencedClassName());
   }
@@ -134,7 +135,9 @@ struct WrongInstances {
   const char* text;
   Lines messages;
 };
-std::ostream& operator<<(std::ostream& out, const WrongInstances& wrong) { return out << wrong.text; }
+std::ostream& operator<<(std::ostream& out, const WrongInstances& wrong) {
+  return out << wrong.text;
+}
 
 class WrongInstanceTexts : public testing::TestWithParam<WrongInstances> {};
 
@@ -175,10 +178,11 @@ INSTANTIATE_TEST_SUITE_P(
         WrongInstances{"instance of Thing as $a { Name = \"a\"; };"
                        "instance of Link { From = $a; To = \"=\"; };",
                        {"a.mof:3:76: error: \"=\" is not an object path"}},
-        WrongInstances{"instance of Thing as $a { Name = \"a\"; };\n"
-                       "instance of Link as $l { From = $a; To = $l; };",
-                       {"a.mof:4:13: error: the keys of this instance of 'Link' depend on themselves "
-                        "through aliases"}},
+        WrongInstances{
+            "instance of Thing as $a { Name = \"a\"; };\n"
+            "instance of Link as $l { From = $a; To = $l; };",
+            {"a.mof:4:13: error: the keys of this instance of 'Link' depend on themselves "
+             "through aliases"}},
         WrongInstances{"instance of Thing as $a { Name = \"a\"; };\n"
                        "instance of Link as $l { From = $a; To = $a; };\n"
                        "instance of Link { From = $l; To = $a; };",
@@ -188,13 +192,15 @@ INSTANTIATE_TEST_SUITE_P(
                        "instance of Link { From = $a; To = \"Thing.Name=\\\"b\\\"\"; };",
                        {"a.mof:4:13: error: the instance refers to Thing.Name=\"b\", which is not "
                         "there"}},
-        WrongInstances{"[Association] class D { [Key] uint8 k; Thing REF t = \"Box.Name=\\\"x\\\"\"; };",
-                       {"a.mof:3:54: error: the default of a reference to 'Thing' is an object of "
-                        "that very class"}},
+        WrongInstances{
+            "[Association] class D { [Key] uint8 k; Thing REF t = \"Box.Name=\\\"x\\\"\"; };",
+            {"a.mof:3:54: error: the default of a reference to 'Thing' is an object of "
+             "that very class"}},
         // What could not be read is not missed.
-        WrongInstances{"class Odd { [Key] uint8 k; uint8; }; instance of Odd { k = 1; other = 2; };",
-                       {"a.mof:3:33: error: expected the name of a property or method, found "
-                        "';'"}},
+        WrongInstances{
+            "class Odd { [Key] uint8 k; uint8; }; instance of Odd { k = 1; other = 2; };",
+            {"a.mof:3:33: error: expected the name of a property or method, found "
+             "';'"}},
         WrongInstances{"instance of Thing as $a { Name 1; }; "
                        "instance of Link { From = $a; To = $a; };",
                        {"a.mof:3:32: error: expected '=' after the name of a property, found "

@@ -87,7 +87,8 @@ TEST(TMofLexer, EveryFormOfReal) {
 }
 
 TEST(TMofLexer, WrongNumbersAreReportedWhole) {
-  for (const std::string text : {"12abc", "089", "0x", "0xG", "1.", "1.2.3", "1.5e", "102b", "1_0"}) {
+  for (const std::string text :
+       {"12abc", "089", "0x", "0xG", "1.", "1.2.3", "1.5e", "102b", "1_0"}) {
     const auto tokens = Lex(" " + text + ";");
     EXPECT_EQ((std::vector<Seen>{{EKind::kBroken, text}, {EKind::kPunctuation, ";"}}), tokens.seen);
     EXPECT_EQ((Lines{"a.mof:1:2: error: '" + text + "' is not a number"}), tokens.messages);
@@ -156,10 +157,11 @@ TEST(TMofLexer, WrongCharacters) {
 }
 
 TEST(TMofLexer, WhatTheLanguageDoesNotHave) {
-  EXPECT_EQ((Lines{"a.mof:1:1: error: unexpected character '@'",
-                   "a.mof:1:5: error: unexpected character '\xC3\xA9'",
-                   "a.mof:1:7: error: unexpected byte 0x01", "a.mof:1:9: error: unexpected byte 0xFF"}),
-            Lex("@@@ \xC3\xA9 \x01 \xFF").messages);
+  EXPECT_EQ(
+      (Lines{"a.mof:1:1: error: unexpected character '@'",
+             "a.mof:1:5: error: unexpected character '\xC3\xA9'",
+             "a.mof:1:7: error: unexpected byte 0x01", "a.mof:1:9: error: unexpected byte 0xFF"}),
+      Lex("@@@ \xC3\xA9 \x01 \xFF").messages);
   EXPECT_EQ((Lines{"a.mof:1:1: error: expected '#pragma', found '#include'"}),
             Lex("#include <x>\n").messages);
   EXPECT_EQ((Lines{"a.mof:2:1: error: the comment is not closed"}), Lex("a\n/* b").messages);
@@ -168,8 +170,7 @@ TEST(TMofLexer, WhatTheLanguageDoesNotHave) {
 TEST(TMofLexer, LinesAndColumnsCountCharacters) {
   EXPECT_EQ((Lines{"a.mof:2:2: error: unexpected character '!'"}), Lex("\r\n !").messages);
   EXPECT_EQ((Lines{"a.mof:2:2: error: unexpected character '!'"}), Lex("\r !").messages);
-  EXPECT_EQ((Lines{"a.mof:1:5: error: unexpected character '!'"}),
-            Lex("\"\xC3\xA9\"\t!").messages);
+  EXPECT_EQ((Lines{"a.mof:1:5: error: unexpected character '!'"}), Lex("\"\xC3\xA9\"\t!").messages);
   EXPECT_EQ((Lines{"a.mof:1:1: error: unexpected character '!'"}), Lex("\xEF\xBB\xBF!").messages);
 }
 

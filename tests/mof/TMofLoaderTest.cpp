@@ -18,7 +18,9 @@ using namespace NORVHAV20;
 // A provider that remembers what it was asked for.
 class AskedProvider : public INamespaceProvider {
  public:
-  const std::string& GetName(TOptions options) const override { return Provider()->GetName(options); }
+  const std::string& GetName(TOptions options) const override {
+    return Provider()->GetName(options);
+  }
   boost::shared_ptr<ICIMNamespace> AllocateNamespace(TOptions options, bool redefinitionAllowed,
                                                      std::string name) const override {
     names.push_back(name);
@@ -66,16 +68,17 @@ TEST(TMofLoader, APragmaNamesTheNamespaceWhenTheCallerDoesNot) {
 }
 
 TEST(TMofLoader, OneLoadFillsOneNamespace) {
-  EXPECT_EQ((Lines{"a.mof:2:20: error: namespace 'root/b' follows namespace 'root/a', and one load "
-                   "fills one namespace"}),
-            LoadNamed("#pragma namespace (\"root/a\")\n#pragma namespace (\"root/b\")", "").messages);
+  EXPECT_EQ(
+      (Lines{"a.mof:2:20: error: namespace 'root/b' follows namespace 'root/a', and one load "
+             "fills one namespace"}),
+      LoadNamed("#pragma namespace (\"root/a\")\n#pragma namespace (\"root/b\")", "").messages);
 }
 
 TEST(TMofLoader, ByteOrderMarkAndLineEndsDoNotMatter) {
   RecordingLogger logger;
   const auto loaded = LoadText("");
-  const auto marked = Load({{"a.mof", "\xEF\xBB\xBF" + kQualifiers + "class A\r\n{\r\n};\r\n"}},
-                           {"a.mof"});
+  const auto marked =
+      Load({{"a.mof", "\xEF\xBB\xBF" + kQualifiers + "class A\r\n{\r\n};\r\n"}}, {"a.mof"});
   EXPECT_EQ(Lines{}, marked.messages);
   EXPECT_TRUE(marked.ns->GetClass("A", {}));
 }
@@ -94,8 +97,9 @@ TEST(TMofLoader, CountsWhatItLoads) {
 
 TEST(TMofLoader, ErrorsOfAllFilesAreReported) {
   RecordingLogger logger;
-  const auto loaded = Load({{"a.mof", "class A : X {};"}, {"b.mof", "\nclass B { uint8 p = 300; };"}},
-                           {"a.mof", "b.mof", "c.mof"});
+  const auto loaded =
+      Load({{"a.mof", "class A : X {};"}, {"b.mof", "\nclass B { uint8 p = 300; };"}},
+           {"a.mof", "b.mof", "c.mof"});
   EXPECT_EQ((Lines{"c.mof: error: file 'c.mof' is not found",
                    "b.mof:2:21: error: '300' is out of range for uint8"}),
             loaded.messages);
@@ -122,9 +126,8 @@ TEST(TMofLoader, WhatTheProgressThrowsEndsTheLoad) {
   const std::map<std::string, std::string> files{{"a.mof", "class A {};"}};
   TextSource source(files);
   TMofLoader loader(*Provider(), source);
-  loader.SetProgress([](TMofLoader::EStep, std::size_t, std::size_t) {
-    throw std::runtime_error("enough");
-  });
+  loader.SetProgress(
+      [](TMofLoader::EStep, std::size_t, std::size_t) { throw std::runtime_error("enough"); });
   TMofReport report;
   EXPECT_THROW(loader.Load({"a.mof"}, report), std::runtime_error);
 }

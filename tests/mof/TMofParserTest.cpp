@@ -45,7 +45,7 @@ CLASS Test_A as $A : Test_B {
 
   ASSERT_EQ(3u, cls.qualifiers.size());
   EXPECT_FALSE(cls.qualifiers[0].value);
-  EXPECT_FALSE(cls.qualifiers[0].flavor.IsGiven());
+  EXPECT_EQ(3u, cls.qualifiers[0].flavor.AppliedTo(3));
   EXPECT_EQ("\"a\" \"b\"", cls.qualifiers[1].value->elements.at(0).text);
   EXPECT_EQ(0u, cls.qualifiers[1].flavor.AppliedTo(3));
   EXPECT_TRUE(cls.qualifiers[2].value->isArray);
@@ -156,31 +156,37 @@ INSTANTIATE_TEST_SUITE_P(
     Declarations, TMofParserErrors,
     testing::Values(
         WrongText{"foo", "1: error: expected a declaration, found 'foo'"},
-        WrongText{"[Key] foo;", "7: error: expected 'class' or 'instance' after qualifiers, "
-                                "found 'foo'"},
+        WrongText{"[Key] foo;",
+                  "7: error: expected 'class' or 'instance' after qualifiers, "
+                  "found 'foo'"},
         WrongText{"[Key", "5: error: expected ']' after qualifiers, found the end of the file"},
         WrongText{"[] class", "2: error: expected the name of a qualifier, found ']'"},
-        WrongText{"[A(1, 2)] class", "5: error: expected ')' after the value of a qualifier, "
-                                     "found ','"},
+        WrongText{"[A(1, 2)] class",
+                  "5: error: expected ')' after the value of a qualifier, "
+                  "found ','"},
         WrongText{"[A: B] class", "5: error: expected a flavor after ':', found 'B'"},
         WrongText{"#pragma \"x\"", "9: error: expected the name of a pragma, found \"x\""},
-        WrongText{"#pragma include \"x\"", "17: error: expected '(' after the name of a pragma, "
-                                           "found \"x\""},
+        WrongText{"#pragma include \"x\"",
+                  "17: error: expected '(' after the name of a pragma, "
+                  "found \"x\""},
         WrongText{"#pragma include (x)", "18: error: expected a string in a pragma, found 'x'"},
-        WrongText{"#pragma include (\"x\"", "21: error: expected ')' after the string of a pragma, "
-                                            "found the end of the file"}));
+        WrongText{"#pragma include (\"x\"",
+                  "21: error: expected ')' after the string of a pragma, "
+                  "found the end of the file"}));
 
 INSTANTIATE_TEST_SUITE_P(
     QualifierDeclarations, TMofParserErrors,
     testing::Values(
         WrongText{"Qualifier 1;", "11: error: expected the name of a qualifier, found '1'"},
-        WrongText{"Qualifier A;", "12: error: expected ':' after the name of a qualifier, "
-                                  "found ';'"},
+        WrongText{"Qualifier A;",
+                  "12: error: expected ':' after the name of a qualifier, "
+                  "found ';'"},
         WrongText{"Qualifier A : foo;", "15: error: expected a data type after ':', found 'foo'"},
         WrongText{"Qualifier A : B REF, Scope(any);",
                   "15: error: a qualifier cannot be a reference"},
-        WrongText{"Qualifier A : string;", "21: error: expected ',' and a scope in qualifier "
-                                           "declaration, found ';'"},
+        WrongText{"Qualifier A : string;",
+                  "21: error: expected ',' and a scope in qualifier "
+                  "declaration, found ';'"},
         WrongText{"Qualifier A : string, Flavor(Restricted);",
                   "23: error: expected 'Scope' after ',', found 'Flavor'"},
         WrongText{"Qualifier A : string, Scope(foo);",
@@ -202,33 +208,43 @@ INSTANTIATE_TEST_SUITE_P(
         WrongText{"class A as B {};", "12: error: expected an alias after 'as', found 'B'"},
         WrongText{"class A : {};", "11: error: expected the name of a superclass, found '{'"},
         WrongText{"class A;", "8: error: expected '{' to begin class 'A', found ';'"},
-        WrongText{"class A {}", "11: error: expected ';' after class 'A', found the end of the "
-                                "file"},
-        WrongText{"class A { uint8 a;", "19: error: expected '}' to end class 'A', found the end of "
-                                        "the file"},
+        WrongText{"class A {}",
+                  "11: error: expected ';' after class 'A', found the end of the "
+                  "file"},
+        WrongText{"class A { uint8 a;",
+                  "19: error: expected '}' to end class 'A', found the end of "
+                  "the file"},
         WrongText{"class A { foo a; };", "11: error: expected a property or method, found 'foo'"},
-        WrongText{"class A { uint8; };", "16: error: expected the name of a property or method, "
-                                         "found ';'"},
-        WrongText{"class A { uint8 a foo; };", "19: error: expected ';' after property declaration, "
-                                               "found 'foo'"},
+        WrongText{"class A { uint8; };",
+                  "16: error: expected the name of a property or method, "
+                  "found ';'"},
+        WrongText{"class A { uint8 a foo; };",
+                  "19: error: expected ';' after property declaration, "
+                  "found 'foo'"},
         WrongText{"class A { uint8 a = ; };", "21: error: expected a value, found ';'"},
         WrongText{"class A { uint8 a = foo; };", "21: error: expected a value, found 'foo'"},
-        WrongText{"class A { uint8 a[] = {1 2}; };", "26: error: expected '}' after the elements of "
-                                                     "an array, found '2'"},
-        WrongText{"class A { uint8 a[x]; };", "19: error: expected ']' after '[' or the size of an "
-                                              "array, found 'x'"},
-        WrongText{"class A { uint8 a[0]; };", "19: error: the size of an array is a decimal number "
-                                              "from 1 to 4294967295, not '0'"},
+        WrongText{"class A { uint8 a[] = {1 2}; };",
+                  "26: error: expected '}' after the elements of "
+                  "an array, found '2'"},
+        WrongText{"class A { uint8 a[x]; };",
+                  "19: error: expected ']' after '[' or the size of an "
+                  "array, found 'x'"},
+        WrongText{"class A { uint8 a[0]; };",
+                  "19: error: the size of an array is a decimal number "
+                  "from 1 to 4294967295, not '0'"},
         WrongText{"class A { B REF a[]; };",
                   "18: error: a property cannot be an array of references"},
         WrongText{"class A { B REF a(); };", "11: error: a method cannot return a reference"},
-        WrongText{"class A { uint8 a(uint8); };", "24: error: expected the name of a parameter, "
-                                                  "found ')'"},
+        WrongText{"class A { uint8 a(uint8); };",
+                  "24: error: expected the name of a parameter, "
+                  "found ')'"},
         WrongText{"class A { uint8 a(foo b); };", "19: error: expected a parameter, found 'foo'"},
-        WrongText{"class A { uint8 a(uint8 b; };", "26: error: expected ')' after the parameters of "
-                                                   "a method, found ';'"},
-        WrongText{"class A { uint8 a() };", "21: error: expected ';' after method declaration, "
-                                            "found '}'"}));
+        WrongText{"class A { uint8 a(uint8 b; };",
+                  "26: error: expected ')' after the parameters of "
+                  "a method, found ';'"},
+        WrongText{"class A { uint8 a() };",
+                  "21: error: expected ';' after method declaration, "
+                  "found '}'"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Instances, TMofParserErrors,
@@ -236,14 +252,18 @@ INSTANTIATE_TEST_SUITE_P(
         WrongText{"instance A {};", "10: error: expected 'of' after 'instance', found 'A'"},
         WrongText{"instance of {};", "13: error: expected the name of a class, found '{'"},
         WrongText{"instance of A;", "14: error: expected '{' to begin an instance, found ';'"},
-        WrongText{"instance of A { a 1; };", "19: error: expected '=' after the name of a property, "
-                                             "found '1'"},
-        WrongText{"instance of A { a = 1 };", "23: error: expected ';' after the value of a "
-                                              "property, found '}'"},
-        WrongText{"instance of A { = 1; };", "17: error: expected the name of a property, "
-                                             "found '='"},
-        WrongText{"instance of A { a = 1;", "23: error: expected '}' to end instance of 'A', found "
-                                            "the end of the file"}));
+        WrongText{"instance of A { a 1; };",
+                  "19: error: expected '=' after the name of a property, "
+                  "found '1'"},
+        WrongText{"instance of A { a = 1 };",
+                  "23: error: expected ';' after the value of a "
+                  "property, found '}'"},
+        WrongText{"instance of A { = 1; };",
+                  "17: error: expected the name of a property, "
+                  "found '='"},
+        WrongText{"instance of A { a = 1;",
+                  "23: error: expected '}' to end instance of 'A', found "
+                  "the end of the file"}));
 
 TEST(TMofParser, LongTokensAreCutInMessages) {
   EXPECT_EQ((Lines{"a.mof:1:1: error: expected a declaration, found "

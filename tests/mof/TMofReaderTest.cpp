@@ -29,9 +29,9 @@ Files Read(std::map<std::string, std::string> texts, const Lines& names) {
 std::string Include(const std::string& name) { return "#pragma include (\"" + name + "\")\n"; }
 
 TEST(TMofReader, ReadsIncludesWhereTheyStand) {
-  const auto files =
-      Read({{"a", Include("b") + Include("c")}, {"b", Include("d")}, {"c", ""}, {"d", ""}, {"e", ""}},
-           {"a", "e"});
+  const auto files = Read(
+      {{"a", Include("b") + Include("c")}, {"b", Include("d")}, {"c", ""}, {"d", ""}, {"e", ""}},
+      {"a", "e"});
   EXPECT_EQ((Lines{"a", "b", "d", "c", "e"}), files.names);
   EXPECT_EQ(Lines{}, files.messages);
   EXPECT_TRUE(files.isComplete);
@@ -46,9 +46,8 @@ TEST(TMofReader, ReadsARepeatedIncludeOnce) {
 }
 
 TEST(TMofReader, WarnsOfFilesThatIncludeThemselves) {
-  const auto files =
-      Read({{"a", Include("b")}, {"b", "\n" + Include("c")}, {"c", Include("a") + Include("c")}},
-           {"a"});
+  const auto files = Read(
+      {{"a", Include("b")}, {"b", "\n" + Include("c")}, {"c", Include("a") + Include("c")}}, {"a"});
   EXPECT_EQ((Lines{"a", "b", "c"}), files.names);
   EXPECT_EQ((Lines{"c:1:18: warning: file 'a' includes itself; it is read once",
                    "c:2:18: warning: file 'c' includes itself; it is read once"}),
@@ -81,6 +80,7 @@ TEST(TMofReader, RefusesIncludesNestedTooDeep) {
 
 TEST(TMofReader, ALostDeclarationLeavesTheTreesIncomplete) {
   EXPECT_FALSE(Read({{"a", "class ;"}}, {"a"}).isComplete);
+  EXPECT_FALSE(Read({{"a", "class A {}; /* class B {};"}}, {"a"}).isComplete);
   EXPECT_TRUE(Read({{"a", "class A { uint8; };"}}, {"a"}).isComplete);
 }
 

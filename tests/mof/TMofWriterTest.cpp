@@ -34,7 +34,8 @@ TEST(TMofWriter, Literals) {
 
 TEST(TMofWriter, StringsAndCharactersAreEscaped) {
   EXPECT_EQ(R"("a\"b\\c\n\t\r\f\b'")", Literal(TCIMValue("a\"b\\c\n\t\r\f\b'")));
-  EXPECT_EQ(R"("\x00011\x007F")", Literal(TCIMValue(std::string("\x01" "1\x7F"))));
+  EXPECT_EQ(R"("\x00011\x007F")", Literal(TCIMValue(std::string("\x01"
+                                                                "1\x7F"))));
   EXPECT_EQ(R"("\x0000")", Literal(TCIMValue(std::string(1, '\0'))));
   EXPECT_EQ("\"\xC3\xA9\"", Literal(TCIMValue("\xC3\xA9")));
   EXPECT_EQ("'x'", Literal(TCIMValue(u'x')));
@@ -100,13 +101,12 @@ instance of A
 };
 
 )",
-            RoundTrip(
-                "[Association] class A { [Key, Description(\"p\")] string p = \"x\\\"y\";"
-                " B REF q; [Values {\"a\", NULL} : DisableOverride] uint8 r[3] = {1, 2};"
-                " [Description(\"m\")] uint32 m([In] string Names[], A REF Self,"
-                " object REF Other); boolean n(); };"
-                "[Description(\"sub\")] class B : A { [Override(\"p\")] string p = NULL; };"
-                "instance of A { p = \"1\"; r = NULL; };"));
+            RoundTrip("[Association] class A { [Key, Description(\"p\")] string p = \"x\\\"y\";"
+                      " B REF q; [Values {\"a\", NULL} : DisableOverride] uint8 r[3] = {1, 2};"
+                      " [Description(\"m\")] uint32 m([In] string Names[], A REF Self,"
+                      " object REF Other); boolean n(); };"
+                      "[Description(\"sub\")] class B : A { [Override(\"p\")] string p = NULL; };"
+                      "instance of A { p = \"1\"; r = NULL; };"));
 }
 
 TEST(TMofWriter, EveryTypeOfValueRoundTrips) {
@@ -135,7 +135,8 @@ TEST(TMofWriter, QualifiersAndFlavorsRoundTrip) {
       "Qualifier N : sint64 = -5, Scope(any), Flavor(DisableOverride, Restricted, ToInstance);"
       "Qualifier None : string, Scope();"
       "Qualifier R : real32[] = {1.5, NULL}, Scope(class);"
-      "[N(7) : EnableOverride Translatable, R {2.0}, Description(NULL), Abstract(false)] class T {};"
+      "[N(7) : EnableOverride Translatable, R {2.0}, Description(NULL), Abstract(false)] class T "
+      "{};"
       "[N, Description(\"x\") : DisableOverride] class U : T {};"
       "[Description(\"x\") : DisableOverride] class V : U {};");
 }
@@ -167,18 +168,20 @@ TEST(CompareNamespaces, SeesEveryDifference) {
     return b.ns ? Differences(*a.ns, *b.ns) : Lines{};
   };
   EXPECT_EQ(Lines{}, differences("uint8 p", "uint8 p"));
-  EXPECT_EQ((Lines{"A qualifier Description: first: string d flavor 11; second: string e flavor 11",
-                   "B qualifier Description: first: string d flavor 11 propagated; second: string e "
-                   "flavor 11 propagated"}),
-            differences("\"d\"", "\"e\""));
-  EXPECT_EQ((Lines{"A property p: first: uint8 1 from A; second: uint16 1 from A",
-                   "B property p: first: uint8 1 from A; second: uint16 1 from A",
-                   "instance A.k=1 property p: first: uint8 1 by default; second: uint16 1 by default"}),
-            [&] {
-              auto lines = differences("uint8 p", "uint16 p");
-              std::sort(lines.begin(), lines.end());
-              return lines;
-            }());
+  EXPECT_EQ(
+      (Lines{"A qualifier Description: first: string d flavor 11; second: string e flavor 11",
+             "B qualifier Description: first: string d flavor 11 propagated; second: string e "
+             "flavor 11 propagated"}),
+      differences("\"d\"", "\"e\""));
+  EXPECT_EQ(
+      (Lines{"A property p: first: uint8 1 from A; second: uint16 1 from A",
+             "B property p: first: uint8 1 from A; second: uint16 1 from A",
+             "instance A.k=1 property p: first: uint8 1 by default; second: uint16 1 by default"}),
+      [&] {
+        auto lines = differences("uint8 p", "uint16 p");
+        std::sort(lines.begin(), lines.end());
+        return lines;
+      }());
   EXPECT_EQ((Lines{"A method m parameter q: first: uint8 is NULL; second: string is NULL",
                    "B method m parameter q: first: uint8 is NULL; second: string is NULL"}),
             differences("uint8 q", "string q"));
@@ -187,7 +190,8 @@ TEST(CompareNamespaces, SeesEveryDifference) {
                    "B method m parameter q qualifier In: first: boolean TRUE flavor 2; second: "
                    "boolean FALSE flavor 2"}),
             differences("[In]", "[In(false)]"));
-  EXPECT_EQ((Lines{"first: instance A.k=1; second: instance A.k=2"}), differences("k = 1", "k = 2"));
+  EXPECT_EQ((Lines{"first: instance A.k=1; second: instance A.k=2"}),
+            differences("k = 1", "k = 2"));
   EXPECT_EQ((Lines{"first: class B; second: class C"}), differences("class B", "class C"));
 }
 
