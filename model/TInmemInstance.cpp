@@ -142,4 +142,6 @@ bool TInmemInstance::operator<(ICIMInstance& other) const {
   return m_class.owner_before(other.GetClass(TOptions()));
 }
 
+ICIMInstance& TInmemInstance::operator=(const ICIMInstance&) { return *this; }
+
 }  // namespace NORVHAV20

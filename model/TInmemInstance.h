@@ -28,47 +28,54 @@ namespace NORVHAV20 {
 class ICIMPropertyDecl;
 class TLinkIndex;
 
-class INMEM_API TInmemInstance final : public ICIMInstance,
-                                       public boost::enable_shared_from_this<TInmemInstance> {
+class HAV_TYPE TInmemInstance final : public ICIMInstance,
+                                      public boost::enable_shared_from_this<TInmemInstance> {
  public:
   using TCallback = TEnumCallback<ICIMInstance>;
 
   // What Validate checks: that no key is NULL; that the references of an association resolve.
-  static const int kValidateKeysNonNull = 1;
-  static const int kValidateReferences = 2;
+  INMEM_API static const int kValidateKeysNonNull = 1;
+  INMEM_API static const int kValidateReferences = 2;
 
   // `flags`: a set of the constants above. Throws 15 when `cls` is empty.
-  TInmemInstance(boost::shared_ptr<ICIMClass> cls, int flags);
-  ~TInmemInstance() override;
+  INMEM_API TInmemInstance(boost::shared_ptr<ICIMClass> cls, int flags);
+  INMEM_API ~TInmemInstance() override;
   TInmemInstance(const TInmemInstance&) = delete;
   TInmemInstance& operator=(const TInmemInstance&) = delete;
 
   // Throws 18, logged, for a NULL key; and what resolving a reference throws, logged when it
   // is 15.
-  void Validate(TOptions options) const override;
-  void AddToNamespace(TOptions options) override;
-  void ModifyInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) override;
-  void Delete(TOptions options) override;
-  TCIMReference GetReference(TOptions options) const override;
-  TCIMReference GetInstanceReference(TOptions options) override;
-  boost::shared_ptr<ICIMClass> GetClass(TOptions options) const override;
-  std::string GetPegasusNSPStr() const override;
-  void EnumerateAssociatedInstances(const TCallback& callback, const std::string& associationClass,
-                                    const std::string& resultClass, const std::string& role,
-                                    const std::string& resultRole, TOptions options) override;
-  void EnumerateAssociationInstances(const TCallback& callback, const std::string& resultClass,
-                                     const std::string& role, TOptions options) override;
-  boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name,
-                                              TOptions options) const override;
-  void SetPropertyValue(const std::string& name, const TCIMValue& value,
-                        TOptions options) override;
-  void EnumerateProperties(const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
-                           TOptions options) override;
-  TCIMValue InvokeMethod(const std::string& method, std::map<std::string, TCIMValue>& parameters,
-                         TOptions options) override;
-  bool operator==(ICIMInstance& other) const override;
-  bool operator<(ICIMInstance& other) const override;
-  ICIMInstance& operator=(const ICIMInstance&) override { return *this; }
+  INMEM_API void Validate(TOptions options) const override;
+  INMEM_API void AddToNamespace(TOptions options) override;
+  INMEM_API void ModifyInstance(boost::shared_ptr<ICIMInstance> instance,
+                                TOptions options) override;
+  INMEM_API void Delete(TOptions options) override;
+  INMEM_API TCIMReference GetReference(TOptions options) const override;
+  INMEM_API TCIMReference GetInstanceReference(TOptions options) override;
+  INMEM_API boost::shared_ptr<ICIMClass> GetClass(TOptions options) const override;
+  INMEM_API std::string GetPegasusNSPStr() const override;
+  INMEM_API void EnumerateAssociatedInstances(const TCallback& callback,
+                                              const std::string& associationClass,
+                                              const std::string& resultClass,
+                                              const std::string& role,
+                                              const std::string& resultRole,
+                                              TOptions options) override;
+  INMEM_API void EnumerateAssociationInstances(const TCallback& callback,
+                                               const std::string& resultClass,
+                                               const std::string& role, TOptions options) override;
+  INMEM_API boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name,
+                                                        TOptions options) const override;
+  INMEM_API void SetPropertyValue(const std::string& name, const TCIMValue& value,
+                                  TOptions options) override;
+  INMEM_API void EnumerateProperties(
+      const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback,
+      TOptions options) override;
+  INMEM_API TCIMValue InvokeMethod(const std::string& method,
+                                   std::map<std::string, TCIMValue>& parameters,
+                                   TOptions options) override;
+  INMEM_API bool operator==(ICIMInstance& other) const override;
+  INMEM_API bool operator<(ICIMInstance& other) const override;
+  INMEM_API ICIMInstance& operator=(const ICIMInstance& other) override;
 
   // The instance itself when it is of this make, else null.
   static TInmemInstance* Own(ICIMInstance& instance) noexcept {

@@ -53,6 +53,8 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   return *this;
 }
 
+ICIMNamespace& TInmemNamespace::operator=(ICIMNamespace&) { return *this; }
+
 TInmemNamespace::~TInmemNamespace() { ModelClock::SchemaChanged(); }
 
 void TInmemNamespace::Initialize() {

@@ -21,6 +21,16 @@
 #include "model/TClassCensus.h"
 
 namespace NORVHAV20 {
+class TInmemNamespace;
+}
+
+// The base belongs to what the plug-in exports, HostContractExports.cpp has its members.
+// Without this every source would have hidden ones of its own.
+#if !defined(_WIN32)
+extern template class INMEM_API boost::enable_shared_from_this<NORVHAV20::TInmemNamespace>;
+#endif
+
+namespace NORVHAV20 {
 
 class INMEM_API TInmemNamespace final
     : public ICIMNamespace,
@@ -69,7 +79,7 @@ class INMEM_API TInmemNamespace final
   void ExecuteQuery(const TEnumCallback<ICIMInstance>& callback, std::string& query,
                     const TEnumCallback<ICIMInstance>& changed, TOptions options) override;
   void ClearInstances() override;
-  ICIMNamespace& operator=(ICIMNamespace&) override { return *this; }
+  ICIMNamespace& operator=(ICIMNamespace& other) override;
 
  private:
   using TQualifierDecls =
