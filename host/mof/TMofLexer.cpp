@@ -281,7 +281,8 @@ std::string TMofLexer::StringValue(std::string_view token) {
         ReadEscape(token, at, character);
         AppendUtf8(value, character);
       } else {
-        const auto end = token.find_first_of("\"\\", at);
+        auto end = at;
+        while (token[end] != '"' && token[end] != '\\') ++end;
         value.append(token, at, end - at);
         at = end;
       }
