@@ -262,6 +262,23 @@ TEST(TInmemInstance, EnumeratePropertiesLeavesOutWhatTheCallbackDerives) {
   EXPECT_EQ(visited, 3);
 }
 
+TEST(TInmemInstance, EnumeratePropertiesOutlastsTheLossOfTheLastHoldOnTheInstance) {
+  Repository repository;
+  auto instance = Device(repository)->AllocateInstance({});
+  instance->SetPropertyValue("Name", TCIMValue(std::string(100, 'n')), {});
+  std::vector<TCIMValue> values;
+  instance.get()->EnumerateProperties(
+      [&](PropertyPtr slot) {
+        instance.reset();
+        values.push_back(slot->GetValue({}));
+        return true;
+      },
+      {});
+  EXPECT_EQ(values, (std::vector<TCIMValue>{TCIMValue::Null(kCIMBoolean),
+                                            TCIMValue(std::string(100, 'n')),
+                                            TCIMValue(std::uint32_t{10})}));
+}
+
 TEST(TInmemInstance, EqualsEveryInstanceOfItsClassWhateverTheirKeys) {
   Repository repository;
   auto device = Device(repository);

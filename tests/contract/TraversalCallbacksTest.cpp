@@ -126,6 +126,18 @@ TEST(TraversalCallbacks, TheCallbackMayClearTheNamespace) {
   EXPECT_EQ(References(model.s), Names{});
 }
 
+TEST(TraversalCallbacks, TheCallbackMayDropTheLastHoldOnTheInstance) {
+  ThreeLinks model;
+  int calls = 0;
+  const auto drop = [&](InstancePtr) {
+    if (model.s) model.s->Delete({});
+    model.s.reset();
+    return ++calls, true;
+  };
+  WalkReferences(InstancePtr(model.s.get(), [](ICIMInstance*) {}), drop);
+  EXPECT_GE(calls, 1);
+}
+
 TEST(TraversalCallbacks, TheCallbackMayDropTheLastHoldOnTheNamespace) {
   ThreeLinks model;
   int calls = 0;
