@@ -16,4 +16,13 @@ if(contract_sources)
   # What an object library depends on is not built for those that link it.
   add_dependencies(contract_loaded_tests inmem)
   hav_register_test(contract_loaded contract_loaded_tests)
+
+  # The table of rules names some tests that only Linux has.
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT HAV_SANITIZE)
+    find_program(HAV_PYTHON python3 REQUIRED)
+    add_test(NAME conformance_table
+             COMMAND ${HAV_PYTHON} ${PROJECT_SOURCE_DIR}/scripts/check-conformance
+                     ${PROJECT_SOURCE_DIR}/docs/conformance.md
+                     $<TARGET_FILE:contract_linked_tests> $<TARGET_FILE:contract_loaded_tests>)
+  endif()
 endif()
