@@ -34,7 +34,7 @@ std::optional<TCIMValue> QualifierValue(ICIMPropertyDecl& decl, const std::strin
 
 std::string_view TextOf(const TCIMValue& value) {
   if (value.IsNull() || value.GetType() != kCIMString) return {};
-  return static_cast<const std::string&>(value);
+  return static_cast<std::string_view>(value);
 }
 
 }  // namespace NORVHAV20

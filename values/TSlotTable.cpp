@@ -9,6 +9,17 @@
 
 namespace NORVHAV20 {
 
+namespace {
+
+constexpr std::size_t kBits = 32;
+
+// Of the bits that do not stand in the object itself.
+std::size_t BitsSize(std::size_t slots) {
+  return slots <= kBits ? 0 : (slots - 1) / kBits * sizeof(std::uint32_t);
+}
+
+}  // namespace
+
 static_assert(alignof(TSlotTable) >= alignof(TCIMValue) && sizeof(TSlotTable) % alignof(TCIMValue) == 0,
               "the values stand right behind the table");
 
@@ -19,14 +30,14 @@ boost::intrusive_ptr<TSlotTable> TSlotTable::Make(
 }
 
 void* TSlotTable::operator new(std::size_t size, std::size_t slots) {
-  return ::operator new(size + slots * sizeof(TCIMValue) + (slots + 7) / 8);
+  return ::operator new(size + slots * sizeof(TCIMValue) + BitsSize(slots));
 }
 
 TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout) noexcept
     : m_layout(std::move(layout)) {
   const std::size_t slots = m_layout->Size();
   for (std::size_t i = 0; i < slots; ++i) new (Values() + i) TCIMValue();
-  std::memset(static_cast<void*>(Values() + slots), 0, (slots + 7) / 8);
+  std::memset(static_cast<void*>(Values() + slots), 0, BitsSize(slots));
 }
 
 TSlotTable::~TSlotTable() {
@@ -37,18 +48,20 @@ TCIMValue* TSlotTable::Values() const noexcept {
   return reinterpret_cast<TCIMValue*>(const_cast<TSlotTable*>(this) + 1);
 }
 
-std::uint8_t& TSlotTable::AssignedBits(std::size_t index) const noexcept {
-  return reinterpret_cast<std::uint8_t*>(Values() + m_layout->Size())[index / 8];
+std::uint32_t& TSlotTable::AssignedBits(std::size_t index) noexcept {
+  if (index < kBits) return m_assigned;
+  return reinterpret_cast<std::uint32_t*>(Values() + m_layout->Size())[index / kBits - 1];
 }
 
 const TCIMValue* TSlotTable::Assigned(std::size_t index) const noexcept {
-  return (AssignedBits(index) >> (index % 8)) & 1 ? Values() + index : nullptr;
+  const std::uint32_t bits = const_cast<TSlotTable*>(this)->AssignedBits(index);
+  return (bits >> (index % kBits)) & 1 ? Values() + index : nullptr;
 }
 
 void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
   if (value.IsReference() || Values()[index].IsReference()) ModelClock::LinksChanged();
   Values()[index] = value;
-  AssignedBits(index) = static_cast<std::uint8_t>(AssignedBits(index) | (1U << (index % 8)));
+  AssignedBits(index) |= 1U << (index % kBits);
 }
 
 const TCIMValue* TSlotTable::Previous(std::size_t index) const noexcept {

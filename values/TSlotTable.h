@@ -48,10 +48,12 @@ class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
   static void* operator new(std::size_t size, std::size_t slots);
   static void operator delete(void* block, std::size_t) noexcept { ::operator delete(block); }
 
-  // Behind the object: a value for each slot, then a bit for each that is assigned.
+  // Behind the object: a value for each slot, then a bit for each beyond the first 32 that
+  // is assigned.
   TCIMValue* Values() const noexcept;
-  std::uint8_t& AssignedBits(std::size_t index) const noexcept;
+  std::uint32_t& AssignedBits(std::size_t index) noexcept;
 
+  std::uint32_t m_assigned = 0;  // in the padding behind the count of references
   boost::intrusive_ptr<const TSlotLayout> m_layout;
   std::unique_ptr<std::map<std::size_t, TCIMValue>> m_previous;
 };

@@ -153,7 +153,7 @@ void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces
     return;
   }
   switch (value.GetType()) {
-    case kCIMString: AppendQuoted(out, static_cast<const std::string&>(value)); break;
+    case kCIMString: AppendQuoted(out, static_cast<std::string_view>(value)); break;
     case kCIMReference: {
       const auto& reference = static_cast<const TCIMReference&>(value);
       AppendQuoted(out, withNamespaces ? reference.GetFullPath() : reference.GetPath());
@@ -172,7 +172,7 @@ void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces
 std::size_t KeyTextSize(const TCIMValue& value) {
   constexpr std::size_t kNumberSize = 32;
   if (value.IsNull() || value.GetType() != kCIMString) return kNumberSize;
-  return QuotedSize(static_cast<const std::string&>(value));
+  return QuotedSize(static_cast<std::string_view>(value));
 }
 
 }  // namespace NORVHAV20

@@ -49,8 +49,8 @@ TCIMValue::TCIMValue(char16_t value) noexcept : m_type(kCIMChar16), m_null(false
   m_content.bits = value;
 }
 
-TCIMValue::TCIMValue(std::string value) : m_type(kCIMString), m_null(false) {
-  m_content.shared = new TSharedText(std::move(value));
+TCIMValue::TCIMValue(const std::string& value) : m_type(kCIMString), m_null(false) {
+  m_content.shared = TSharedText::Make(value);
   m_shares = true;
 }
 
@@ -96,7 +96,7 @@ TCIMValue TCIMValue::NullReference(const boost::shared_ptr<ICIMClass>& reference
 
 void TCIMValue::Destroy(ECIMType type, TShared* shared) noexcept {
   switch (type) {
-    case kCIMString: delete static_cast<TSharedText*>(shared); break;
+    case kCIMString: TSharedText::Destroy(static_cast<TSharedText*>(shared)); break;
     case kCIMDateTime: delete static_cast<TSharedDateTime*>(shared); break;
     case kCIMReference: delete static_cast<TSharedReference*>(shared); break;
     default: delete static_cast<TSharedArray*>(shared);
@@ -167,9 +167,12 @@ TCIMValue::operator char16_t() const {
   Require(kCIMChar16);
   return static_cast<char16_t>(m_content.bits);
 }
-TCIMValue::operator const std::string&() const {
+TCIMValue::operator std::string() const {
+  return std::string(static_cast<std::string_view>(*this));
+}
+TCIMValue::operator std::string_view() const {
   Require(kCIMString);
-  return Shared<TSharedText>().value;
+  return Shared<TSharedText>().Text();
 }
 TCIMValue::operator const TCIMDateTime&() const {
   Require(kCIMDateTime);
@@ -215,7 +218,7 @@ int TCIMValue::Compare(const TCIMValue& a, const TCIMValue& b) {
     case kCIMSInt64: return CompareOf(a.m_content.integer, b.m_content.integer);
     case kCIMReal32: return CompareReals(a.m_content.real32, b.m_content.real32);
     case kCIMReal64: return CompareReals(a.m_content.real64, b.m_content.real64);
-    case kCIMString: return a.Shared<TSharedText>().value.compare(b.Shared<TSharedText>().value);
+    case kCIMString: return a.Shared<TSharedText>().Text().compare(b.Shared<TSharedText>().Text());
     case kCIMDateTime:
       return CompareOf(a.Shared<TSharedDateTime>().value, b.Shared<TSharedDateTime>().value);
     case kCIMReference:

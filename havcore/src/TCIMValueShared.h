@@ -2,7 +2,12 @@
 // itself. Immutable once made; private to TCIMValue.
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -12,9 +17,28 @@
 
 namespace NORVHAV20 {
 
+// The text stands right behind the object, in the same block: most values of most models are
+// short texts, and this is half of what a string object of its own takes.
 struct TCIMValue::TSharedText : TShared {
-  explicit TSharedText(std::string text) noexcept : value(std::move(text)) {}
-  const std::string value;
+  static TSharedText* Make(std::string_view text) {
+    if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+    void* block = ::operator new(sizeof(TSharedText) + text.size());
+    auto* made = new (block) TSharedText(static_cast<std::uint32_t>(text.size()));
+    std::copy(text.begin(), text.end(), reinterpret_cast<char*>(made + 1));
+    return made;
+  }
+  static void Destroy(TSharedText* text) noexcept {
+    text->~TSharedText();
+    ::operator delete(text);
+  }
+  std::string_view Text() const noexcept {
+    return {reinterpret_cast<const char*>(this + 1), length};
+  }
+
+ private:
+  explicit TSharedText(std::uint32_t size) noexcept : length(size) {}
+
+  const std::uint32_t length;
 };
 
 struct TCIMValue::TSharedDateTime : TShared {

@@ -41,7 +41,7 @@ void TCIMValue::AppendTo(std::string& out, int radix) const {
     case kCIMReal32: AppendReal(out, m_content.real32); break;
     case kCIMReal64: AppendReal(out, m_content.real64); break;
     case kCIMChar16: AppendChar16(out, static_cast<char16_t>(m_content.bits)); break;
-    case kCIMString: out += Shared<TSharedText>().value; break;
+    case kCIMString: out += Shared<TSharedText>().Text(); break;
     case kCIMDateTime: out += Shared<TSharedDateTime>().value.ToString(); break;
     case kCIMReference: out += Shared<TSharedReference>().value.GetFullPath(); break;
     default:

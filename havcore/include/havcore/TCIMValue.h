@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -57,7 +58,7 @@ class HAVCORE_API TCIMValue {
   TCIMValue(float value) noexcept;
   TCIMValue(double value) noexcept;
   TCIMValue(char16_t value) noexcept;
-  TCIMValue(std::string value);
+  TCIMValue(const std::string& value);
   TCIMValue(const char* value);  // a null pointer: NULL of type string
   TCIMValue(const TCIMDateTime& value);
   TCIMValue(const TCIMReference& value);
@@ -110,8 +111,9 @@ class HAVCORE_API TCIMValue {
   explicit operator float() const;
   explicit operator double() const;
   explicit operator char16_t() const;
+  explicit operator std::string() const;
   // These refer into the value, and are good until it is assigned to or destroyed.
-  explicit operator const std::string&() const;
+  explicit operator std::string_view() const;
   explicit operator const TCIMDateTime&() const;
   explicit operator const TCIMReference&() const;
   explicit operator const std::vector<TCIMValue>&() const;
