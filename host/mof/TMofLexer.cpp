@@ -170,13 +170,12 @@ TMofToken TMofLexer::ReadNumber() {
 
 TMofToken TMofLexer::ReadString() {
   const auto begin = m_at;
-  std::size_t end = begin;
-  bool sound = true;
-  do {
+  bool sound = ScanStringPiece();
+  auto end = m_at;
+  for (SkipBlanks(); Has(m_at) && m_text[m_at] == '"'; SkipBlanks()) {
     sound = ScanStringPiece() && sound;
     end = m_at;
-    SkipBlanks();
-  } while (Has(m_at) && m_text[m_at] == '"');
+  }
   return {sound ? TMofToken::EKind::kString : TMofToken::EKind::kBroken,
           static_cast<TMofOffset>(begin), m_text.substr(begin, end - begin)};
 }

@@ -247,9 +247,9 @@ boost::shared_ptr<ICIMPropertyDecl> TMofSchemaBuilder::AllocateReference(
   }
   if (!FindTarget(*cls.file, property.type.referenced, target)) return {};
   const auto name = std::string(property.name.text);
-  const auto decl = target && target->object
-                        ? cls.object->AllocateReferenceDecl(name, target->object, {})
-                        : cls.object->AllocatePropertyDecl(name, TCIMValue::NullReference({}), {});
+  auto decl = target && target->object
+                  ? cls.object->AllocateReferenceDecl(name, target->object, {})
+                  : cls.object->AllocatePropertyDecl(name, TCIMValue::NullReference({}), {});
   if (target && !target->object) m_openReferences.push_back({decl, target});
   if (property.defaultValue) m_referenceDefaults.push_back({cls.file, &property, decl});
   return decl;
