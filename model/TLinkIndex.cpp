@@ -3,9 +3,11 @@
 #include <limits>
 
 #include "havcore/ICIMClass.h"
+#include "havcore/ICIMNamespace.h"
 #include "havcore/ICIMPropertyDecl.h"
 #include "havcore/TCIMReference.h"
 #include "havcore/THAVException.h"
+#include "model/INamespaceRegistry.h"
 #include "model/TInmemClass.h"
 #include "model/TInmemInstance.h"
 #include "model/TInmemPropertyDecl.h"
@@ -21,8 +23,11 @@ std::size_t HashOf(const TInmemInstance* target) noexcept {
   return static_cast<std::size_t>((bits * 0x9E3779B97F4A7C15ULL) >> 20);
 }
 
-// A class of another make may resolve the same path to something else the next time.
-bool IsClassOurs(const TCIMValue& reference) {
+// A class or namespace of another make may resolve the same path to something else the next
+// time, without a clock having moved.
+bool IsResolvedByOurs(const TCIMValue& reference) {
+  const auto home = static_cast<const TCIMReference&>(reference).GetNamespace();
+  if (home && !dynamic_cast<const INamespaceRegistry*>(home.get())) return false;
   const auto cls = reference.GetReferencedClass();
   return !cls || dynamic_cast<const TInmemClass*>(cls.get());
 }
@@ -64,7 +69,7 @@ bool TLinkIndex::AddLinksOf(ICIMInstance& association) {
   for (std::size_t slot = 0; slot < own->SlotCount(); ++slot) {
     const TCIMValue& value = own->SlotHandle(slot).GetValue(TOptions());
     if (!value.IsReference()) continue;
-    if (m_links.size() >= kNone - 1 || !IsClassOurs(value)) return false;
+    if (m_links.size() >= kNone - 1 || !IsResolvedByOurs(value)) return false;
     if (!own->IsAssigned(slot) && !dynamic_cast<const TInmemPropertyDecl*>(&own->DeclAt(slot)))
       return false;
     TLink link{nullptr, position, kNone, static_cast<std::uint32_t>(slot), TLink::kNothing};
