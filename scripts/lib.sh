@@ -7,10 +7,10 @@ root=$PWD
 # Debian's names. Building and running:
 packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev libudev-dev
               libcli11-dev nlohmann-json3-dev)
-# The tests with GCC, on top of those:
-packages_test=(libgtest-dev python3)
-# The whole run, on top of both: Clang with its sanitizers, packages, and Windows.
-packages_full=(clang libclang-rt-14-dev dpkg-dev file fakeroot)
+# The tests with GCC, on top of those; Clang lays out the interfaces for both ABIs:
+packages_test=(libgtest-dev python3 clang)
+# The whole run, on top of both: Clang's sanitizers, packages, and Windows.
+packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)
 
 # What one checkout has compiled serves the others.

@@ -2,5 +2,5 @@
 hav_add_test(realmodel test_support havhost_mof plugin_linked inmem_objects GTest::gtest_main)
 if(TARGET realmodel_tests)
   target_compile_definitions(realmodel_tests PRIVATE
-    HAV_CIM_SCHEMA_FOLDER="${PROJECT_SOURCE_DIR}/../shared/cim-schema")
+    HAV_CIM_SCHEMA_FOLDER="${HAV_CIM_SCHEMA_FOLDER}")
 endif()

@@ -4,5 +4,5 @@ if(TARGET schema_tests)
   # The same plain way of making display text that the suite of values compares with.
   target_sources(schema_tests PRIVATE ${CMAKE_CURRENT_LIST_DIR}/../values/PlainDisplay.cpp)
   target_compile_definitions(schema_tests PRIVATE
-    HAV_CIM_SCHEMA_FOLDER="${PROJECT_SOURCE_DIR}/../shared/cim-schema")
+    HAV_CIM_SCHEMA_FOLDER="${HAV_CIM_SCHEMA_FOLDER}")
 endif()
