@@ -102,8 +102,8 @@ void TInmemClass::EnumerateAssociationClasses(const TEnumCallback<ICIMClass>& ca
 void TInmemClass::EnumerateAssociatedClasses(const TEnumCallback<ICIMClass>& callback,
                                              const std::string& associationClass,
                                              const std::string& resultClass,
-                                             const std::string& role,
-                                             const std::string& resultRole, TOptions) const {
+                                             const std::string& role, const std::string& resultRole,
+                                             TOptions) const {
   boost::shared_ptr<ICIMClass> wanted;
   if (!resultClass.empty() && !(wanted = FindClass(resultClass))) return;
   const CimName foldedRole(role);

@@ -115,8 +115,7 @@ std::uint32_t TLinkIndex::FirstTo(const TInmemInstance& target) const noexcept {
   return m_heads[head];
 }
 
-const TLinkIndex::TLink* TLinkIndex::Find(std::uint32_t position,
-                                          std::size_t slot) const noexcept {
+const TLinkIndex::TLink* TLinkIndex::Find(std::uint32_t position, std::size_t slot) const noexcept {
   for (std::uint32_t link = m_first[position]; link < m_first[position + 1]; ++link)
     if (m_links[link].slot == slot) return &m_links[link];
   return nullptr;

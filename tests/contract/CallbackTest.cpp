@@ -105,7 +105,9 @@ const Walk kWalks[] = {
        m.edge->EnumerateReferenceDecls(Reading<ICIMPropertyDecl>(v), {});
      }},
     {"MethodDecls",
-     [](Model& m, const Visit& v) { m.edge->EnumerateMethodDecls(Reading<ICIMMethodDecl>(v), {}); }},
+     [](Model& m, const Visit& v) {
+       m.edge->EnumerateMethodDecls(Reading<ICIMMethodDecl>(v), {});
+     }},
     {"Keys",
      [](Model& m, const Visit& v) {
        m.edge->EnumerateKeyNames(

@@ -63,8 +63,8 @@ TEST(CimName, IgnoresCaseOfQualifierDeclarations) {
 
 TEST(CimName, IgnoresCaseOfDeclarations) {
   Repository repository;
-  auto cls = repository.Association("Link", "Left", repository.Class("A"), "Right",
-                                    repository.Class("B"));
+  auto cls =
+      repository.Association("Link", "Left", repository.Class("A"), "Right", repository.Class("B"));
   auto method = cls->AllocateMethodDecl("Reset", kCIMUInt32, {});
   auto parameter = method->AllocateParameter("Force", TCIMValue(false), {});
   method->AddToClass({});
@@ -107,8 +107,8 @@ TEST(CimName, IsRefusedByTheLookUpsOfDeclarations) {
   EXPECT_STATUS(25, method->GetQualifier("3", {}));
   EXPECT_STATUS(25, method->GetParameter("4", {}));
   EXPECT_STATUS(25, parameter->GetQualifier("5", {}));
-  EXPECT_EQ(repository.TakeLog(), (LogLines{Invalid("1"), Invalid("2"), Invalid("3"),
-                                            Invalid("4"), Invalid("5")}));
+  EXPECT_EQ(repository.TakeLog(),
+            (LogLines{Invalid("1"), Invalid("2"), Invalid("3"), Invalid("4"), Invalid("5")}));
 }
 
 TEST(CimName, OfAPropertyIsCheckedWhenItIsAddedToItsClass) {
@@ -139,9 +139,9 @@ TEST(CimName, OfAParameterIsCheckedWhenItIsAllocated) {
 
 TEST(CimName, OfAQualifierDeclarationIsCheckedWhenItIsAllocated) {
   LoggedRepository repository;
-  EXPECT_STATUS(25, repository.ns->AllocateQualifierDecl(
-                        "Not-A-Name", TCIMValue(true), ICIMQualifierDecl::kScopeAny,
-                        ICIMQualifierDecl::kFlavorNone, {}));
+  EXPECT_STATUS(25, repository.ns->AllocateQualifierDecl("Not-A-Name", TCIMValue(true),
+                                                         ICIMQualifierDecl::kScopeAny,
+                                                         ICIMQualifierDecl::kFlavorNone, {}));
   EXPECT_EQ(repository.TakeLog(), LogLines{Invalid("Not-A-Name")});
   EXPECT_EQ(QualifierDeclNames(repository.ns), Names{});
 }

@@ -197,7 +197,8 @@ TEST_F(RepeatedInheritance, RefreshesAPropagatedQualifier) {
 }
 
 TEST_F(RepeatedInheritance, RefreshesAReplacedDeclaration) {
-  auto replacement = repository.Property(base, "Name", TCIMValue("new"), {{"Key", TCIMValue(true)}});
+  auto replacement =
+      repository.Property(base, "Name", TCIMValue("new"), {{"Key", TCIMValue(true)}});
   Repeat();
   EXPECT_EQ(sub->GetPropertyDecl("Name", {}), replacement);
 }
@@ -225,8 +226,8 @@ TEST_F(RepeatedInheritance, KeepsTheClassesOwnDeclarations) {
 }
 
 TEST_F(RepeatedInheritance, KeepsTheClassesOwnOverrides) {
-  auto own = repository.Property(sub, "Name", TCIMValue("mine"), {{"Override", TCIMValue("Name")},
-                                                                  {"Key", TCIMValue(true)}});
+  auto own = repository.Property(sub, "Name", TCIMValue("mine"),
+                                 {{"Override", TCIMValue("Name")}, {"Key", TCIMValue(true)}});
   Repeat();
   EXPECT_EQ(sub->GetPropertyDecl("Name", {}), own);
   EXPECT_EQ(own->GetClass({}), sub);

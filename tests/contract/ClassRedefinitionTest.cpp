@@ -182,8 +182,8 @@ TEST(ClassRedefinitionRefused, AssociationThatWasNotRegisteredBlocksNoClass) {
   LoggedRepository repository(true);
   auto b = repository.Class("B");
   auto first = repository.Allocate("ORVSG_PhysicalNetworkPort", {}, kAbstract);
-  auto second = repository.Allocate("ORVSG_PhysicalNetworkPort", {},
-                                   {{"Association", TCIMValue(true)}});
+  auto second =
+      repository.Allocate("ORVSG_PhysicalNetworkPort", {}, {{"Association", TCIMValue(true)}});
   repository.Reference(second, "End", b, {{"Key", TCIMValue(true)}});
   first->AddToNamespace({});
   second->AddToNamespace({});

@@ -71,9 +71,7 @@ TEST_F(DeepHierarchyWalk, FindsTheAssociationsOfTheTopFromTheBottom) {
 }
 
 TEST_F(DeepHierarchyWalk, RefusesToCloseTheCircle) {
-  OnSmallStack([&] {
-    EXPECT_STATUS(16, deep->bottom->AddSubclass(deep->top, {}));
-  });
+  OnSmallStack([&] { EXPECT_STATUS(16, deep->bottom->AddSubclass(deep->top, {})); });
 }
 
 TEST(DeepHierarchyEnd, ComesWhenItsNamespaceGoes) {

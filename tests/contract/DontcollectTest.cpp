@@ -90,8 +90,8 @@ TEST_F(Dontcollect, OfAClassDoesNotReachItsDeclarations) {
   auto property = cls->AllocatePropertyDecl("P", TCIMValue(true), {});
   auto decl = repository.Declaration("Version", TCIMValue(""));
   property->AllocateQualifier(decl, TCIMValue("1"), Decl::kFlavorNone, TOptions());
-  EXPECT_STATUS(28, property->AllocateQualifier(decl, TCIMValue("2"), Decl::kFlavorNone,
-                                                TOptions()));
+  EXPECT_STATUS(28,
+                property->AllocateQualifier(decl, TCIMValue("2"), Decl::kFlavorNone, TOptions()));
 }
 
 }  // namespace

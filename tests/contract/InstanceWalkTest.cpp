@@ -40,9 +40,8 @@ TEST_F(InstanceWalk, VisitsTheClassesOwnInTheOrderOfTheirPaths) {
 }
 
 TEST_F(InstanceWalk, VisitsDeeplyEachSubclassTreeInTheOrderOfRegistration) {
-  EXPECT_EQ(Walk(base, true),
-            (Names{"Base.Name=\"10\"", "Base.Name=\"2\"", "Zebra.Name=\"1\"", "Foal.Name=\"0\"",
-                   "Apple.Name=\"3\""}));
+  EXPECT_EQ(Walk(base, true), (Names{"Base.Name=\"10\"", "Base.Name=\"2\"", "Zebra.Name=\"1\"",
+                                     "Foal.Name=\"0\"", "Apple.Name=\"3\""}));
 }
 
 TEST_F(InstanceWalk, FromTheRootClassVisitsAll) {

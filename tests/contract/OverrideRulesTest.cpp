@@ -56,9 +56,9 @@ TEST_F(PropertyOverride, NewNameIsDeclared) {
 
 TEST_F(PropertyOverride, ReferenceInAClassThatIsNoAssociationIsRefused) {
   EXPECT_STATUS(22, Declare(Sub(), "End", TCIMValue::NullReference(base)));
-  EXPECT_EQ(repository.TakeLog(),
-            LogLines{Error(
-                "Inmem: Attempt to add reference property End to non-association class Sub")});
+  EXPECT_EQ(
+      repository.TakeLog(),
+      LogLines{Error("Inmem: Attempt to add reference property End to non-association class Sub")});
   EXPECT_EQ(PropertyNames(sub), Names{});
   EXPECT_EQ(ReferenceNames(sub), Names{});
 }
@@ -88,8 +88,7 @@ TEST_F(PropertyOverride, WithOverrideReplacesTheInheritedOne) {
 
 TEST_F(PropertyOverride, OnlyThePresenceOfTheQualifierMatters) {
   Declare(base, "Size", TCIMValue(true));
-  auto own = Declare(Sub(), "Size", TCIMValue(false),
-                     {{"OVERRIDE", TCIMValue::Null(kCIMString)}});
+  auto own = Declare(Sub(), "Size", TCIMValue(false), {{"OVERRIDE", TCIMValue::Null(kCIMString)}});
   EXPECT_EQ(sub->GetPropertyDecl("Size", {}), own);
 }
 
@@ -360,10 +359,9 @@ TEST_F(MethodOverride, FailureToReadTheOverrideQualifierIsLoggedAndThrownOn) {
   decl->qualifiers.FailsWith("OVERRIDE", 31);
   EXPECT_STATUS(31, sub->AddMethodDecl(decl, {}));
   EXPECT_EQ(MethodNames(sub), Names{});
-  EXPECT_EQ(
-      repository.TakeLog(),
-      LogLines{
-          Error("Inmem: Attempt define method Reset in class Subfailed. Reason = " + Text(31))});
+  EXPECT_EQ(repository.TakeLog(),
+            LogLines{Error("Inmem: Attempt define method Reset in class Subfailed. Reason = " +
+                           Text(31))});
 }
 
 TEST_F(MethodOverride, ExceptionOfAnotherKindPassesThroughAndNothingIsDeclared) {

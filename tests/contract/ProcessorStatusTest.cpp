@@ -228,10 +228,9 @@ TEST_F(ProcessorStatus, WithALevelThatCannotBeWrittenLeavesTheInstanceOut) {
   switches.Set(1, 1, 1);
   EXPECT_EQ(Walk(cls), Names{});
   EXPECT_EQ(Levels(cpu), (std::vector<TCIMValue>{kOn, TCIMValue("text"), kUnset}));
-  EXPECT_EQ(
-      repository.TakeLog(),
-      (LogLines{Status("1"),
-                Error("Inmem: SetValue: decl is type string but value is type boolean")}));
+  EXPECT_EQ(repository.TakeLog(),
+            (LogLines{Status("1"),
+                      Error("Inmem: SetValue: decl is type string but value is type boolean")}));
 }
 
 TEST_F(ProcessorStatus, NeedsOnlyTheLevelsWhoseSwitchIsKnown) {

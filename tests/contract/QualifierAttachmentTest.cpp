@@ -40,8 +40,8 @@ class QualifierAttachment : public testing::TestWithParam<Kind> {
 
   QualifierPtr Attach(const std::string& value, Decl::EFlavor flavor,
                       const std::string& name = "Version") {
-    return element->AllocateQualifier(repository.Declaration(name, TCIMValue("")),
-                                      TCIMValue(value), flavor, TOptions());
+    return element->AllocateQualifier(repository.Declaration(name, TCIMValue("")), TCIMValue(value),
+                                      flavor, TOptions());
   }
   // A qualifier that stands on another element.
   QualifierPtr Elsewhere(const std::string& value, Decl::EFlavor flavor) {
@@ -102,9 +102,9 @@ TEST_P(QualifierAttachment, RefusesAnotherValueAndLogsNothing) {
 
 TEST_P(QualifierAttachment, RefusesAValueOfAnotherType) {
   Attach("1", Decl::kFlavorNone);
-  EXPECT_STATUS(28, element->AllocateQualifier(repository.Declaration("Version"),
-                                               TCIMValue(std::uint8_t{1}), Decl::kFlavorNone,
-                                               TOptions()));
+  EXPECT_STATUS(
+      28, element->AllocateQualifier(repository.Declaration("Version"), TCIMValue(std::uint8_t{1}),
+                                     Decl::kFlavorNone, TOptions()));
 }
 
 TEST_P(QualifierAttachment, AddsAQualifierToItsOwnElement) {
@@ -131,8 +131,7 @@ TEST_P(QualifierAttachment, RefusesAnEmptyQualifierPointer) {
 
 TEST_P(QualifierAttachment, RefusesAnEmptyDeclarationPointer) {
   EXPECT_STATUS(15, element->AllocateQualifier({}, TCIMValue("1"), TOptions()));
-  EXPECT_STATUS(15,
-                element->AllocateQualifier({}, TCIMValue("1"), Decl::kFlavorNone, TOptions()));
+  EXPECT_STATUS(15, element->AllocateQualifier({}, TCIMValue("1"), Decl::kFlavorNone, TOptions()));
   EXPECT_EQ(QualifierNames(element), Names{});
   EXPECT_EQ(repository.TakeLog(), kNothingLogged);
 }

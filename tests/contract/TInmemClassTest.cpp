@@ -11,9 +11,7 @@ namespace {
 
 const TOptions kAnyOptions = {{"ProvNSP", TCIMValue("elsewhere")}};
 
-LogLine NoKeys(const std::string& name) {
-  return Error("Inmem: Class " + name + " has no keys");
-}
+LogLine NoKeys(const std::string& name) { return Error("Inmem: Class " + name + " has no keys"); }
 
 TEST(TInmemClass, AnswersItsNameAsGiven) {
   Repository repository;
@@ -279,14 +277,13 @@ void WalkAll(const ClassPtr& cls, Callback callback) {
 
 // An association with two of everything: 2 references, which are properties, and so on.
 ClassPtr ClassWithTwoOfAll(const Repository& repository) {
-  auto cls = repository.Allocate("Pair", {}, {{"Association", TCIMValue(true)},
-                                              {"Version", TCIMValue("1")}});
+  auto cls = repository.Allocate("Pair", {},
+                                 {{"Association", TCIMValue(true)}, {"Version", TCIMValue("1")}});
   for (const char* name : {"A", "B"}) {
     repository.Reference(cls, name, cls);
     cls->AllocateMethodDecl(name, kCIMUInt32, {})->AddToClass({});
   }
-  for (const char* name : {"Sub1", "Sub2"})
-    cls->AddSubclass(repository.Allocate(name, cls), {});
+  for (const char* name : {"Sub1", "Sub2"}) cls->AddSubclass(repository.Allocate(name, cls), {});
   return cls;
 }
 

@@ -253,8 +253,7 @@ TEST(TInmemNamespace, ClearingReleasesInstancesAndTellsNone) {
   LoggedRepository repository;
   auto cls = repository.Class("A");
   auto held = repository.Instance(cls, {{"Name", TCIMValue("1")}});
-  boost::weak_ptr<ICIMInstance> released =
-      repository.Instance(cls, {{"Name", TCIMValue("2")}});
+  boost::weak_ptr<ICIMInstance> released = repository.Instance(cls, {{"Name", TCIMValue("2")}});
   repository.ns->ClearInstances();
   EXPECT_TRUE(released.expired());
   EXPECT_EQ(ValueOf(held, "Name"), TCIMValue("1"));

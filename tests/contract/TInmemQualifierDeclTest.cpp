@@ -73,8 +73,8 @@ TEST(TInmemQualifierDecl, TakesItsOwnDefaultValueAgain) {
 
 TEST(TInmemQualifierDecl, AddingAndRemovingTheSameFlavorRestoresIt) {
   Repository repository;
-  auto decl = Declare(repository, "Any", TCIMValue(true), Decl::kScopeAny,
-                      Decl::kFlavorOverridable);
+  auto decl =
+      Declare(repository, "Any", TCIMValue(true), Decl::kScopeAny, Decl::kFlavorOverridable);
   decl->AddFlavor(Decl::kFlavorToSubclass | Decl::kFlavorTranslatable, {});
   EXPECT_EQ(static_cast<unsigned>(decl->GetFlavor({})), 11u);
   decl->RemoveFlavor(Decl::kFlavorToSubclass | Decl::kFlavorTranslatable, {});
@@ -83,8 +83,8 @@ TEST(TInmemQualifierDecl, AddingAndRemovingTheSameFlavorRestoresIt) {
 
 TEST(TInmemQualifierDecl, RemovingFlavorNeverSetChangesNothing) {
   Repository repository;
-  auto decl = Declare(repository, "Any", TCIMValue(true), Decl::kScopeAny,
-                      Decl::kFlavorOverridable);
+  auto decl =
+      Declare(repository, "Any", TCIMValue(true), Decl::kScopeAny, Decl::kFlavorOverridable);
   decl->RemoveFlavor(Decl::kFlavorToInstance, {});
   EXPECT_EQ(decl->GetFlavor({}), Decl::kFlavorOverridable);
   decl->RemoveFlavor(Decl::kFlavorNone, {});

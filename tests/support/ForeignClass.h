@@ -115,8 +115,7 @@ class ForeignClass : public ICIMClass {
   MethodDeclPtr AllocateMethodDecl(const std::string&, TCIMValue::TCIMType, TOptions) override {
     NotForTheRepository();
   }
-  TCIMValue InvokeMethod(const std::string&, std::map<std::string, TCIMValue>&,
-                         TOptions) override {
+  TCIMValue InvokeMethod(const std::string&, std::map<std::string, TCIMValue>&, TOptions) override {
     NotForTheRepository();
   }
   void SetHostMarked(TOptions) override { NotForTheRepository(); }

@@ -24,8 +24,7 @@ inline void OnSmallStack(const std::function<void()>& body) {
   };
   if (pthread_attr_init(&attributes) != 0 ||
       pthread_attr_setstacksize(&attributes, kStackBytes) != 0 ||
-      pthread_create(&thread, &attributes, run,
-                     const_cast<std::function<void()>*>(&body)) != 0 ||
+      pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&body)) != 0 ||
       pthread_join(thread, nullptr) != 0)
     throw std::runtime_error("no thread with a small stack");
   pthread_attr_destroy(&attributes);

@@ -69,9 +69,8 @@ inline Names Sorted(Names names) {
 }
 inline Names AssociationNames(const ClassPtr& cls, const std::string& resultClass = "",
                               const std::string& role = "") {
-  return Sorted(NamesOf<ICIMClass>([&](auto callback) {
-    cls->EnumerateAssociationClasses(callback, resultClass, role, {});
-  }));
+  return Sorted(NamesOf<ICIMClass>(
+      [&](auto callback) { cls->EnumerateAssociationClasses(callback, resultClass, role, {}); }));
 }
 
 // The four filters of the query for the classes at the other ends; empty matches all.
