@@ -8,6 +8,10 @@
 #include "abi/SlotCalls.h"
 
 namespace havtest {
+
+// How a failure names the table.
+void PrintTo(const TSlotTable& table, std::ostream* out) { *out << table.name; }
+
 namespace {
 
 // The table of slots is written in these terms.

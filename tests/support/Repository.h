@@ -37,6 +37,7 @@ class Repository {
  public:
   explicit Repository(bool redefinitionAllowed = false)
       : ns(NewNamespace(redefinitionAllowed)) {}
+  explicit Repository(NamespacePtr existing) : ns(std::move(existing)) {}
 
   // The declaration of a qualifier; made on first use from the type of `example`, with no
   // default, any scope, and overridable and propagating to subclasses.

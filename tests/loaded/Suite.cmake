@@ -1,0 +1,17 @@
+# The plug-in's life as a library: loaded, used, unloaded, and beside others.
+file(GLOB loaded_sources CONFIGURE_DEPENDS loaded/*.cpp loaded/*.h)
+add_executable(loaded_tests ${loaded_sources})
+hav_test_target(loaded_tests test_support ${CMAKE_DL_LIBS} GTest::gtest_main)
+
+add_library(plugin_other MODULE loaded/plugins/OtherPlugin.cpp)
+hav_test_target(plugin_other hav::core)
+target_compile_definitions(loaded_tests PRIVATE
+  INMEM_LIBRARY="$<TARGET_FILE:inmem>"
+  OTHER_LIBRARY="$<TARGET_FILE:plugin_other>")
+add_dependencies(loaded_tests inmem plugin_other)
+
+hav_register_test(loaded loaded_tests)
+if(HAV_SANITIZE)
+  # Freed memory that is kept back to find its late users would count as growth.
+  set_property(TEST loaded APPEND_STRING PROPERTY ENVIRONMENT ";ASAN_OPTIONS=quarantine_size_mb=1")
+endif()
