@@ -33,7 +33,7 @@ if(NOT CMAKE_CROSSCOMPILING AND NOT HAV_SANITIZE)
   find_program(HAV_CLANG NAMES clang++ clang++-19 clang++-18 clang++-17 clang++-16 clang++-15
                clang++-14)
   add_test(NAME abi_layout COMMAND Python3::Interpreter
-    ${CMAKE_CURRENT_SOURCE_DIR}/abi/check_layout.py ${HAV_CLANG}
+    ${CMAKE_CURRENT_SOURCE_DIR}/abi/check_layout.py "$<$<BOOL:${HAV_CLANG}>:${HAV_CLANG}>"
     ${PROJECT_SOURCE_DIR}/havcore/include)
   set_tests_properties(abi_layout PROPERTIES TIMEOUT 600)
 endif()

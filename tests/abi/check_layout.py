@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares what the compiler lays out with the committed tables, for both ABIs.
 
-  check_layout CLANG INCLUDE_FOLDER
+  check_layout CLANG INCLUDE_FOLDER     CLANG may be empty: then the check is skipped
 
 slots.txt holds the virtual tables of the interfaces, types.txt the sizes and offsets of the
 types that cross library borders. Clang prints both for any target. For the MSVC ABI no
@@ -184,6 +184,12 @@ def main(arguments):
         print(__doc__, file=sys.stderr)
         return 2
     clang, include = arguments[0], pathlib.Path(arguments[1])
+    if not clang:
+        # As GoogleTest says it, so that it is counted among the skips.
+        print("[ RUN      ] AbiLayout.SlotsAndTypes\n"
+              "there is no clang++ on this machine\n"
+              "[  SKIPPED ] AbiLayout.SlotsAndTypes (0 ms)")
+        return 0
     listed = slot_table.read(HERE / "slots.txt")
     slot_count = sum(map(len, listed.values()))
     wrong = 0
