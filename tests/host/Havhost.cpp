@@ -93,12 +93,13 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::string TemporaryFolder::Path(const std::string& name) const {
-  return (m_path / name).u8string();
+  return (m_path / std::filesystem::u8path(name)).u8string();
 }
 
 std::string TemporaryFolder::File(const std::string& name, const std::string& text) const {
-  std::filesystem::create_directories((m_path / name).parent_path());
-  std::ofstream file(m_path / name, std::ios::binary);
+  const auto path = m_path / std::filesystem::u8path(name);
+  std::filesystem::create_directories(path.parent_path());
+  std::ofstream file(path, std::ios::binary);
   file << text;
   if (!file.flush()) throw std::runtime_error("cannot write " + name);
   return Path(name);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "host/Havhost.h"
 
@@ -18,7 +19,9 @@ namespace {
 
 #if defined(_WIN32)
 // cmd takes the first and the last quotation mark away.
-int System(const std::string& command) { return std::system(("\"" + command + "\"").c_str()); }
+int System(const std::string& command) {
+  return ::_wsystem(std::filesystem::u8path("\"" + command + "\"").wstring().c_str());
+}
 int ExitStatus(int result) { return result; }
 #else
 int System(const std::string& command) { return std::system(command.c_str()); }
@@ -102,7 +105,8 @@ pid_t Start(const std::vector<std::string>& arguments, int& reader) {
 TEST(Process, ReaderThatHasSeenEnoughIsNoFailure) {
   const TemporaryFolder folder;
   std::string mof;
-  for (int i = 0; i < 6000; ++i) mof += "class T_Quite_A_Long_Name_" + std::to_string(i) + " { };\n";
+  for (int i = 0; i < 6000; ++i)
+    mof += "class T_Quite_A_Long_Name_" + std::to_string(i) + " { };\n";
   int reader = -1;
   const auto child = Start({"classes", "--mof", folder.File("many.mof", mof)}, reader);
   ASSERT_GT(child, 0);
