@@ -10,7 +10,7 @@ packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev 
 # The tests with GCC, on top of those; Clang lays out the interfaces for both ABIs:
 packages_test=(libgtest-dev python3 clang)
 # The whole run, on top of both: Clang's sanitizers, packages, and Windows.
-packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot)
+packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot valgrind)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)
 
 # What one checkout has compiled serves the others.
