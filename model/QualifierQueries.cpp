@@ -4,17 +4,18 @@
 #include "havcore/THAVException.h"
 #include "model/TInmemPropertyDecl.h"
 #include "model/TInmemQualifier.h"
+#include "values/IQualifierFinder.h"
 
 namespace NORVHAV20 {
 
 namespace {
 
-boost::shared_ptr<ICIMQualifier> FindKey(ICIMPropertyDecl& decl) {
-  // Our own declarations are asked without an exception for the usual answer.
-  if (const auto* own = dynamic_cast<const TInmemPropertyDecl*>(&decl))
-    return own->Qualifiers().FindFolded("key");
+// Declarations of our own are asked without an exception for the usual answer.
+boost::shared_ptr<ICIMQualifier> FindOrNull(ICIMNamedElement& element, const std::string& name) {
+  if (const auto* finder = dynamic_cast<const IQualifierFinder*>(&element))
+    return finder->FindOrNull(name);
   try {
-    return decl.GetQualifier("KEY", TOptions());
+    return element.GetQualifier(name, TOptions());
   } catch (const THAVException& failure) {
     if (failure.GetStatusCode() != kHAVNotFound) throw THAVException(failure.GetStatus());
     return {};
@@ -23,8 +24,12 @@ boost::shared_ptr<ICIMQualifier> FindKey(ICIMPropertyDecl& decl) {
 
 }  // namespace
 
+bool HasQualifier(ICIMNamedElement& element, const std::string& name) {
+  return FindOrNull(element, name) != nullptr;
+}
+
 bool IsKey(ICIMPropertyDecl& decl) {
-  const auto key = FindKey(decl);
+  const auto key = FindOrNull(decl, "KEY");
   if (!key) return false;
   const TCIMValue& value = key->GetValue(TOptions());
   return !value.IsNull() && static_cast<bool>(value);

@@ -4,11 +4,16 @@
 //         answer here; every other status that it throws is thrown on.
 #pragma once
 
+#include <string>
+
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/ICIMPropertyDecl.h"
 
 namespace NORVHAV20 {
+
+// Returns true when the element has a qualifier of the name.
+bool HasQualifier(ICIMNamedElement& element, const std::string& name);
 
 // Returns true when the property has the qualifier "KEY" with a value that is true.
 bool IsKey(ICIMPropertyDecl& decl);

@@ -56,7 +56,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // Returns the instance stored under the path, empty when there is none.
   boost::shared_ptr<ICIMInstance> FindInstance(const TCIMReference& path) const;
   // Empties the instance store; the instances are not told.
-  void ClearInstances();
+  void ClearInstances() noexcept;
 
   // Drops the instances and the association set. Throws nothing.
   void BreakCircles() noexcept;
@@ -221,6 +221,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // Where this class, an association, registered itself.
   std::vector<boost::weak_ptr<ICIMClass>> m_registeredWith;
   TInstanceStore m_instances;
+  // Shares the instances, so it goes when one of them does.
   mutable boost::shared_ptr<const TLinkIndex> m_links;
   // The clocks when the links were last asked for and not there.
   mutable std::uint64_t m_linksAskedSchema = 0;

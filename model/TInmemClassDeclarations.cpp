@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "havcore/THAVException.h"
+#include "model/QualifierQueries.h"
 #include "model/TInmemClass.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
@@ -14,10 +15,6 @@ namespace {
 
 bool Holds(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
-}
-
-bool HasQualifier(ICIMNamedElement& decl, const char* name) {
-  return decl.GetQualifier(name, TOptions()) != nullptr;
 }
 
 // Throws what forbids `decl` to override `existing`, empty when the class has none. What it
@@ -54,21 +51,21 @@ bool ReplacesWithoutOverride(ICIMPropertyDecl& decl) {
 bool IsPropertyDeclared(ICIMPropertyDecl& decl, const std::string& key,
                         const boost::shared_ptr<ICIMPropertyDecl>& existing,
                         const ICIMClass& cls) {
+  const auto withoutOverride = [&] { return !existing || ReplacesWithoutOverride(decl); };
   try {
-    if (!HasQualifier(decl, "OVERRIDE")) Throw(kHAVNotFound);
+    if (!HasQualifier(decl, "OVERRIDE")) return withoutOverride();
     if (!existing && Holds(key, "porttype")) return true;
     RequireOverridable("property", decl, existing, cls.GetName(TOptions()));
     // The first definition in a class wins.
     return existing->GetClass(TOptions()).get() != &cls;
   } catch (const THAVException& failure) {
-    if (failure.GetStatusCode() != kHAVNotFound) return false;
-    return !existing || ReplacesWithoutOverride(decl);
+    return failure.GetStatusCode() == kHAVNotFound && withoutOverride();
   }
 }
 
-void RequireMethodOverridable(ICIMMethodDecl& decl, const boost::shared_ptr<ICIMMethodDecl>& existing,
+void RequireMethodOverridable(ICIMMethodDecl& decl,
+                              const boost::shared_ptr<ICIMMethodDecl>& existing,
                               const ICIMClass& cls) {
-  if (!HasQualifier(decl, "OVERRIDE")) Throw(kHAVNotFound);
   RequireOverridable("method", decl, existing, cls.GetName(TOptions()));
   if (existing->GetClass(TOptions()).get() != &cls) return;
   LogError("Inmem: Attempt to override method " + decl.GetName(TOptions()) + " in class " +
@@ -79,16 +76,15 @@ void RequireMethodOverridable(ICIMMethodDecl& decl, const boost::shared_ptr<ICIM
 void RequireMethodDeclared(ICIMMethodDecl& decl, const boost::shared_ptr<ICIMMethodDecl>& existing,
                            const ICIMClass& cls) {
   try {
-    RequireMethodOverridable(decl, existing, cls);
+    if (HasQualifier(decl, "OVERRIDE")) return RequireMethodOverridable(decl, existing, cls);
   } catch (const THAVException& failure) {
-    if (failure.GetStatusCode() == kHAVNotFound) {
-      if (existing) Throw(kHAVAlreadyDefined);
-      return;
+    if (failure.GetStatusCode() != kHAVNotFound) {
+      LogError("Inmem: Attempt define method " + decl.GetName(TOptions()) + " in class " +
+               cls.GetName(TOptions()) + "failed. Reason = " + failure.what());
+      throw;
     }
-    LogError("Inmem: Attempt define method " + decl.GetName(TOptions()) + " in class " +
-             cls.GetName(TOptions()) + "failed. Reason = " + failure.what());
-    throw;
   }
+  if (existing) Throw(kHAVAlreadyDefined);
 }
 
 template <class Table>

@@ -55,12 +55,16 @@ boost::shared_ptr<ICIMInstance> TInmemClass::AllocateInstance(TOptions) {
 void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
   Require(instance);
   Require(m_census.lock());
+  const auto self = Self();  // the last owner may be the instance that is replaced
   m_instances.Add(instance->GetReference(TOptions()).GetPath(), instance);
+  m_links.reset();
 }
 
 void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
   Require(instance);
+  const auto self = Self();
   m_instances.Remove(instance->GetReference(TOptions()).GetPath(), *instance);
+  m_links.reset();
 }
 
 boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& path) const {
@@ -73,7 +77,8 @@ boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& p
   return m_instances.Find(bound.GetPath());
 }
 
-void TInmemClass::ClearInstances() {
+void TInmemClass::ClearInstances() noexcept {
+  const auto links = std::move(m_links);
   TInstanceStore released;
   released.Swap(m_instances);
 }

@@ -103,7 +103,9 @@ TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>&
   links.displaced = displaced;
   links.superclass =
       displaced ? displaced->GetSuperClass(TOptions()) : GetSuperClass(TOptions());
-  RefuseCycle(links.superclass);
+  // A superclass is there before the class is made, so only a change of superclass can close
+  // a circle.
+  if (displaced) RefuseCycle(links.superclass);
   if (IsAssociation(TOptions())) links.referenced = ClassesToRegisterWith();
   links.registeredWith.assign(links.referenced.begin(), links.referenced.end());
   if (displaced) {
@@ -240,8 +242,7 @@ void TInmemClass::RemoveAssociation(boost::shared_ptr<ICIMClass> association, TO
 }
 
 void TInmemClass::BreakCircles() noexcept {
-  TInstanceStore instances;
-  instances.Swap(m_instances);
+  ClearInstances();
   ReleaseOneByOne(m_associations);
   ModelClock::SchemaChanged();
 }

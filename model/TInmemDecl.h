@@ -17,12 +17,15 @@
 #include "model/TQualifierTable.h"
 #include "values/CimName.h"
 #include "values/Failure.h"
+#include "values/IQualifierFinder.h"
 #include "values/ModelClock.h"
 
 namespace NORVHAV20 {
 
 template <class TInterface, class TSelf>
-class TInmemDecl : public TInterface, public boost::enable_shared_from_this<TSelf> {
+class TInmemDecl : public TInterface,
+                   public boost::enable_shared_from_this<TSelf>,
+                   public IQualifierFinder {
  public:
   const TQualifierTable& Qualifiers() const noexcept { return m_qualifiers; }
 
@@ -50,6 +53,10 @@ class TInmemDecl : public TInterface, public boost::enable_shared_from_this<TSel
 
   boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TOptions) override {
     return Require(m_qualifiers.Find(name));
+  }
+
+  boost::shared_ptr<ICIMQualifier> FindOrNull(const std::string& name) const override {
+    return m_qualifiers.Find(name);
   }
 
   void EnumerateQualifiers(const TEnumCallback<ICIMQualifier>& callback, TOptions) override {

@@ -15,10 +15,6 @@ boost::shared_ptr<ICIMQualifier> TInmemPropertyDecl::FindQualifier(const std::st
   return qualifier;
 }
 
-boost::shared_ptr<ICIMQualifier> TInmemPropertyDecl::FindOrNull(const std::string& name) const {
-  return Qualifiers().Find(name);
-}
-
 void TInmemPropertyDecl::AddToClass(TOptions) {
   Validate(TOptions());
   Require(m_owner.lock())->AddPropertyDecl(shared_from_this(), TOptions());

@@ -10,19 +10,16 @@
 
 #include "havcore/ICIMPropertyDecl.h"
 #include "model/TInmemDecl.h"
-#include "values/IQualifierFinder.h"
 
 namespace NORVHAV20 {
 
-class TInmemPropertyDecl final : public TInmemDecl<ICIMPropertyDecl, TInmemPropertyDecl>,
-                                 public IQualifierFinder {
+class TInmemPropertyDecl final : public TInmemDecl<ICIMPropertyDecl, TInmemPropertyDecl> {
  public:
   TInmemPropertyDecl(const boost::shared_ptr<ICIMClass>& owner, const std::string& name,
                      const TCIMValue& defaultValue);
 
   boost::shared_ptr<ICIMQualifier> FindQualifier(const std::string& name, bool& found,
                                                  TOptions options) override;
-  boost::shared_ptr<ICIMQualifier> FindOrNull(const std::string& name) const override;
   void AddToClass(TOptions options) override;
   void Delete(TOptions options) override;
   boost::shared_ptr<ICIMClass> GetClass(TOptions options) const override;
