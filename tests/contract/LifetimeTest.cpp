@@ -99,6 +99,65 @@ TEST(Lifetime, DisplacedClassesGoWithTheirNamespace) {
   EXPECT_TRUE(second.expired());
 }
 
+// Associations that have been followed, over and over, between the same two instances.
+struct FollowedLink {
+  FollowedLink() {
+    auto cls = repository.Class("A");
+    auto one = repository.Instance(cls, {{"Name", TCIMValue("1")}});
+    auto two = repository.Instance(cls, {{"Name", TCIMValue("2")}});
+    association = repository.Association("Link", "Left", cls, "Right", cls);
+    link = repository.Link(association, "Left", one, "Right", two);
+    for (int i = 0; i < 5; ++i) {
+      EXPECT_EQ(References(one).size(), 1u);
+      EXPECT_EQ(Associators(one).size(), 1u);
+    }
+    end = one;
+  }
+
+  Repository repository;
+  ClassPtr association;
+  boost::weak_ptr<ICIMInstance> link;
+  boost::weak_ptr<ICIMInstance> end;
+};
+
+TEST(Lifetime, FollowedAssociationsGoWithTheirNamespace) {
+  boost::weak_ptr<ICIMClass> association;
+  boost::weak_ptr<ICIMInstance> link;
+  boost::weak_ptr<ICIMInstance> end;
+  {
+    FollowedLink followed;
+    association = followed.association;
+    link = followed.link;
+    end = followed.end;
+  }
+  EXPECT_TRUE(association.expired());
+  EXPECT_TRUE(link.expired());
+  EXPECT_TRUE(end.expired());
+}
+
+TEST(Lifetime, FollowedAssociationIsFreedWhenItIsDeleted) {
+  FollowedLink followed;
+  followed.link.lock()->Delete({});
+  EXPECT_TRUE(followed.link.expired());
+}
+
+TEST(Lifetime, FollowedAssociationIsFreedWhenAnotherTakesItsPlace) {
+  FollowedLink followed;
+  auto other = followed.association->AllocateInstance({});
+  for (const char* role : {"Left", "Right"})
+    other->SetPropertyValue(role, ValueOf(followed.link.lock(), role), {});
+  other->AddToNamespace({});
+  EXPECT_EQ(Stored(followed.association), Names{PathOf(other)});
+  EXPECT_TRUE(followed.link.expired());
+}
+
+TEST(Lifetime, FollowedAssociationIsFreedWhenTheNamespaceIsCleared) {
+  FollowedLink followed;
+  followed.repository.ns->ClearInstances();
+  EXPECT_TRUE(followed.link.expired());
+  EXPECT_TRUE(followed.end.expired());
+}
+
 TEST(Lifetime, DeletedClassesGoWithTheirNamespace) {
   boost::weak_ptr<ICIMClass> cls;
   {
