@@ -114,9 +114,9 @@ TEST(Loaded, AThousandLoadsAndUnloadsLeaveNothingBehind) {
   const auto after = ProcessUse::Now();
 
   const auto growth =
-      static_cast<long long>(after.residentBytes) - static_cast<long long>(before.residentBytes);
-  std::cout << "1000 loads: " << before.residentBytes / 1024 << " KiB resident before, "
-            << after.residentBytes / 1024 << " after; " << before.mappings << " and "
+      static_cast<long long>(after.memoryBytes) - static_cast<long long>(before.memoryBytes);
+  std::cout << "1000 loads: " << before.memoryBytes / 1024 << " KiB of memory before, "
+            << after.memoryBytes / 1024 << " after; " << before.mappings << " and "
             << after.mappings << " mappings; " << before.handles << " and " << after.handles
             << " handles\n";
   EXPECT_LT(growth, 1024 * 1024) << "more than a kilobyte for each load";

@@ -12,6 +12,18 @@
 #include <fstream>
 #endif
 
+// AddressSanitizer keeps a record of the globals of every load, which is no growth of ours.
+#if defined(__SANITIZE_ADDRESS__)
+#define HAV_ADDRESS_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define HAV_ADDRESS_SANITIZER
+#endif
+#endif
+#if defined(HAV_ADDRESS_SANITIZER)
+#include <sanitizer/allocator_interface.h>
+#endif
+
 namespace havtest {
 
 #if defined(_WIN32)
@@ -33,6 +45,17 @@ bool IsLoaded(const std::string& fileName) { return GetModuleHandleA(fileName.c_
 
 namespace {
 
+std::size_t MemoryBytes() {
+#if defined(HAV_ADDRESS_SANITIZER)
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  std::size_t total = 0;
+  std::size_t resident = 0;
+  std::ifstream("/proc/self/statm") >> total >> resident;
+  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+#endif
+}
+
 std::size_t CountEntries(const char* folder) {
   DIR* const open = opendir(folder);
   std::size_t count = 0;
@@ -46,14 +69,10 @@ std::size_t CountEntries(const char* folder) {
 }  // namespace
 
 ProcessUse ProcessUse::Now() {
-  std::size_t total = 0;
-  std::size_t resident = 0;
-  std::ifstream("/proc/self/statm") >> total >> resident;
   std::size_t mappings = 0;
   std::ifstream maps("/proc/self/maps");
   for (std::string line; std::getline(maps, line);) ++mappings;
-  return {resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)), mappings,
-          CountEntries("/proc/self/fd")};
+  return {MemoryBytes(), mappings, CountEntries("/proc/self/fd")};
 }
 
 bool IsLoaded(const std::string& fileName) {

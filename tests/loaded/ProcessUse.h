@@ -7,9 +7,9 @@
 namespace havtest {
 
 struct ProcessUse {
-  std::size_t residentBytes;
-  std::size_t mappings;  // of files and memory; on Windows the loaded modules
-  std::size_t handles;   // open files; on Windows handles of any kind; 0 where nobody counts
+  std::size_t memoryBytes;  // resident; under AddressSanitizer what is allocated
+  std::size_t mappings;     // of files and memory; on Windows the loaded modules
+  std::size_t handles;      // open files; on Windows handles of any kind; 0 where nobody counts
 
   static ProcessUse Now();
 };

@@ -15,7 +15,7 @@ TEST(ProcessUse, SeesMemoryThatIsTaken) {
   constexpr std::size_t kSize = 16 * 1024 * 1024;
   const auto before = ProcessUse::Now();
   const std::vector<char> taken(kSize, 'x');
-  EXPECT_GE(ProcessUse::Now().residentBytes, before.residentBytes + kSize / 2);
+  EXPECT_GE(ProcessUse::Now().memoryBytes, before.memoryBytes + kSize / 2);
   EXPECT_EQ(taken.back(), 'x');
 }
 
