@@ -35,6 +35,21 @@ TEST(InstanceLifetime, LinkedInstancesGoWithTheirNamespace) {
   EXPECT_TRUE(association.expired());
 }
 
+TEST(InstanceLifetime, TraversedInstancesGoWithTheirNamespace) {
+  std::vector<boost::weak_ptr<ICIMInstance>> instances;
+  {
+    LinkedModel model;
+    instances = {model.Link("1"), model.Link("2"), model.s, model.d};
+    // Over and over, for what a traversal keeps for the next one.
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(References(model.s).size(), 2u);
+      EXPECT_EQ(Associators(model.s).size(), 2u);
+      EXPECT_EQ(Associators(model.d).size(), 2u);
+    }
+  }
+  for (const auto& instance : instances) EXPECT_TRUE(instance.expired());
+}
+
 TEST(InstanceLifetime, InstancesOfAClassThatWasNeverRegisteredGoWithTheNamespace) {
   boost::weak_ptr<ICIMInstance> instance;
   {
@@ -81,6 +96,18 @@ TEST(InstanceLifetime, ADeletedInstanceIsFreed) {
   instance->Delete({});
   instance.reset();
   EXPECT_TRUE(watch.expired());
+}
+
+TEST(InstanceLifetime, ADeletedInstanceIsFreedAlsoAfterATraversal) {
+  LinkedModel model;
+  boost::weak_ptr<ICIMInstance> link = model.Link("1");
+  boost::weak_ptr<ICIMInstance> disk = model.d;
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Associators(model.s).size(), 1u);
+  model.d->Delete({});
+  model.d.reset();
+  EXPECT_TRUE(disk.expired());
+  link.lock()->Delete({});
+  EXPECT_TRUE(link.expired());
 }
 
 TEST(InstanceLifetime, AnInstanceThatWasNotStoredIsFreed) {
