@@ -11,11 +11,10 @@ namespace {
 // Group, Id, Part, Via.
 struct TripleModel : LinkedModel {
   ClassPtr port = repository.Class("Port");
-  ClassPtr triple = LinkClass(repository, "Triple",
-                              {{"Group", system}, {"Part", disk}, {"Via", port}});
+  ClassPtr triple =
+      LinkClass(repository, "Triple", {{"Group", system}, {"Part", disk}, {"Via", port}});
   InstancePtr p = Thing(repository, port, "p");
-  InstancePtr joined =
-      Join(repository, triple, "1", {{"Group", s}, {"Part", d}, {"Via", p}});
+  InstancePtr joined = Join(repository, triple, "1", {{"Group", s}, {"Part", d}, {"Via", p}});
 };
 
 AssociatorFilters ByResultClass(const std::string& name) {
@@ -101,8 +100,7 @@ TEST(Associators, AReferenceToTheInstanceAfterItsFirstOneIsAnOtherEnd) {
   SelfModel model;
   auto via = LinkClass(model.repository, "Path",
                        {{"From", model.node}, {"To", model.node}, {"Zone", model.node}});
-  Join(model.repository, via, "1",
-       {{"From", model.a}, {"To", model.a}, {"Zone", model.b}});
+  Join(model.repository, via, "1", {{"From", model.a}, {"To", model.a}, {"Zone", model.b}});
   EXPECT_EQ(Associators(model.a), (Names{"Node.Name=\"a\""}));
 }
 
@@ -180,8 +178,8 @@ TEST(Associators, AResultClassOfTheInstanceItselfDoesNotReportIt) {
 TEST(Associators, AnAssociationClassSelectsItsOwnAndItsSubclasses) {
   LinkedModel model;
   auto sub = LinkClass(model.repository, "SubLink", {}, model.link);
-  auto other = LinkClass(model.repository, "Other", {{"Group", model.system},
-                                                     {"Part", model.disk}});
+  auto other =
+      LinkClass(model.repository, "Other", {{"Group", model.system}, {"Part", model.disk}});
   auto e = Thing(model.repository, model.disk, "e");
   Join(model.repository, sub, "1", {{"Group", model.s}, {"Part", model.d}});
   Join(model.repository, other, "2", {{"Group", model.s}, {"Part", e}});
@@ -262,8 +260,7 @@ TEST(Associators, ANullReferenceIsSkipped) {
 TEST(Associators, AnOtherEndThatDoesNotResolveEndsTheExaminationOfThatAssociationOnly) {
   TripleModel model;
   auto e = Thing(model.repository, model.disk, "e");
-  Join(model.repository, model.triple, "2",
-       {{"Group", model.s}, {"Part", e}, {"Via", model.p}});
+  Join(model.repository, model.triple, "2", {{"Group", model.s}, {"Part", e}, {"Via", model.p}});
   model.d->Delete({});
   RecordingLogger log;
   EXPECT_EQ(Associators(model.s), (Names{"Disk.Name=\"e\""}));
@@ -277,8 +274,8 @@ TEST(Associators, AReferenceThatFailsWithAnotherStatusEndsTheExaminationOfThatAs
   LinkedModel model;
   auto host = boost::make_shared<UnreliableNamespace>(model.repository.ns);
   auto link = model.Link("1");
-  link->SetPropertyValue(
-      "Part", TCIMValue(ReferenceTo(model.disk, {{"Name", TCIMValue("d")}}, host)), {});
+  link->SetPropertyValue("Part",
+                         TCIMValue(ReferenceTo(model.disk, {{"Name", TCIMValue("d")}}, host)), {});
   auto e = Thing(model.repository, model.disk, "e");
   Join(model.repository, model.link, "2", {{"Group", model.s}, {"Part", e}});
   ASSERT_EQ(Associators(model.s), (Names{"Disk.Name=\"d\"", "Disk.Name=\"e\""}));

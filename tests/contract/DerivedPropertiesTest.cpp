@@ -131,8 +131,8 @@ TEST(DerivedProperties, AreNotKeptByTheInstance) {
   slot->SetValue(TCIMValue(std::uint16_t{5}), {});
   EXPECT_EQ(ValueOf(plain.instance, "HealthState"), TCIMValue(std::uint16_t{0}));
   EXPECT_EQ(SlotNames(plain.instance), (std::vector<std::string>{"Name"}));
-  EXPECT_STATUS(15, plain.instance->SetPropertyValue("HealthState", TCIMValue(std::uint16_t{5}),
-                                                     {}));
+  EXPECT_STATUS(15,
+                plain.instance->SetPropertyValue("HealthState", TCIMValue(std::uint16_t{5}), {}));
 }
 
 TEST(DerivedProperties, AStatusReadTwiceKeepsItsFirstDeclaration) {

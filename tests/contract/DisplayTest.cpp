@@ -33,8 +33,7 @@ std::vector<std::string> AllTexts(const TCIMValue& value, const Qualifiers& qual
 }
 
 // The four qualifiers that unit text needs; the last two may be NULL.
-Qualifiers Units(const std::string& units,
-                 const TCIMValue& fixed = TCIMValue::Null(kCIMString),
+Qualifiers Units(const std::string& units, const TCIMValue& fixed = TCIMValue::Null(kCIMString),
                  const TCIMValue& abbreviate = TCIMValue::Null(kCIMBoolean)) {
   return {{"UNITS", TCIMValue(units)},
           {"DISPLAYFIXEDUNITS", fixed},

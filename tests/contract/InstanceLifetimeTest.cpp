@@ -249,8 +249,7 @@ TEST(InstanceLifetime, ALongChainOfLinksGoesWithItsNamespace) {
     InstancePtr before = model.a;
     for (int i = 0; i < 1000; ++i) {
       auto next = Thing(model.repository, model.node, "n" + std::to_string(i));
-      Join(model.repository, model.edge, std::to_string(i),
-           {{"First", before}, {"Second", next}});
+      Join(model.repository, model.edge, std::to_string(i), {{"First", before}, {"Second", next}});
       before = next;
     }
     EXPECT_EQ(References(before).size(), 1u);

@@ -79,9 +79,8 @@ TEST(InstanceStore, HasTheInstancesOfAClassNotThoseOfItsSubclasses) {
 TEST(InstanceStore, IsOrderedByThePathTextByteByByte) {
   Store store;
   for (const char* name : {"b", "a", "B", "a1", ""}) store.Add(name);
-  EXPECT_EQ(Stored(store.cls),
-            (Names{"Thing.Name=\"\"", "Thing.Name=\"B\"", "Thing.Name=\"a\"",
-                   "Thing.Name=\"a1\"", "Thing.Name=\"b\""}));
+  EXPECT_EQ(Stored(store.cls), (Names{"Thing.Name=\"\"", "Thing.Name=\"B\"", "Thing.Name=\"a\"",
+                                      "Thing.Name=\"a1\"", "Thing.Name=\"b\""}));
 }
 
 TEST(InstanceStore, HasOneEntryForAnInstanceAddedTwice) {

@@ -17,8 +17,7 @@ TEST(ObjectPath, HasTheClassTheKeysAndAnEmptyNamespaceName) {
   EXPECT_EQ(reference.GetClass(), cls);
   EXPECT_EQ(reference.GetClassName(), "Thing");
   EXPECT_EQ(reference.GetNameSpaceName(), "");
-  EXPECT_EQ(reference.GetKeyValues(),
-            (std::map<std::string, TCIMValue>{{"Name", TCIMValue("a")}}));
+  EXPECT_EQ(reference.GetKeyValues(), (std::map<std::string, TCIMValue>{{"Name", TCIMValue("a")}}));
 }
 
 TEST(ObjectPath, TakesTheNamespaceNameFromTheOptionProvNSP) {
@@ -130,8 +129,9 @@ TEST(ObjectPath, OfAnAssociationQuotesThePathsOfItsEnds) {
   auto link = repository.Association("Link", "Antecedent", cls, "Dependent", cls);
   auto instance = repository.Link(link, "Antecedent", Named(repository, cls, "a"), "Dependent",
                                   Named(repository, cls, "b"));
-  EXPECT_EQ(PathOf(instance), "Link.Antecedent=\"Thing.Name=\\\"a\\\"\","
-                              "Dependent=\"Thing.Name=\\\"b\\\"\"");
+  EXPECT_EQ(PathOf(instance),
+            "Link.Antecedent=\"Thing.Name=\\\"a\\\"\","
+            "Dependent=\"Thing.Name=\\\"b\\\"\"");
 }
 
 TEST(ObjectPath, FollowsTheKeyValue) {

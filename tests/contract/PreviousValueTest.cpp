@@ -152,8 +152,9 @@ TEST(PreviousValue, OfAReferenceToAnUnrelatedClassThrows14AndNothingChanges) {
   ends.slot->SetPrevValue(ends.To(ends.wanted), {});
   RecordingLogger log;
   EXPECT_STATUS(14, ends.slot->SetPrevValue(ends.To(ends.other), {}));
-  EXPECT_EQ(log.Take(), (LogLines{{3, "SetPrevValue: decl references type Wanted but value "
-                                      "references Other"}}));
+  EXPECT_EQ(log.Take(), (LogLines{{3,
+                                   "SetPrevValue: decl references type Wanted but value "
+                                   "references Other"}}));
   EXPECT_EQ(ends.slot->GetPrevValue({}), ends.To(ends.wanted));
 }
 
@@ -164,8 +165,9 @@ TEST(PreviousValue, OfAReferenceToTheDeclaredClassesSuperclassThrows14) {
   auto instance = link->AllocateInstance({});
   RecordingLogger log;
   EXPECT_STATUS(14, instance->GetProperty("End", {})->SetPrevValue(ends.To(ends.wanted), {}));
-  EXPECT_EQ(log.Take(), (LogLines{{3, "SetPrevValue: decl references type Derived but value "
-                                      "references Wanted"}}));
+  EXPECT_EQ(log.Take(), (LogLines{{3,
+                                   "SetPrevValue: decl references type Derived but value "
+                                   "references Wanted"}}));
 }
 
 TEST(PreviousValue, ANullReferenceToAnyClassIsTaken) {

@@ -246,8 +246,8 @@ TEST(References, AnotherStatusEndsTheExaminationOfThatAssociationOnly) {
   auto host = boost::make_shared<UnreliableNamespace>(model.repository.ns);
   auto edge = model.edge->AllocateInstance({});
   edge->SetPropertyValue("Id", TCIMValue("1"), {});
-  edge->SetPropertyValue(
-      "First", TCIMValue(ReferenceTo(model.node, {{"Name", TCIMValue("b")}}, host)), {});
+  edge->SetPropertyValue("First",
+                         TCIMValue(ReferenceTo(model.node, {{"Name", TCIMValue("b")}}, host)), {});
   edge->SetPropertyValue("Second", TCIMValue(model.a->GetReference({})), {});
   edge->AddToNamespace({});
   Join(model.repository, model.edge, "2", {{"First", model.b}, {"Second", model.a}});

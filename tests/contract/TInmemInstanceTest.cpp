@@ -88,8 +88,9 @@ TEST(TInmemInstance, IsMadeAllTheSameWhenTheCollectionTimeHasAnotherType) {
   repository.Property(cls, "DateTimeOfCollection", TCIMValue("never"));
   RecordingLogger log;
   auto instance = cls->AllocateInstance({});
-  EXPECT_EQ(log.Take(), (LogLines{{3, "Inmem: SetValue: decl is type string but value is type "
-                                      "datetime"}}));
+  EXPECT_EQ(log.Take(), (LogLines{{3,
+                                   "Inmem: SetValue: decl is type string but value is type "
+                                   "datetime"}}));
   EXPECT_EQ(ValueOf(instance, "DateTimeOfCollection"), TCIMValue("never"));
 }
 
@@ -157,8 +158,9 @@ TEST(TInmemInstance, SetPropertyValueOfAnotherTypeThrows14AndKeepsTheValue) {
   instance->SetPropertyValue("speed", TCIMValue(std::uint32_t{42}), {});
   RecordingLogger log;
   EXPECT_STATUS(14, instance->SetPropertyValue("speed", TCIMValue("fast"), {}));
-  EXPECT_EQ(log.Take(), (LogLines{{3, "Inmem: SetValue: decl is type uint32 but value is type "
-                                      "string"}}));
+  EXPECT_EQ(log.Take(), (LogLines{{3,
+                                   "Inmem: SetValue: decl is type uint32 but value is type "
+                                   "string"}}));
   EXPECT_EQ(ValueOf(instance, "speed"), TCIMValue(std::uint32_t{42}));
 }
 
@@ -210,16 +212,16 @@ TEST(TInmemInstance, EnumeratePropertiesLogsAHavExceptionOfTheCallbackAndGoesOn)
       },
       {});
   EXPECT_EQ(visited, (std::vector<std::string>{"Enabled", "Name", "speed"}));
-  EXPECT_EQ(log.Take(), (LogLines{{3, "TInmemInstance::EnumerateProperties: Failed in Enumerate "
-                                      "the Property \"Name\" of Class Device"}}));
+  EXPECT_EQ(log.Take(), (LogLines{{3,
+                                   "TInmemInstance::EnumerateProperties: Failed in Enumerate "
+                                   "the Property \"Name\" of Class Device"}}));
 }
 
 TEST(TInmemInstance, EnumeratePropertiesLogsOneLineForEveryFailedSlot) {
   Repository repository;
   auto instance = Device(repository)->AllocateInstance({});
   RecordingLogger log;
-  instance->EnumerateProperties(
-      [](PropertyPtr) -> bool { throw THAVException(kHAVNotFound); }, {});
+  instance->EnumerateProperties([](PropertyPtr) -> bool { throw THAVException(kHAVNotFound); }, {});
   const std::string failed =
       "TInmemInstance::EnumerateProperties: Failed in Enumerate the Property ";
   EXPECT_EQ(log.Take(), (LogLines{{3, failed + "\"Enabled\" of Class Device"},
@@ -274,9 +276,9 @@ TEST(TInmemInstance, EnumeratePropertiesOutlastsTheLossOfTheLastHoldOnTheInstanc
         return true;
       },
       {});
-  EXPECT_EQ(values, (std::vector<TCIMValue>{TCIMValue::Null(kCIMBoolean),
-                                            TCIMValue(std::string(100, 'n')),
-                                            TCIMValue(std::uint32_t{10})}));
+  EXPECT_EQ(values,
+            (std::vector<TCIMValue>{TCIMValue::Null(kCIMBoolean), TCIMValue(std::string(100, 'n')),
+                                    TCIMValue(std::uint32_t{10})}));
 }
 
 TEST(TInmemInstance, EqualsEveryInstanceOfItsClassWhateverTheirKeys) {

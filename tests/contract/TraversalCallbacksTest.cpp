@@ -37,7 +37,8 @@ TEST(TraversalCallbacks, AssociatorsGoOnWhenTheCallbackAnswersFalse) {
 TEST(TraversalCallbacks, AssociatorsWithAResultRoleGoOnWhenTheCallbackAnswersFalse) {
   ThreeLinks model;
   int calls = 0;
-  WalkAssociators(model.s, [&](InstancePtr) { return ++calls, false; }, "Part");
+  WalkAssociators(
+      model.s, [&](InstancePtr) { return ++calls, false; }, "Part");
   EXPECT_EQ(calls, 3);
 }
 

@@ -26,8 +26,8 @@ struct Links {
   InstancePtr Dangling(int flags) const {
     auto instance = New(flags);
     instance->SetPropertyValue("Id", TCIMValue("1"), {});
-    instance->SetPropertyValue("End",
-                               TCIMValue(ReferenceTo(thing, {{"Name", TCIMValue("gone")}})), {});
+    instance->SetPropertyValue("End", TCIMValue(ReferenceTo(thing, {{"Name", TCIMValue("gone")}})),
+                               {});
     return instance;
   }
 };
@@ -51,8 +51,7 @@ TEST(TInmemInstanceFlags, NoneAlwaysAdds) {
   links.New(0)->AddToNamespace({});
   links.Dangling(0)->AddToNamespace({});
   EXPECT_EQ(log.Take(), LogLines{});
-  EXPECT_EQ(Stored(links.link),
-            (std::vector<std::string>{"Link.Id=\"1\"", "Link.Id=NULL"}));
+  EXPECT_EQ(Stored(links.link), (std::vector<std::string>{"Link.Id=\"1\"", "Link.Id=NULL"}));
 }
 
 TEST(TInmemInstanceFlags, KeysAloneLeaveReferencesUnexamined) {

@@ -58,11 +58,11 @@ class Generator {
     static const std::vector<std::string> systemClasses{
         "CIM_ComputerSystem", "CIM_UnitaryComputerSystem", "CIM_VirtualComputerSystem"};
     static const std::vector<std::string> deviceClasses{
-        "CIM_Processor",     "CIM_DiskDrive",     "CIM_CDROMDrive",
-        "CIM_StorageExtent", "CIM_StorageVolume", "CIM_LogicalDisk",
+        "CIM_Processor",     "CIM_DiskDrive",        "CIM_CDROMDrive",
+        "CIM_StorageExtent", "CIM_StorageVolume",    "CIM_LogicalDisk",
         "CIM_DiskPartition", "CIM_GPTDiskPartition", "CIM_GenericDiskPartition",
-        "CIM_Memory",        "CIM_CacheMemory",   "CIM_NetworkPort",
-        "CIM_EthernetPort",  "CIM_FCPort",        "CIM_PCIController",
+        "CIM_Memory",        "CIM_CacheMemory",      "CIM_NetworkPort",
+        "CIM_EthernetPort",  "CIM_FCPort",           "CIM_PCIController",
         "CIM_SCSIController"};
     const std::string cls = Pick(systemClasses);
     const std::string name = "host-" + std::to_string(number);

@@ -33,8 +33,8 @@ void DeviceRepository::Store(const DeviceModel& model) {
     auto instance = ns->GetClass(link.cls, {})->AllocateInstance({});
     const auto& roles = LinkFact(link.cls).roles;
     for (std::size_t i = 0; i < roles.size(); ++i)
-      instance->SetPropertyValue(roles[i].name,
-                                 TCIMValue(things[link.ends[i]]->GetReference({})), {});
+      instance->SetPropertyValue(roles[i].name, TCIMValue(things[link.ends[i]]->GetReference({})),
+                                 {});
     instance->AddToNamespace({});
     links.push_back(instance);
   }

@@ -67,9 +67,8 @@ class RealModel : public testing::Test {
     const auto expected = PathsOf(m_oracle->References(thing, question));
     auto answer = References(s_repository->things[thing], question.resultClass, question.role);
     // The order is that of the paths within an association class, and open among classes.
-    std::stable_sort(answer.begin(), answer.end(), [](const auto& a, const auto& b) {
-      return ClassOf(a) < ClassOf(b);
-    });
+    std::stable_sort(answer.begin(), answer.end(),
+                     [](const auto& a, const auto& b) { return ClassOf(a) < ClassOf(b); });
     Count(!expected.empty());
     ASSERT_EQ(answer, expected) << m_model.things[thing].path << " result class '"
                                 << question.resultClass << "' role '" << question.role << "'";
@@ -78,11 +77,10 @@ class RealModel : public testing::Test {
   void CheckAssociators(std::size_t thing, const AssociatorsQuestion& question) {
     const auto found = m_oracle->Associators(thing, question);
     auto expected = PathsOf(found);
-    auto answer = Associators(s_repository->things[thing],
-                              {question.associationClass, question.resultClass, question.role,
-                               question.resultRole});
-    const bool throughOneClass =
-        found.empty() || found.front().through == found.back().through;
+    auto answer = Associators(
+        s_repository->things[thing],
+        {question.associationClass, question.resultClass, question.role, question.resultRole});
+    const bool throughOneClass = found.empty() || found.front().through == found.back().through;
     if (!throughOneClass) {
       std::sort(answer.begin(), answer.end());
       std::sort(expected.begin(), expected.end());
@@ -137,9 +135,9 @@ class RealModel : public testing::Test {
       const std::string association = filter(link.cls, AssociationFilters());
       const std::string role = filter(pick(LinkFact(link.cls).roles).name, Roles());
       ASSERT_NO_FATAL_FAILURE(CheckReferences(thing, {association, role}));
-      const std::string result =
-          random() % 2 == 0 ? "<root>"
-                            : filter(m_model.things[pick(link.ends)].cls, ResultFilters());
+      const std::string result = random() % 2 == 0
+                                     ? "<root>"
+                                     : filter(m_model.things[pick(link.ends)].cls, ResultFilters());
       const std::string resultRole = filter(pick(LinkFact(link.cls).roles).name, Roles());
       ASSERT_NO_FATAL_FAILURE(CheckAssociators(thing, {association, result, role, resultRole}));
     }

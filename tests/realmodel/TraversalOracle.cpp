@@ -23,8 +23,8 @@ TraversalOracle::TraversalOracle(const DeviceModel& model) : m_model(model) {
   });
 }
 
-std::vector<const ModelLink*> TraversalOracle::Referring(
-    std::size_t thing, const ReferencesQuestion& question) const {
+std::vector<const ModelLink*> TraversalOracle::Referring(std::size_t thing,
+                                                         const ReferencesQuestion& question) const {
   std::vector<const ModelLink*> referring;
   if (!m_model.things[thing].stored) return referring;
   for (const ModelLink* link : m_inOrder) {
@@ -68,8 +68,7 @@ std::size_t TraversalOracle::OtherEnd(std::size_t thing, const ModelLink& link,
   bool selfSeen = false;
   for (std::size_t i = 0; i < roles.size(); ++i) {
     const std::size_t end = link.ends[i];
-    const bool isSelf =
-        question.role.empty() ? end == thing : roles[i].name == question.role;
+    const bool isSelf = question.role.empty() ? end == thing : roles[i].name == question.role;
     if (isSelf && !selfSeen) {
       selfSeen = true;
       continue;

@@ -68,9 +68,8 @@ struct AssociatorFilters {
 inline std::vector<std::string> Associators(const InstancePtr& instance,
                                             const AssociatorFilters& filters = {}) {
   return Paths([&](const TEnumCallback<ICIMInstance>& callback) {
-    instance->EnumerateAssociatedInstances(callback, filters.associationClass,
-                                           filters.resultClass, filters.role, filters.resultRole,
-                                           {});
+    instance->EnumerateAssociatedInstances(callback, filters.associationClass, filters.resultClass,
+                                           filters.role, filters.resultRole, {});
   });
 }
 
