@@ -1,0 +1,159 @@
+// Every operation that changes a namespace, with each of its allocations failing in turn: it
+// throws, and leaves the namespace as it was; what is tried again succeeds.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "model/FailingAllocations.h"
+#include "support/CompareNamespaces.h"
+#include "support/Repository.h"
+
+namespace {
+
+using namespace havtest;
+
+// A small namespace with everything in it that the operations need.
+struct Model {
+  explicit Model(bool redefinitionAllowed) : repository(redefinitionAllowed) {
+    base = repository.Class("Base");
+    node = repository.Class("Node", base);
+    repository.Property(node, "Size", TCIMValue(std::uint32_t{0}));
+    link = repository.Association("Link", "From", node, "To", node);
+    first = repository.Instance(node, {{"Name", TCIMValue("first")}});
+    second = repository.Instance(node, {{"Name", TCIMValue("second")}});
+    repository.Link(link, "From", first, "To", second);
+    leaf = repository.Class("Leaf", node);
+    fresh = repository.Allocate("Fresh", node, {{"Version", TCIMValue("1.0")}});
+    freshLink = repository.Allocate("FreshLink", link);
+    method = node->AllocateMethodDecl("Reset", kCIMUInt32, {});
+    method->AddToClass({});
+    loose = node->AllocateInstance({});
+    loose->SetPropertyValue("Name", TCIMValue("a name too long to stand in any object"), {});
+    keyed = repository.Instance(node, {{"Name", TCIMValue("keyed")}});
+    keyed->SetPropertyValue("Name", TCIMValue("another key, under which it is not stored"), {});
+    log.Take();
+  }
+
+  RecordingLogger log;
+  Repository repository;
+  ClassPtr base, node, link, leaf, fresh, freshLink;
+  InstancePtr first, second, loose, keyed;
+  MethodDeclPtr method;
+};
+
+using Change = std::function<void(Model&)>;
+
+// What the model shows of itself beyond what namespaces are compared by.
+std::vector<std::string> Shown(Model& model) {
+  std::vector<std::string> shown = ClassNames([&](const auto& callback) {
+    model.node->EnumerateAssociationClasses(callback, "", "", {});
+  });
+  shown.push_back(model.fresh->GetPropertyDecl("Size", {})->GetClass({})->GetName({}));
+  for (const auto& found : Paths([&](const auto& callback) {
+         model.first->EnumerateAssociatedInstances(callback, "", "<root>", "", "", {});
+       }))
+    shown.push_back(found);
+  return shown;
+}
+
+void ExpectAllOrNothing(const Change& change, bool redefinitionAllowed = false) {
+  for (std::size_t allowed = 0; allowed < 5000; ++allowed) {
+    Model model(redefinitionAllowed);
+    Model untouched(redefinitionAllowed);
+    bool failed = false;
+    bool threw = false;
+    {
+      FailingAllocation failure(allowed);
+      try {
+        change(model);
+      } catch (const std::bad_alloc&) {
+        threw = true;
+      }
+      failed = failure.HasFailed();
+    }
+    if (!failed) {
+      EXPECT_GT(allowed, 0u);
+      return;
+    }
+    ASSERT_TRUE(threw) << "allocation " << allowed << " failed and nobody was told";
+    ASSERT_EQ(Differences(*model.repository.ns, *untouched.repository.ns),
+              std::vector<std::string>())
+        << "allocation " << allowed;
+    ASSERT_EQ(Shown(model), Shown(untouched)) << "allocation " << allowed;
+    ASSERT_NO_THROW(change(model)) << "again, after allocation " << allowed;
+  }
+  FAIL() << "it never came to an end";
+}
+
+TEST(AllocationFailure, RegisteringAClass) {
+  ExpectAllOrNothing([](Model& model) { model.fresh->AddToNamespace({}); });
+}
+
+TEST(AllocationFailure, RegisteringAnAssociation) {
+  ExpectAllOrNothing([](Model& model) { model.freshLink->AddToNamespace({}); });
+}
+
+TEST(AllocationFailure, RegisteringAClassAgainWhereRedefinitionIsAllowed) {
+  ExpectAllOrNothing([](Model& model) { model.node->AddToNamespace({}); }, true);
+}
+
+TEST(AllocationFailure, DeletingClassesNeedsNoMemory) {
+  Model model(false);
+  FailingAllocation failure(0);
+  model.leaf->Delete({});
+  model.link->Delete({});
+  EXPECT_FALSE(failure.HasFailed());
+}
+
+TEST(AllocationFailure, AllocatingAQualifierDeclaration) {
+  ExpectAllOrNothing([](Model& model) {
+    model.repository.ns->AllocateQualifierDecl("A_Qualifier_With_A_Long_Name", TCIMValue("text"),
+                                               ICIMQualifierDecl::kScopeAny,
+                                               ICIMQualifierDecl::kFlavorNone, {});
+  });
+}
+
+TEST(AllocationFailure, QualifyingAClass) {
+  ExpectAllOrNothing([](Model& model) {
+    model.node->AllocateQualifier(model.repository.ns->GetQualifierDecl("Version", {}),
+                                  TCIMValue("2.0, and more"), TOptions());
+  });
+}
+
+TEST(AllocationFailure, DeclaringAProperty) {
+  ExpectAllOrNothing([](Model& model) {
+    model.node->AllocatePropertyDecl("A_Property_With_A_Long_Name", TCIMValue(true), {})
+        ->AddToClass({});
+  });
+}
+
+TEST(AllocationFailure, DeclaringAMethod) {
+  ExpectAllOrNothing([](Model& model) {
+    model.node->AllocateMethodDecl("A_Method_With_A_Long_Name", kCIMUInt32, {})->AddToClass({});
+  });
+}
+
+TEST(AllocationFailure, AddingAParameter) {
+  ExpectAllOrNothing([](Model& model) {
+    model.method->AllocateParameter("A_Parameter_With_A_Long_Name", TCIMValue(true), {});
+  });
+}
+
+TEST(AllocationFailure, StoringAnInstance) {
+  ExpectAllOrNothing([](Model& model) { model.loose->AddToNamespace({}); });
+}
+
+TEST(AllocationFailure, StoringAnInstanceAgainUnderAnotherKey) {
+  ExpectAllOrNothing([](Model& model) { model.keyed->AddToNamespace({}); });
+}
+
+TEST(AllocationFailure, RemovingAnInstance) {
+  ExpectAllOrNothing([](Model& model) { model.second->Delete({}); });
+}
+
+TEST(AllocationFailure, RepeatingTheInheritanceOfARegisteredClass) {
+  ExpectAllOrNothing([](Model& model) { model.repository.ns->AllocateClass("Node", {}, {}); });
+}
+
+}  // namespace

@@ -1,0 +1,36 @@
+#include "model/FailingAllocations.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+// Counts down to the failure; negative when none is due.
+long g_left = -1;
+
+void* Allocate(std::size_t size) {
+  if (g_left >= 0 && g_left-- == 0) throw std::bad_alloc();
+  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+
+namespace havtest {
+
+FailingAllocation::FailingAllocation(std::size_t allowed) noexcept {
+  g_left = static_cast<long>(allowed);
+}
+
+FailingAllocation::~FailingAllocation() { g_left = -1; }
+
+bool FailingAllocation::HasFailed() const noexcept { return g_left < 0; }
+
+}  // namespace havtest
