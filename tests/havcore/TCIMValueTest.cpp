@@ -126,7 +126,8 @@ TEST(TCIMValue, ReadsAsItsOwnTypeAndNoOther) {
   ExpectReads<float>(values[9], 0.1F);
   ExpectReads<double>(values[10], 0.1);
   ExpectReads<char16_t>(values[11], u'\u20AC');
-  ExpectReads<const std::string&>(values[12], "text");
+  ExpectReads<std::string>(values[12], "text");
+  ExpectReads<std::string_view>(values[12], "text");
   ExpectReads<const TCIMDateTime&>(values[13], TCIMDateTime());
   ExpectReads<const TCIMReference&>(values[14], PathOf("C.K=1"));
 }
