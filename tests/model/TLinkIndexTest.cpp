@@ -103,6 +103,8 @@ class RandomModel {
     nodes = {base, repository.Class("LeafA", base), repository.Class("LeafB", base)};
     links = {repository.Association("Link", "Alpha", base, "Beta", base),
              repository.Association("Holds", "Group", nodes[1], "Part", base)};
+    // Never assigned: it refers to what its declaration says at the moment.
+    extra = repository.Reference(links[1], "Extra", base);
     auto sub = repository.Allocate("SpecialLink", links[0]);
     sub->AddToNamespace({});
     links.push_back(sub);
@@ -122,7 +124,7 @@ class RandomModel {
       case 10: RekeyNode(); break;
       case 11: ReadUndeclared(); break;
       case 12: if (Pick(200) == 0) links[Pick(links.size())]->GetNamespace({})->ClearInstances(); break;
-      case 13: if (Pick(50) == 0) Requalify(); break;
+      case 13: Redefault(); break;
       default: AddLink(); break;
     }
   }
@@ -140,6 +142,7 @@ class RandomModel {
   ClassPtr base;
   std::vector<ClassPtr> nodes;
   std::vector<ClassPtr> links;
+  PropertyDeclPtr extra;
   std::vector<InstancePtr> nodeInstances;
   std::vector<InstancePtr> linkInstances;
 
@@ -189,9 +192,11 @@ class RandomModel {
   void ReadUndeclared() {
     if (const auto node = AnyNode()) node->GetProperty("speedDuplex", {});
   }
-  void Requalify() {
-    const auto decl = nodes[0]->GetPropertyDecl("Name", {});
-    decl->GetQualifier("Key", {})->SetValue(TCIMValue(true), {});
+  void Redefault() {
+    const auto node = AnyNode();
+    extra->SetDefaultValue(node ? TCIMValue(node->GetReference({}))
+                                : TCIMValue::NullReference(base),
+                           {});
   }
 
   std::mt19937 m_random;
