@@ -4,8 +4,11 @@ include(CMakePackageConfigHelpers)
 
 if(WIN32)
   set(HAV_INSTALL_PLUGINDIR ${CMAKE_INSTALL_BINDIR})
+  set(HAV_INSTALL_PLUGIN ${HAV_INSTALL_PLUGINDIR}/inmem.dll)
 else()
   set(HAV_INSTALL_PLUGINDIR ${CMAKE_INSTALL_LIBDIR})
+  set(HAV_INSTALL_PLUGIN
+      ${HAV_INSTALL_PLUGINDIR}/${CMAKE_SHARED_LIBRARY_PREFIX}inmem${CMAKE_SHARED_LIBRARY_SUFFIX})
 endif()
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/havcore)
 
@@ -23,7 +26,7 @@ if(NOT HAVCORE_ROOT)
   install(EXPORT havcoreTargets NAMESPACE hav:: DESTINATION ${package_dir})
   configure_package_config_file(cmake/havcoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/havcoreConfig.cmake
-    INSTALL_DESTINATION ${package_dir} PATH_VARS HAV_INSTALL_PLUGINDIR)
+    INSTALL_DESTINATION ${package_dir} PATH_VARS HAV_INSTALL_PLUGIN)
   # Before 1.0 a minor version may change the contract.
   write_basic_package_version_file(${PROJECT_BINARY_DIR}/havcoreConfigVersion.cmake
                                    COMPATIBILITY SameMinorVersion)
