@@ -213,8 +213,10 @@ void TInstanceStore::PutInOrder() const {
   if (end == m_order.end()) ordered = kept;
   m_order.erase(kept, m_order.end());
   m_erased = 0;
-  std::sort(ordered, m_order.end(), before);
-  std::inplace_merge(m_order.begin(), ordered, m_order.end(), before);
+  if (ordered != m_order.end()) {
+    std::sort(ordered, m_order.end(), before);
+    std::inplace_merge(m_order.begin(), ordered, m_order.end(), before);
+  }
   m_ordered = m_order.size();
 }
 

@@ -18,6 +18,9 @@ void* Allocate(std::size_t size) {
 
 void* operator new(std::size_t size) { return Allocate(size); }
 void* operator new[](std::size_t size) { return Allocate(size); }
+// Who asks for it can do without: that is no failure to be told of.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
