@@ -13,7 +13,8 @@ packages_test=(libgtest-dev python3 clang)
 packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot valgrind)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)
 
-# What one checkout has compiled serves the others.
+# What one checkout has compiled serves the others, whose debug information then names the
+# first one's folder.
 export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(nproc)}
