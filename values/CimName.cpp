@@ -1,6 +1,7 @@
 #include "values/CimName.h"
 
 #include <algorithm>
+#include <array>
 
 #include "values/Failure.h"
 
@@ -8,20 +9,31 @@ namespace NORVHAV20 {
 
 namespace {
 
-// By hand and not by <cctype>: the host may have set any locale, and names are ASCII.
 constexpr char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-constexpr bool StartsName(char c) { return c == '_' || (c >= 'a' && c <= 'z'); }
-constexpr bool ContinuesName(char c) { return StartsName(c) || (c >= '0' && c <= '9'); }
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Every byte folded, 0 for those that stand in no name. A table and not <cctype>: the host may
+// have set any locale, and names are ASCII.
+constexpr std::array<char, 256> FoldedBytes() {
+  std::array<char, 256> folded{};
+  for (int i = 0; i < 128; ++i) {
+    const char c = Lower(static_cast<char>(i));
+    if (c == '_' || IsDigit(c) || (c >= 'a' && c <= 'z'))
+      folded[static_cast<std::size_t>(i)] = c;
+  }
+  return folded;
+}
+constexpr std::array<char, 256> kFolded = FoldedBytes();
 
 void Fold(std::string_view name, char* folded) {
+  bool valid = name.empty() || !IsDigit(name.front());
   for (std::size_t i = 0; i < name.size(); ++i) {
-    const char c = Lower(name[i]);
-    if (!(i == 0 ? StartsName(c) : ContinuesName(c))) {
-      LogError("Inmem: CIM name '" + std::string(name) + "' is invalid");
-      Throw(kHAVInvalidName);
-    }
-    folded[i] = c;
+    folded[i] = kFolded[static_cast<unsigned char>(name[i])];
+    valid = valid && folded[i] != 0;
   }
+  if (valid) return;
+  LogError("Inmem: CIM name '" + std::string(name) + "' is invalid");
+  Throw(kHAVInvalidName);
 }
 
 }  // namespace
