@@ -23,10 +23,11 @@ boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls, const 
   }
 }
 
-// The name as `cls` spells it in its declaration; as given where it declares none.
-std::string DeclaredName(const ICIMClass& cls, const std::string& name) {
-  const auto decl = FindDeclaration(cls, name);
-  return decl && EqualFolded(decl->GetName({}), name) ? decl->GetName({}) : name;
+// The name as it is spelt in its declaration; as given where there is none.
+const std::string& DeclaredName(const ICIMPropertyDecl* decl, const std::string& name) {
+  if (!decl) return name;
+  const std::string& declared = decl->GetName({});
+  return EqualFolded(declared, name) ? declared : name;
 }
 
 // The registered class, empty where there is none or the name is none.
@@ -92,15 +93,18 @@ TCIMReference TCIMReference::Parse(const std::string& text,
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
   if (m_keys.capacity() == 0) m_keys.reserve(2);  // few paths have more
   const auto cls = m_class.lock();
-  std::string spelling = cls ? DeclaredName(*cls, name) : name;
+  const auto decl = cls ? FindDeclaration(*cls, name) : boost::shared_ptr<ICIMPropertyDecl>();
+  const std::string& spelling = DeclaredName(decl.get(), name);
+  // Most classes have one key or two.
+  if (m_keys.empty()) m_keys.reserve(2);
   const auto at = std::lower_bound(m_keys.begin(), m_keys.end(), spelling,
                                    [](const TKey& key, const std::string& other) {
                                      return CompareFolded(key.first, other) < 0;
                                    });
   if (at != m_keys.end() && EqualFolded(at->first, spelling))
-    *at = TKey(std::move(spelling), value);
+    *at = TKey(spelling, value);
   else
-    m_keys.emplace(at, std::move(spelling), value);
+    m_keys.emplace(at, spelling, value);
 }
 
 void TCIMReference::SetClass(const boost::shared_ptr<ICIMClass>& cls) {
@@ -111,7 +115,10 @@ void TCIMReference::SetClass(const boost::shared_ptr<ICIMClass>& cls) {
   std::string className = cls->GetName({});
   std::vector<TKey> keys;
   keys.reserve(m_keys.size());
-  for (const TKey& key : m_keys) keys.emplace_back(DeclaredName(*cls, key.first), key.second);
+  for (const TKey& key : m_keys) {
+    const auto decl = FindDeclaration(*cls, key.first);
+    keys.emplace_back(DeclaredName(decl.get(), key.first), key.second);
+  }
   if (!m_hasHome) m_namespace = cls->GetNamespace({});
   m_class = cls;
   m_className = std::move(className);
