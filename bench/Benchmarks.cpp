@@ -17,8 +17,8 @@
 #include "bench/InmemSubject.h"
 #include "bench/ProtobufSubject.h"
 #include "bench/SqliteSubject.h"
-#include "host/mof/TMofFolderSource.h"
-#include "host/mof/TMofLoader.h"
+#include "mof/TMofFolderSource.h"
+#include "mof/TMofLoader.h"
 #include "support/Plugin.h"
 
 namespace havbench {
@@ -38,8 +38,8 @@ double Seconds(TClock::duration d) { return std::chrono::duration<double>(d).cou
 // Reports the time of `items` things done by each iteration, and what they allocated.
 void Report(benchmark::State& state, std::size_t items, Heap before) {
   const double all = static_cast<double>(items) * static_cast<double>(state.iterations());
-  state.counters["per_item"] = benchmark::Counter(
-      all, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per_item"] =
+      benchmark::Counter(all, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
   state.counters["allocations"] = static_cast<double>(HeapNow().calls - before.calls) / all;
 }
 
@@ -122,8 +122,7 @@ template <class Subject>
 void Associators(benchmark::State& state, std::size_t links) {
   const auto subject = Linked<Subject>(links);
   for (int time = 0; time < 3; ++time)
-    for (std::size_t i = 0; i < 8; ++i)
-      Refuse(state, subject->Associators(i) == 2 * kLinksOfEach);
+    for (std::size_t i = 0; i < 8; ++i) Refuse(state, subject->Associators(i) == 2 * kLinksOfEach);
   std::size_t place = 0;
   const Heap before = HeapNow();
   for (auto _ : state) {
@@ -135,8 +134,7 @@ void Associators(benchmark::State& state, std::size_t links) {
 
 void References(benchmark::State& state, std::size_t links) {
   const auto subject = Linked<InmemSubject>(links);
-  for (int time = 0; time < 3; ++time)
-    Refuse(state, subject->References(0) == 2 * kLinksOfEach);
+  for (int time = 0; time < 3; ++time) Refuse(state, subject->References(0) == 2 * kLinksOfEach);
   std::size_t place = 0;
   const Heap before = HeapNow();
   for (auto _ : state) {
@@ -151,11 +149,11 @@ void Memory(benchmark::State& state, std::size_t n) {
   double bytes = 0;
   for (auto _ : state) {
     const auto subject = std::make_unique<Subject>();
-    const auto before = static_cast<double>(HeapNow().bytes) +
-                        static_cast<double>(sqlite3_memory_used());
+    const auto before =
+        static_cast<double>(HeapNow().bytes) + static_cast<double>(sqlite3_memory_used());
     for (std::size_t i = 0; i < n; ++i) subject->Make(DiskNumber(Shuffled(i, n)));
-    bytes = static_cast<double>(HeapNow().bytes) + static_cast<double>(sqlite3_memory_used()) -
-            before;
+    bytes =
+        static_cast<double>(HeapNow().bytes) + static_cast<double>(sqlite3_memory_used()) - before;
   }
   state.counters["bytes"] = bytes / static_cast<double>(n);
 }
@@ -194,9 +192,9 @@ void Drop(benchmark::State& state, std::size_t n) {
     subject.reset();
     state.SetIterationTime(Seconds(TClock::now() - start));
   }
-  state.counters["per_item"] = benchmark::Counter(
-      static_cast<double>(n) * static_cast<double>(state.iterations()),
-      benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per_item"] =
+      benchmark::Counter(static_cast<double>(n) * static_cast<double>(state.iterations()),
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 void Namespaces(benchmark::State& state, std::size_t n) {
@@ -248,9 +246,9 @@ void DisplayText(benchmark::State& state, bool valueMap) {
 void Schema(benchmark::State& state) {
   std::size_t classes = 0;
   for (auto _ : state) {
-    havhost::TMofFolderSource source({HAV_CIM_SCHEMA});
-    havhost::TMofReport report;
-    havhost::TMofLoader loader(*havtest::Provider(), source);
+    hav::mof::TMofFolderSource source({HAV_CIM_SCHEMA});
+    hav::mof::TMofReport report;
+    hav::mof::TMofLoader loader(*havtest::Provider(), source);
     const auto start = TClock::now();
     const auto ns = loader.Load({"cim_schema_2.49.0.mof"}, report);
     state.SetIterationTime(Seconds(TClock::now() - start));
@@ -261,9 +259,9 @@ void Schema(benchmark::State& state) {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   state.counters["resident"] = static_cast<double>(usage.ru_maxrss) * 1024;
-  state.counters["per_item"] = benchmark::Counter(
-      static_cast<double>(state.iterations()),
-      benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per_item"] =
+      benchmark::Counter(static_cast<double>(state.iterations()),
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 using TCase = std::function<void(benchmark::State&, std::size_t)>;
@@ -271,8 +269,8 @@ using TCase = std::function<void(benchmark::State&, std::size_t)>;
 void Register(const std::string& work, const char* subject, std::size_t n, const TCase& run,
               bool manual = false) {
   const std::string name = work + "/" + subject + "/" + std::to_string(n);
-  auto* made = benchmark::RegisterBenchmark(
-      name.c_str(), [run, n](benchmark::State& state) { run(state, n); });
+  auto* made = benchmark::RegisterBenchmark(name.c_str(),
+                                            [run, n](benchmark::State& state) { run(state, n); });
   made->Unit(benchmark::kMicrosecond);
   if (manual) made->UseManualTime()->Iterations(n >= 500000 ? 1 : 3);
 }
@@ -300,8 +298,9 @@ void RegisterAll() {
   for (const std::size_t n : {20000u}) {
     const auto once = [&](const char* subject, const TCase& run) {
       const std::string name = std::string("memory/") + subject + "/" + std::to_string(n);
-      benchmark::RegisterBenchmark(
-          name.c_str(), [run, n](benchmark::State& state) { run(state, n); })->Iterations(1);
+      benchmark::RegisterBenchmark(name.c_str(), [run, n](benchmark::State& state) {
+        run(state, n);
+      })->Iterations(1);
     };
     once("inmem", Memory<InmemSubject>);
     once("protobuf", Memory<ProtobufSubject>);

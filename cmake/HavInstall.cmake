@@ -12,6 +12,8 @@ else()
 endif()
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/havcore)
 
+file(GLOB inventory_headers CONFIGURE_DEPENDS inventory/*.h)
+
 install(TARGETS inmem
         LIBRARY DESTINATION ${HAV_INSTALL_PLUGINDIR}
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -23,6 +25,18 @@ if(NOT HAVCORE_ROOT)
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(DIRECTORY havcore/include/havcore DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
           FILES_MATCHING PATTERN "*.h")
+  if(HAV_BUILD_HOST)
+    install(TARGETS hav_client hav_mof EXPORT havcoreTargets
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(TARGETS hav_inventory EXPORT havinventoryTargets
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(EXPORT havinventoryTargets NAMESPACE hav:: DESTINATION ${package_dir})
+    install(DIRECTORY havcore/client DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/havcore
+            FILES_MATCHING PATTERN "*.h")
+    install(DIRECTORY mof DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/hav
+            FILES_MATCHING PATTERN "*.h")
+    install(FILES ${inventory_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/hav/inventory)
+  endif()
   install(EXPORT havcoreTargets NAMESPACE hav:: DESTINATION ${package_dir})
   configure_package_config_file(cmake/havcoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/havcoreConfig.cmake
@@ -39,7 +53,7 @@ endif()
 
 if(TARGET havhost)
   install(TARGETS havhost RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(DIRECTORY schema/ DESTINATION ${CMAKE_INSTALL_DATADIR}/havhost/schema
+  install(DIRECTORY inventory/schema/ DESTINATION ${CMAKE_INSTALL_DATADIR}/havhost/schema
           FILES_MATCHING PATTERN "*.mof")
 endif()
 install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -5,9 +5,9 @@
 #include <iostream>
 #include <string>
 
-#include "host/mof/IMofSource.h"
-#include "host/mof/TMofLoader.h"
-#include "host/mof/TMofWriter.h"
+#include "mof/IMofSource.h"
+#include "mof/TMofLoader.h"
+#include "mof/TMofWriter.h"
 #include "support/CompareNamespaces.h"
 #include "support/Plugin.h"
 #include "support/RecordingLogger.h"
@@ -25,7 +25,7 @@ constexpr const char* kQualifiers =
     "Qualifier Values : string[], Scope(property, method, parameter);\n";
 
 // One text; whatever is included is not there.
-class OneText : public havhost::IMofSource {
+class OneText : public hav::mof::IMofSource {
  public:
   explicit OneText(const std::string& text) : m_text(text) {}
   bool Find(const std::string& name, const std::string&, std::string& identity) override {
@@ -41,23 +41,23 @@ class OneText : public havhost::IMofSource {
   const std::string& m_text;
 };
 
-boost::shared_ptr<ICIMNamespace> Load(const std::string& text, havhost::TMofReport& report) {
+boost::shared_ptr<ICIMNamespace> Load(const std::string& text, hav::mof::TMofReport& report) {
   OneText source(text);
-  return havhost::TMofLoader(*havtest::Provider(), source).Load({"fuzz.mof"}, report);
+  return hav::mof::TMofLoader(*havtest::Provider(), source).Load({"fuzz.mof"}, report);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const havtest::RecordingLogger logger;
-  havhost::TMofReport report;
+  hav::mof::TMofReport report;
   const auto first = Load(kQualifiers + std::string(data, data + size), report);
   if (static_cast<bool>(first) == report.HasErrors()) std::abort();
   if (!first) return 0;
 
   std::string written;
-  havhost::TMofWriter(written).WriteNamespace(*first);
-  havhost::TMofReport second;
+  hav::mof::TMofWriter(written).WriteNamespace(*first);
+  hav::mof::TMofReport second;
   const auto again = Load(written, second);
   const auto differences =
       again ? havtest::Differences(*first, *again) : std::vector<std::string>{second.ToString()};

@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <string>
 
-#include "host/mof/TMofParser.h"
+#include "mof/TMofParser.h"
 
 namespace {
 
-using havhost::TMofFile;
-using havhost::TMofLexer;
-using havhost::TMofToken;
+using hav::mof::TMofFile;
+using hav::mof::TMofLexer;
+using hav::mof::TMofToken;
 
 void Require(bool condition) {
   if (!condition) std::abort();
@@ -25,7 +25,7 @@ void CheckToken(const TMofFile& file, const TMofToken& token) {
   if (token.kind == TMofToken::EKind::kCharacter) TMofLexer::CharacterValue(token.text);
 }
 
-void CheckQualifiers(const TMofFile& file, const havhost::TMofQualifiers& qualifiers) {
+void CheckQualifiers(const TMofFile& file, const hav::mof::TMofQualifiers& qualifiers) {
   for (const auto& qualifier : qualifiers)
     if (qualifier.value)
       for (const auto& element : qualifier.value->elements) CheckToken(file, element);
@@ -35,9 +35,9 @@ void CheckQualifiers(const TMofFile& file, const havhost::TMofQualifiers& qualif
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   TMofFile file("fuzz.mof", std::string(data, data + size));
-  havhost::TMofReport report;
-  havhost::TMofParser::Parse(file, report);
-  Require(report.GetMessages().size() <= 2 * havhost::TMofReport::kDefaultLimit);
+  hav::mof::TMofReport report;
+  hav::mof::TMofParser::Parse(file, report);
+  Require(report.GetMessages().size() <= 2 * hav::mof::TMofReport::kDefaultLimit);
   bool lost = file.isDamaged;
   for (const auto& cls : file.classes) {
     lost = lost || cls.isDamaged;

@@ -32,21 +32,20 @@ std::map<std::string, Operation> Operations(InmemSubject& subject) {
          return true;
        }}},
       {"get", {[&](std::size_t i) { return subject.Get(i % kDisks); }}},
-      {"property", {[&](std::size_t i) {
-         return subject.SizeOf(i % kDisks) == DiskNumber(i % kDisks).size;
-       }}},
+      {"property",
+       {[&](std::size_t i) { return subject.SizeOf(i % kDisks) == DiskNumber(i % kDisks).size; }}},
       {"enumerate", {[&](std::size_t) { return subject.Enumerate() == kDisks; }}},
       {"references", {[&](std::size_t i) { return subject.References(i % kDisks) == 2; }}},
       {"associators", {[&](std::size_t i) { return subject.Associators(i % kDisks) == 2; }}},
       {"key-names", {[&](std::size_t) {
          int keys = 0;
-         subject.Namespace().GetClass("Bench_Disk", {})->EnumerateKeyNames(
-             [&](const std::string*) { return ++keys != 0; }, {});
+         subject.Namespace()
+             .GetClass("Bench_Disk", {})
+             ->EnumerateKeyNames([&](const std::string*) { return ++keys != 0; }, {});
          return keys == 2;
        }}},
-      {"class-by-name", {[&](std::size_t) {
-         return subject.Namespace().GetClass("bench_DISK", {}) != nullptr;
-       }}},
+      {"class-by-name",
+       {[&](std::size_t) { return subject.Namespace().GetClass("bench_DISK", {}) != nullptr; }}},
   };
 }
 

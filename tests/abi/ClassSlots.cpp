@@ -31,8 +31,10 @@ void CallQualifierOperations(SlotCalls& calls, const Repository& repository,
   const auto lent =
       elsewhere.Class("Lender")->AllocateQualifier(elsewhere.Declaration("Lent", kTrue), kTrue, {});
   SLOT(1, element)(lent, {});
-  EXPECT_EQ(NamesOf<ICIMQualifier>([&](auto callback) { SLOT(6, element)
-                                                        (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMQualifier>([&](auto callback) {
+              SLOT(6, element)
+              (callback, {});
+            }),
             (Names{"Lent", "Made", "Plain"}));
 }
 
@@ -97,16 +99,22 @@ void CallNameSlots(SlotCalls& calls, const ClassModel& model) {
 
 void CallRelationSlots(SlotCalls& calls, const ClassModel& model) {
   EXPECT_EQ(SLOT(10, *model.derived)({}), model.base);
-  EXPECT_EQ(ClassNames([&](auto callback) { SLOT(11, *model.base)
-                                            (callback, {}); }),
+  EXPECT_EQ(ClassNames([&](auto callback) {
+              SLOT(11, *model.base)
+              (callback, {});
+            }),
             (Names{"Derived"}));
   EXPECT_TRUE(SLOT(12, *model.derived)(model.base, {}));
   EXPECT_FALSE(SLOT(12, *model.derived)(model.other, {}));
-  EXPECT_EQ(ClassNames([&](auto callback) { SLOT(13, *model.base)
-                                            (callback, "", "", "", "", {}); }),
+  EXPECT_EQ(ClassNames([&](auto callback) {
+              SLOT(13, *model.base)
+              (callback, "", "", "", "", {});
+            }),
             (Names{"Other"}));
-  EXPECT_EQ(ClassNames([&](auto callback) { SLOT(14, *model.base)
-                                            (callback, "", "", {}); }),
+  EXPECT_EQ(ClassNames([&](auto callback) {
+              SLOT(14, *model.base)
+              (callback, "", "", {});
+            }),
             (Names{"Link"}));
   Names keys;
   SLOT(15, *model.link)
@@ -136,8 +144,10 @@ void CallDeclarationSlots(SlotCalls& calls, const ClassModel& model) {
   EXPECT_EQ(PropertyNames(cls), (Names{"From", "To"}));
   SLOT(39, *cls)(property, {});
   EXPECT_EQ(SLOT(17, *cls)("size", {}), property);
-  EXPECT_EQ(NamesOf<ICIMPropertyDecl>([&](auto callback) { SLOT(18, *cls)
-                                                           (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMPropertyDecl>([&](auto callback) {
+              SLOT(18, *cls)
+              (callback, {});
+            }),
             (Names{"From", "Size", "To"}));
   SLOT(40, *cls)(property, {});
   EXPECT_EQ(PropertyNames(cls), (Names{"From", "To"}));
@@ -146,8 +156,10 @@ void CallDeclarationSlots(SlotCalls& calls, const ClassModel& model) {
   EXPECT_EQ(reference->GetDefaultValue({}).GetReferencedClassName(), "Base");
   EXPECT_EQ(SLOT(20, *cls)("from", {})->GetName({}), "From");
   cls->AddPropertyDecl(property, {});
-  EXPECT_EQ(NamesOf<ICIMPropertyDecl>([&](auto callback) { SLOT(21, *cls)
-                                                           (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMPropertyDecl>([&](auto callback) {
+              SLOT(21, *cls)
+              (callback, {});
+            }),
             (Names{"From", "To"}));
   EXPECT_STATUS(15, SLOT(20, *cls)("Size", {}));
 
@@ -156,8 +168,10 @@ void CallDeclarationSlots(SlotCalls& calls, const ClassModel& model) {
   EXPECT_EQ(MethodNames(cls), Names());
   SLOT(41, *cls)(method, {});
   EXPECT_EQ(SLOT(25, *cls)("RESET", {}), method);
-  EXPECT_EQ(NamesOf<ICIMMethodDecl>([&](auto callback) { SLOT(26, *cls)
-                                                         (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMMethodDecl>([&](auto callback) {
+              SLOT(26, *cls)
+              (callback, {});
+            }),
             (Names{"Reset"}));
   SLOT(42, *cls)(method, {});
   EXPECT_EQ(MethodNames(cls), Names());

@@ -21,8 +21,10 @@ void CallQualifierSlotsOf(SlotCalls& calls, const Repository& repository, Decl& 
   const auto lent =
       repository.Allocate("Lender")->AllocateQualifier(repository.Declaration("Lent"), kTrue, {});
   SLOT(1, element)(lent, {});
-  EXPECT_EQ(NamesOf<ICIMQualifier>([&](auto callback) { SLOT(6, element)
-                                                        (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMQualifier>([&](auto callback) {
+              SLOT(6, element)
+              (callback, {});
+            }),
             (Names{"Flavored", "Lent", "Plain"}));
 }
 
@@ -101,8 +103,10 @@ void CallMethodDeclSlots(SlotCalls& calls) {
   const auto force = SLOT(12, *reset)("Force", kTrue, {});
   EXPECT_EQ(force->GetType({}), kCIMBoolean);
   EXPECT_EQ(SLOT(13, decl)("FORCE", {}), force);
-  EXPECT_EQ(NamesOf<ICIMParameterDecl>([&](auto callback) { SLOT(14, decl)
-                                                            (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMParameterDecl>([&](auto callback) {
+              SLOT(14, decl)
+              (callback, {});
+            }),
             (Names{"Force"}));
 
   const auto same = cls->AllocateMethodDecl("RESET", kCIMUInt32, {});

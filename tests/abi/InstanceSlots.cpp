@@ -40,12 +40,15 @@ void CallQuestionSlots(SlotCalls& calls, const LinkModel& model) {
   EXPECT_EQ(SLOT(6, *model.a)(named).GetFullPath(), "root/named:Thing.Name=\"a\"");
   EXPECT_EQ(SLOT(7, a)({}), model.thing);
   EXPECT_EQ(SLOT(8, a)(), "");
-  EXPECT_EQ(
-      Paths([&](auto callback) { SLOT(9, *model.a)
-                                 (callback, "Link", "Thing", "From", "To", {}); }),
-      (Names{"Thing.Name=\"b\""}));
-  EXPECT_EQ(Paths([&](auto callback) { SLOT(10, *model.a)
-                                       (callback, "Link", "From", {}); }),
+  EXPECT_EQ(Paths([&](auto callback) {
+              SLOT(9, *model.a)
+              (callback, "Link", "Thing", "From", "To", {});
+            }),
+            (Names{"Thing.Name=\"b\""}));
+  EXPECT_EQ(Paths([&](auto callback) {
+              SLOT(10, *model.a)
+              (callback, "Link", "From", {});
+            }),
             (Names{PathOf(model.ab)}));
 
   EXPECT_EQ(SLOT(11, a)("name", {})->GetDecl({})->GetName({}), "Name");

@@ -87,8 +87,10 @@ void CallNamespaceQualifierSlots(SlotCalls& calls, const Repository& repository)
   EXPECT_EQ(decl->GetScope({}), ICIMQualifierDecl::kScopeClass);
   EXPECT_EQ(decl->GetFlavor({}), ICIMQualifierDecl::kFlavorTranslatable);
   EXPECT_EQ(SLOT(9, ns)("COLOR", {}), decl);
-  EXPECT_EQ(NamesOf<ICIMQualifierDecl>([&](auto callback) { SLOT(10, ns)
-                                                            (callback, {}); }),
+  EXPECT_EQ(NamesOf<ICIMQualifierDecl>([&](auto callback) {
+              SLOT(10, ns)
+              (callback, {});
+            }),
             (Names{"Color", "Key"}));
 }
 

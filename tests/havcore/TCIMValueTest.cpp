@@ -214,8 +214,7 @@ TEST(TCIMValue, CopiesShareWhatTheyHold) {
   }
   const TCIMValue text("a text too long to stand in a string object itself");
   const TCIMValue copy = text;
-  EXPECT_EQ(static_cast<std::string_view>(copy).data(),
-            static_cast<std::string_view>(text).data());
+  EXPECT_EQ(static_cast<std::string_view>(copy).data(), static_cast<std::string_view>(text).data());
 }
 
 TEST(TCIMValue, SurvivesAssignmentToItselfAndFromItsOwnElement) {

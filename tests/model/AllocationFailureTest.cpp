@@ -5,9 +5,9 @@
 
 #include <functional>
 
-#include "model/FailingAllocations.h"
 #include "support/CompareNamespaces.h"
 #include "support/Repository.h"
+#include "tests/model/FailingAllocations.h"
 
 namespace {
 
@@ -46,9 +46,8 @@ using Change = std::function<void(Model&)>;
 
 // What the model shows of itself beyond what namespaces are compared by.
 std::vector<std::string> Shown(Model& model) {
-  std::vector<std::string> shown = ClassNames([&](const auto& callback) {
-    model.node->EnumerateAssociationClasses(callback, "", "", {});
-  });
+  std::vector<std::string> shown = ClassNames(
+      [&](const auto& callback) { model.node->EnumerateAssociationClasses(callback, "", "", {}); });
   shown.push_back(model.fresh->GetPropertyDecl("Size", {})->GetClass({})->GetName({}));
   for (const auto& found : Paths([&](const auto& callback) {
          model.first->EnumerateAssociatedInstances(callback, "", "<root>", "", "", {});

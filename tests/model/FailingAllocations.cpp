@@ -1,4 +1,4 @@
-#include "model/FailingAllocations.h"
+#include "tests/model/FailingAllocations.h"
 
 #include <cstdlib>
 #include <new>

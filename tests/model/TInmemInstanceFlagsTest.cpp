@@ -1,7 +1,7 @@
 // The validation flags of an instance, which only its own constructor takes.
 #include <boost/make_shared.hpp>
 
-#include "model/TInmemInstance.h"
+#include "inmem/model/TInmemInstance.h"
 #include "support/Instances.h"
 
 namespace havtest {

@@ -118,12 +118,19 @@ class RandomModel {
     switch (Pick(40)) {
       case 0: AddNode(); break;
       case 1: DropNode(); break;
-      case 2: case 3: case 4: case 5: AddLink(); break;
-      case 6: case 7: DropLink(); break;
-      case 8: case 9: MoveLinkEnd(); break;
+      case 2:
+      case 3:
+      case 4:
+      case 5: AddLink(); break;
+      case 6:
+      case 7: DropLink(); break;
+      case 8:
+      case 9: MoveLinkEnd(); break;
       case 10: RekeyNode(); break;
       case 11: ReadUndeclared(); break;
-      case 12: if (Pick(200) == 0) links[Pick(links.size())]->GetNamespace({})->ClearInstances(); break;
+      case 12:
+        if (Pick(200) == 0) links[Pick(links.size())]->GetNamespace({})->ClearInstances();
+        break;
       case 13: Redefault(); break;
       default: AddLink(); break;
     }
@@ -194,9 +201,8 @@ class RandomModel {
   }
   void Redefault() {
     const auto node = AnyNode();
-    extra->SetDefaultValue(node ? TCIMValue(node->GetReference({}))
-                                : TCIMValue::NullReference(base),
-                           {});
+    extra->SetDefaultValue(
+        node ? TCIMValue(node->GetReference({})) : TCIMValue::NullReference(base), {});
   }
 
   std::mt19937 m_random;

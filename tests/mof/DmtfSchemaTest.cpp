@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/mof/TMofFolderSource.h"
-#include "mof/Mof.h"
+#include "mof/TMofFolderSource.h"
 #include "support/CimSchema.h"
 #include "support/CompareNamespaces.h"
 #include "support/RecordingLogger.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {
@@ -24,10 +24,10 @@ class DmtfSchema : public testing::Test {
   }
 
   Loaded LoadSchema() const {
-    havhost::TMofFolderSource source;
+    hav::mof::TMofFolderSource source;
     Loaded loaded;
     loaded.ns =
-        havhost::TMofLoader(*Provider(), source).Load({CimSchemaFile().u8string()}, loaded.report);
+        hav::mof::TMofLoader(*Provider(), source).Load({CimSchemaFile().u8string()}, loaded.report);
     loaded.messages = Messages(loaded.report);
     return loaded;
   }

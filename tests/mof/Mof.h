@@ -9,11 +9,11 @@
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/havcore.h"
-#include "host/mof/IMofSource.h"
-#include "host/mof/TMofLoader.h"
-#include "host/mof/TMofParser.h"
-#include "host/mof/TMofReport.h"
-#include "host/mof/TMofWriter.h"
+#include "mof/IMofSource.h"
+#include "mof/TMofLoader.h"
+#include "mof/TMofParser.h"
+#include "mof/TMofReport.h"
+#include "mof/TMofWriter.h"
 #include "support/Plugin.h"
 
 namespace havtest {
@@ -21,7 +21,7 @@ namespace havtest {
 using Lines = std::vector<std::string>;
 
 // Files by name; every name means the same file wherever it is included.
-class TextSource : public havhost::IMofSource {
+class TextSource : public hav::mof::IMofSource {
  public:
   explicit TextSource(std::map<std::string, std::string> files) : m_files(std::move(files)) {}
 
@@ -40,7 +40,7 @@ class TextSource : public havhost::IMofSource {
   std::map<std::string, std::string> m_files;
 };
 
-inline Lines Messages(const havhost::TMofReport& report) {
+inline Lines Messages(const hav::mof::TMofReport& report) {
   Lines lines;
   for (const auto& message : report.GetMessages()) lines.push_back(message.ToString());
   return lines;
@@ -48,22 +48,22 @@ inline Lines Messages(const havhost::TMofReport& report) {
 
 // What parsing `text` as "a.mof" reports.
 inline Lines ParseMessages(const std::string& text) {
-  havhost::TMofFile file("a.mof", text);
-  havhost::TMofReport report;
-  havhost::TMofParser::Parse(file, report);
+  hav::mof::TMofFile file("a.mof", text);
+  hav::mof::TMofReport report;
+  hav::mof::TMofParser::Parse(file, report);
   return Messages(report);
 }
 
 struct Loaded {
   boost::shared_ptr<NORVHAV20::ICIMNamespace> ns;
   Lines messages;
-  havhost::TMofReport report;
+  hav::mof::TMofReport report;
 };
 
 inline Loaded Load(std::map<std::string, std::string> files, const Lines& names) {
   TextSource source(std::move(files));
   Loaded loaded;
-  loaded.ns = havhost::TMofLoader(*Provider(), source).Load(names, loaded.report);
+  loaded.ns = hav::mof::TMofLoader(*Provider(), source).Load(names, loaded.report);
   loaded.messages = Messages(loaded.report);
   return loaded;
 }
@@ -88,7 +88,7 @@ inline Loaded LoadText(const std::string& text) {
 
 inline std::string Written(NORVHAV20::ICIMNamespace& ns) {
   std::string text;
-  havhost::TMofWriter(text).WriteNamespace(ns);
+  hav::mof::TMofWriter(text).WriteNamespace(ns);
   return text;
 }
 

@@ -1,4 +1,4 @@
-#include "host/mof/TMofFolderSource.h"
+#include "mof/TMofFolderSource.h"
 
 #include <filesystem>
 #include <fstream>
@@ -9,7 +9,7 @@ namespace havtest {
 namespace {
 
 namespace fs = std::filesystem;
-using havhost::TMofFolderSource;
+using hav::mof::TMofFolderSource;
 
 class TMofFolderSourceTest : public testing::Test {
  protected:

@@ -1,10 +1,10 @@
-#include "host/mof/TMofInstanceBuilder.h"
+#include "mof/TMofInstanceBuilder.h"
 
 #include <gtest/gtest.h>
 
-#include "mof/Mof.h"
 #include "support/RecordingLogger.h"
 #include "support/Walks.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {

@@ -1,16 +1,16 @@
-#include "host/mof/TMofLexer.h"
+#include "mof/TMofLexer.h"
 
 #include <gtest/gtest.h>
 
-#include "mof/Mof.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {
 
-using havhost::TMofLexer;
-using havhost::TMofReport;
-using havhost::TMofText;
-using havhost::TMofToken;
+using hav::mof::TMofLexer;
+using hav::mof::TMofReport;
+using hav::mof::TMofText;
+using hav::mof::TMofToken;
 using EKind = TMofToken::EKind;
 
 struct Seen {

@@ -1,18 +1,18 @@
-#include "host/mof/TMofLoader.h"
+#include "mof/TMofLoader.h"
 
 #include <set>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
 
-#include "mof/Mof.h"
 #include "support/RecordingLogger.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {
 
-using havhost::TMofLoader;
-using havhost::TMofReport;
+using hav::mof::TMofLoader;
+using hav::mof::TMofReport;
 using namespace NORVHAV20;
 
 // A provider that remembers what it was asked for.
@@ -133,7 +133,7 @@ TEST(TMofLoader, WhatTheProgressThrowsEndsTheLoad) {
 }
 
 TEST(TMofReport, SaysWhatItLeftOut) {
-  const havhost::TMofText text("a.mof", "");
+  const hav::mof::TMofText text("a.mof", "");
   TMofReport report(2);
   EXPECT_FALSE(report.IsFull());
   report.AddWarning(text, 0, "w");

@@ -1,16 +1,16 @@
-#include "host/mof/TMofParser.h"
+#include "mof/TMofParser.h"
 
 #include <gtest/gtest.h>
 
-#include "mof/Mof.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {
 
-using havhost::TMofFile;
-using havhost::TMofParser;
-using havhost::TMofPragma;
-using havhost::TMofReport;
+using hav::mof::TMofFile;
+using hav::mof::TMofParser;
+using hav::mof::TMofPragma;
+using hav::mof::TMofReport;
 using namespace NORVHAV20;
 
 class Parsed {

@@ -1,14 +1,14 @@
-#include "host/mof/TMofReader.h"
+#include "mof/TMofReader.h"
 
 #include <gtest/gtest.h>
 
-#include "mof/Mof.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {
 
-using havhost::TMofReader;
-using havhost::TMofReport;
+using hav::mof::TMofReader;
+using hav::mof::TMofReport;
 
 struct Files {
   Lines names;

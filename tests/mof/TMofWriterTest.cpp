@@ -1,19 +1,19 @@
-#include "host/mof/TMofWriter.h"
+#include "mof/TMofWriter.h"
 
 #include <cmath>
 #include <limits>
 
 #include <gtest/gtest.h>
 
-#include "mof/Mof.h"
 #include "support/CompareNamespaces.h"
 #include "support/RecordingLogger.h"
 #include "support/Repository.h"
+#include "tests/mof/Mof.h"
 
 namespace havtest {
 namespace {
 
-using havhost::TMofWriter;
+using hav::mof::TMofWriter;
 using namespace NORVHAV20;
 
 std::string Literal(const TCIMValue& value) {

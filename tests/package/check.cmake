@@ -35,7 +35,7 @@ endfunction()
 function(expect_files what files)
   file(STRINGS ${list_file} expected)
   # CMake names this file after the build type.
-  list(TRANSFORM files REPLACE "havcoreTargets-[a-z]+[.]cmake" "havcoreTargets-BUILDTYPE.cmake")
+  list(TRANSFORM files REPLACE "(hav[a-z]+Targets)-[a-z]+[.]cmake" "\\1-BUILDTYPE.cmake")
   list(SORT files)
   list(SORT expected)
   if(files STREQUAL expected)
@@ -77,7 +77,7 @@ expect_files("the installed tree" "${installed}")
 file(RENAME ${prefix} ${work}/moved)
 set(prefix ${work}/moved)
 
-run("configuring the consumer" ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}
+run("configuring the consumer" ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/consumer
     -B ${work}/consumer ${common} -D havcore_DIR=${prefix}/lib/cmake/havcore)
 run("building the consumer" ${CMAKE_COMMAND} --build ${work}/consumer)
 file(GLOB consumer ${work}/consumer/consumer ${work}/consumer/consumer.exe)
@@ -91,7 +91,7 @@ if(pkg_config AND SYSTEM STREQUAL "Linux")
   run(pkg-config ${pkg_config} --variable=plugindir havcore)
   string(STRIP "${run_output}" plugin_dir)
   run("compiling with pkg-config's flags" ${CXX_COMPILER} -std=c++17
-      -DINMEM_LIBRARY="${plugin_dir}/libinmem.so" ${CMAKE_CURRENT_LIST_DIR}/Consumer.cpp
+      -DINMEM_LIBRARY="${plugin_dir}/libinmem.so" ${CMAKE_CURRENT_LIST_DIR}/consumer/Consumer.cpp
       -o ${work}/consumer-pkg-config -Wl,-rpath,${prefix}/lib ${flags} -ldl)
   run_consumer("the consumer through pkg-config" ${work}/consumer-pkg-config)
 endif()

@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
-#include "host/mof/TMofFolderSource.h"
-#include "host/mof/TMofLoader.h"
+#include "mof/TMofFolderSource.h"
+#include "mof/TMofLoader.h"
 #include "realmodel/DeviceClasses.h"
 
 namespace havtest {
@@ -11,10 +11,10 @@ namespace havtest {
 DeviceRepository::DeviceRepository(const std::filesystem::path& schema) {
   // The schema has hundreds of classes without keys, and the log a line for each.
   RecordingLogger log;
-  havhost::TMofFolderSource source;
-  havhost::TMofReport report;
+  hav::mof::TMofFolderSource source;
+  hav::mof::TMofReport report;
   const auto provider = Provider();
-  ns = havhost::TMofLoader(*provider, source).Load({schema.u8string()}, report);
+  ns = hav::mof::TMofLoader(*provider, source).Load({schema.u8string()}, report);
   if (!ns) throw std::runtime_error(report.ToString());
 }
 

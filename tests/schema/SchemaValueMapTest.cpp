@@ -17,12 +17,12 @@
 
 #include <gtest/gtest.h>
 
-#include "host/mof/TMofFolderSource.h"
-#include "host/mof/TMofLoader.h"
-#include "host/mof/TMofReport.h"
+#include "inmem/values/TInmemProperty.h"
+#include "mof/TMofFolderSource.h"
+#include "mof/TMofLoader.h"
+#include "mof/TMofReport.h"
 #include "support/Repository.h"
-#include "values/PlainDisplay.h"
-#include "values/TInmemProperty.h"
+#include "tests/values/PlainDisplay.h"
 
 namespace havtest {
 namespace {
@@ -173,9 +173,9 @@ class SchemaValueMap : public testing::Test {
     const auto folder = std::filesystem::u8path(said ? said : HAV_CIM_SCHEMA_FOLDER);
     const auto file = folder / "cim_schema_2.49.0.mof";
     if (!std::filesystem::exists(file)) return SkipOrFail(folder.u8string());
-    havhost::TMofFolderSource source;
-    havhost::TMofReport report;
-    s_namespace = havhost::TMofLoader(*Provider(), source).Load({file.u8string()}, report);
+    hav::mof::TMofFolderSource source;
+    hav::mof::TMofReport report;
+    s_namespace = hav::mof::TMofLoader(*Provider(), source).Load({file.u8string()}, report);
     ASSERT_TRUE(s_namespace) << report.ToString();
   }
 

@@ -35,8 +35,7 @@ inline NamespacePtr NewNamespace(bool redefinitionAllowed = false) {
 
 class Repository {
  public:
-  explicit Repository(bool redefinitionAllowed = false)
-      : ns(NewNamespace(redefinitionAllowed)) {}
+  explicit Repository(bool redefinitionAllowed = false) : ns(NewNamespace(redefinitionAllowed)) {}
   explicit Repository(NamespacePtr existing) : ns(std::move(existing)) {}
 
   // The declaration of a qualifier; made on first use from the type of `example`, with no

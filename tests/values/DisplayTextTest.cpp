@@ -1,12 +1,12 @@
-#include "values/DisplayText.h"
+#include "inmem/values/DisplayText.h"
 
 #include <cstdint>
 
 #include <gtest/gtest.h>
 
+#include "inmem/values/IQualifierFinder.h"
 #include "support/Status.h"
-#include "values/FakeDecl.h"
-#include "values/IQualifierFinder.h"
+#include "tests/values/FakeDecl.h"
 
 namespace havtest {
 namespace {

@@ -1,4 +1,4 @@
-#include "values/PlainDisplay.h"
+#include "tests/values/PlainDisplay.h"
 
 #include <array>
 #include <limits>

@@ -7,10 +7,10 @@
 
 #include <gtest/gtest.h>
 
-#include "values/DisplayText.h"
-#include "values/FakeDecl.h"
-#include "values/PlainDisplay.h"
-#include "values/ValueMap.h"
+#include "inmem/values/DisplayText.h"
+#include "inmem/values/ValueMap.h"
+#include "tests/values/FakeDecl.h"
+#include "tests/values/PlainDisplay.h"
 
 namespace havtest {
 namespace {

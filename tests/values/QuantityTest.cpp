@@ -1,14 +1,14 @@
 // Quantities: the number of a uint64 property with units, as people see it.
-#include "values/Quantity.h"
+#include "inmem/values/Quantity.h"
 
 #include <cstdint>
 #include <limits>
 
 #include <gtest/gtest.h>
 
+#include "inmem/values/DisplayText.h"
 #include "support/Status.h"
-#include "values/DisplayText.h"
-#include "values/FakeDecl.h"
+#include "tests/values/FakeDecl.h"
 
 namespace havtest {
 namespace {

@@ -1,5 +1,5 @@
 // How whole patterns read stands in ValueMapTest.cpp; here is what no pattern can show.
-#include "values/TPatternReader.h"
+#include "inmem/values/TPatternReader.h"
 
 #include <cstdint>
 #include <limits>

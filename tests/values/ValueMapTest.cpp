@@ -1,13 +1,13 @@
-#include "values/ValueMap.h"
+#include "inmem/values/ValueMap.h"
 
 #include <cstdint>
 #include <limits>
 
 #include <gtest/gtest.h>
 
+#include "inmem/values/DisplayText.h"
 #include "support/Status.h"
-#include "values/DisplayText.h"
-#include "values/FakeDecl.h"
+#include "tests/values/FakeDecl.h"
 
 namespace havtest {
 namespace {

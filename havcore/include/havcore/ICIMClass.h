@@ -26,7 +26,7 @@ class ICIMMethodDecl;
 class ICIMNamespace;
 class ICIMPropertyDecl;
 
-class HAV_TYPE ICIMClass : public ICIMElement,         // slots 0 and 1
+class HAV_TYPE ICIMClass : public ICIMElement,        // slots 0 and 1
                            public ICIMNamedElement {  // a table of its own
  public:
   // Registers the class; it completes, or leaves everything as it was. Throws 16 when the
@@ -35,14 +35,14 @@ class HAV_TYPE ICIMClass : public ICIMElement,         // slots 0 and 1
   virtual void AddToNamespace(TOptions options) = 0;  // 2
   // Unregisters the class. Throws 17 when it is not registered, has subclasses, or an
   // association refers to it.
-  virtual void Delete(TOptions options) = 0;                                                  // 3
+  virtual void Delete(TOptions options) = 0;                                                    // 3
   virtual void ModifyInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) = 0;  // 4
-  virtual const std::string& GetName(TOptions options) const = 0;                             // 5
+  virtual const std::string& GetName(TOptions options) const = 0;                               // 5
   // Returns the namespace, empty when it is gone.
   virtual boost::shared_ptr<ICIMNamespace> GetNamespace(TOptions options) const = 0;  // 6
-  virtual bool IsAssociation(TOptions options) const = 0;                            // 7
-  virtual bool IsAbstract(TOptions options) const = 0;                               // 8
-  virtual bool IsIndication(TOptions options) const = 0;                             // 9
+  virtual bool IsAssociation(TOptions options) const = 0;                             // 7
+  virtual bool IsAbstract(TOptions options) const = 0;                                // 8
+  virtual bool IsIndication(TOptions options) const = 0;                              // 9
   // Returns the superclass, empty when there is none or it is gone.
   virtual boost::shared_ptr<ICIMClass> GetSuperClass(TOptions options) const = 0;  // 10
   // Visits the direct subclasses in the order of their registration.
@@ -54,15 +54,13 @@ class HAV_TYPE ICIMClass : public ICIMElement,         // slots 0 and 1
   // filters match everything; an unknown class name finds nothing.
   virtual void EnumerateAssociatedClasses(const TEnumCallback<ICIMClass>& callback,
                                           const std::string& associationClass,
-                                          const std::string& resultClass,
-                                          const std::string& role,
+                                          const std::string& resultClass, const std::string& role,
                                           const std::string& resultRole,
                                           TOptions options) const = 0;  // 13
   // Visits the association classes that refer to this class or an ancestor, each once: those
   // that are or derive from `resultClass`, and refer to it by `role`.
   virtual void EnumerateAssociationClasses(const TEnumCallback<ICIMClass>& callback,
-                                           const std::string& resultClass,
-                                           const std::string& role,
+                                           const std::string& resultClass, const std::string& role,
                                            TOptions options) const = 0;  // 14
   // Visits the names of the key properties in case-folded order. Lets the callback's
   // exceptions through.
@@ -80,7 +78,8 @@ class HAV_TYPE ICIMClass : public ICIMElement,         // slots 0 and 1
                                       TOptions options) const = 0;  // 18
   // Makes the declaration of a reference to `referenced`; as AllocatePropertyDecl.
   virtual boost::shared_ptr<ICIMPropertyDecl> AllocateReferenceDecl(
-      const std::string& name, boost::shared_ptr<ICIMClass> referenced, TOptions options) = 0;  // 19
+      const std::string& name, boost::shared_ptr<ICIMClass> referenced,
+      TOptions options) = 0;  // 19
   // Look-up and walk among the declarations of type reference. Absent: 15.
   virtual boost::shared_ptr<ICIMPropertyDecl> GetReferenceDecl(const std::string& name,
                                                                TOptions options) const = 0;  // 20
@@ -104,7 +103,7 @@ class HAV_TYPE ICIMClass : public ICIMElement,         // slots 0 and 1
   // Runs nothing and returns NULL.
   virtual TCIMValue InvokeMethod(const std::string& method,
                                  std::map<std::string, TCIMValue>& parameters,
-                                 TOptions options) = 0;  // 27
+                                 TOptions options) = 0;       // 27
   virtual bool operator==(const ICIMClass& other) const = 0;  // 28
   virtual bool operator<(const ICIMClass& other) const = 0;   // 29
   // Returns itself, copies nothing.
@@ -118,19 +117,25 @@ class HAV_TYPE ICIMClass : public ICIMElement,         // slots 0 and 1
   virtual void AddSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions options) = 0;     // 33
   virtual void RemoveSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions options) = 0;  // 34
   // Stores an instance under its path, in place of the one stored there.
-  virtual void AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) = 0;     // 35
-  virtual void RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) = 0;  // 36
-  virtual void AddAssociation(boost::shared_ptr<ICIMClass> association, TOptions options) = 0;  // 37
+  virtual void AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) = 0;  // 35
+  virtual void RemoveInstance(boost::shared_ptr<ICIMInstance> instance,
+                              TOptions options) = 0;  // 36
+  virtual void AddAssociation(boost::shared_ptr<ICIMClass> association,
+                              TOptions options) = 0;  // 37
   // Throws 15 when the association is not registered.
-  virtual void RemoveAssociation(boost::shared_ptr<ICIMClass> association, TOptions options) = 0;  // 38
+  virtual void RemoveAssociation(boost::shared_ptr<ICIMClass> association,
+                                 TOptions options) = 0;  // 38
   // Declares under the override rules: most violations by a property are logged and
   // tolerated, those by a method throw. 22: a reference in a class that is no association;
   // 14 and 16: a method of another type, or already defined.
-  virtual void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions options) = 0;  // 39
+  virtual void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl,
+                               TOptions options) = 0;  // 39
   // Removes the entry of that name, own or inherited. Throws 15 when there is none.
-  virtual void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions options) = 0;  // 40
-  virtual void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions options) = 0;     // 41
-  virtual void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions options) = 0;  // 42
+  virtual void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl,
+                                  TOptions options) = 0;                                     // 40
+  virtual void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions options) = 0;  // 41
+  virtual void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl,
+                                TOptions options) = 0;  // 42
 };
 
 }  // namespace NORVHAV20

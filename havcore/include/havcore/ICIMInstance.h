@@ -25,20 +25,19 @@ class HAV_TYPE ICIMInstance : public ICIMElement {  // slots 0 and 1
  public:
   // Stores the instance in its class. An instance that does not validate is not stored,
   // which is logged and not thrown.
-  virtual void AddToNamespace(TOptions options) = 0;                                          // 2
+  virtual void AddToNamespace(TOptions options) = 0;                                            // 2
   virtual void ModifyInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) = 0;  // 3
   // Takes the instance out of its class's store.
   virtual void Delete(TOptions options) = 0;  // 4
   // Returns the object path. Option "ProvNSP": the namespace name to write into it.
-  virtual TCIMReference GetReference(TOptions options) const = 0;              // 5
-  virtual TCIMReference GetInstanceReference(TOptions options) = 0;            // 6
+  virtual TCIMReference GetReference(TOptions options) const = 0;             // 5
+  virtual TCIMReference GetInstanceReference(TOptions options) = 0;           // 6
   virtual boost::shared_ptr<ICIMClass> GetClass(TOptions options) const = 0;  // 7
   virtual std::string GetPegasusNSPStr() const = 0;                           // 8
   // Visits the instances at the other end of this instance's associations.
   virtual void EnumerateAssociatedInstances(const TEnumCallback<ICIMInstance>& callback,
                                             const std::string& associationClass,
-                                            const std::string& resultClass,
-                                            const std::string& role,
+                                            const std::string& resultClass, const std::string& role,
                                             const std::string& resultRole,
                                             TOptions options) = 0;  // 9
   // Visits the association instances that refer to this instance.

@@ -28,7 +28,8 @@ class HAV_TYPE ICIMNamedElement {
   // given flavor (2) or the declaration's own (3). Throws as AddQualifier does.
 #if HAV_OVERLOADS_REVERSED
   virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(
-      boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value, TOptions options) = 0;  // 3
+      boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value,
+      TOptions options) = 0;  // 3
   virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(
       boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value,
       ICIMQualifierDecl::EFlavor flavor, TOptions options) = 0;  // 2
@@ -37,7 +38,8 @@ class HAV_TYPE ICIMNamedElement {
       boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value,
       ICIMQualifierDecl::EFlavor flavor, TOptions options) = 0;  // 2
   virtual boost::shared_ptr<ICIMQualifier> AllocateQualifier(
-      boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value, TOptions options) = 0;  // 3
+      boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value,
+      TOptions options) = 0;  // 3
 #endif
 
   // Returns the qualifier, empty with `found` false when there is none. Methods and

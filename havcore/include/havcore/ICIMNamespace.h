@@ -26,10 +26,12 @@ class IProvider;
 
 class HAV_TYPE ICIMNamespace {
  public:
-  virtual ~ICIMNamespace() = default;                                                          // 0
-  virtual boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TOptions options) const = 0;  // 1
+  virtual ~ICIMNamespace() = default;  // 0
+  virtual boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(
+      TOptions options) const = 0;  // 1
   // Accepted and ignored.
-  virtual void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> upcall, TOptions options) = 0;  // 2
+  virtual void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> upcall,
+                                  TOptions options) = 0;  // 2
   // Refused: 31.
   virtual void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> underlying,
                                       TOptions options) = 0;  // 3
@@ -40,7 +42,8 @@ class HAV_TYPE ICIMNamespace {
                                                      boost::shared_ptr<ICIMClass> superclass,
                                                      TOptions options) = 0;  // 4
   // Returns the registered class, or "<root>". Throws 15 when there is none.
-  virtual boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TOptions options) = 0;  // 5
+  virtual boost::shared_ptr<ICIMClass> GetClass(const std::string& name,
+                                                TOptions options) = 0;  // 5
   // Visits the classes directly under "<root>".
   virtual void EnumerateRootClasses(const TEnumCallback<ICIMClass>& callback,
                                     TOptions options) = 0;  // 6

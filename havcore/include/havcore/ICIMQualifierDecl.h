@@ -40,7 +40,7 @@ class HAV_TYPE ICIMQualifierDecl {
     kFlavorTranslatable = 8
   };
 
-  virtual ~ICIMQualifierDecl() = default;        // 0
+  virtual ~ICIMQualifierDecl() = default;       // 0
   virtual void Validate(TOptions options) = 0;  // 1
   // Registers the declaration. Throws 16 when the name is taken, 15 when the namespace is
   // gone.
@@ -48,15 +48,15 @@ class HAV_TYPE ICIMQualifierDecl {
   virtual void Delete(TOptions options) = 0;                       // 3
   virtual const std::string& GetName(TOptions options) const = 0;  // 4
   // Returns the namespace, empty when it is gone.
-  virtual boost::shared_ptr<ICIMNamespace> GetNamespace(TOptions options) const = 0;   // 5
-  virtual TCIMValue::TCIMType GetType(TOptions options) const = 0;                     // 6
-  virtual bool IsArray(TOptions options) const = 0;                                    // 7
-  virtual const TCIMValue& GetDefaultValue(TOptions options) const = 0;                // 8
-  virtual void SetDefaultValue(const TCIMValue& value, TOptions options) = 0;          // 9
-  virtual EScope GetScope(TOptions options) const = 0;                                 // 10
-  virtual void AddFlavor(EFlavor flavor, TOptions options) = 0;                        // 11
-  virtual void RemoveFlavor(EFlavor flavor, TOptions options) = 0;                     // 12
-  virtual EFlavor GetFlavor(TOptions options) const = 0;                               // 13
+  virtual boost::shared_ptr<ICIMNamespace> GetNamespace(TOptions options) const = 0;  // 5
+  virtual TCIMValue::TCIMType GetType(TOptions options) const = 0;                    // 6
+  virtual bool IsArray(TOptions options) const = 0;                                   // 7
+  virtual const TCIMValue& GetDefaultValue(TOptions options) const = 0;               // 8
+  virtual void SetDefaultValue(const TCIMValue& value, TOptions options) = 0;         // 9
+  virtual EScope GetScope(TOptions options) const = 0;                                // 10
+  virtual void AddFlavor(EFlavor flavor, TOptions options) = 0;                       // 11
+  virtual void RemoveFlavor(EFlavor flavor, TOptions options) = 0;                    // 12
+  virtual EFlavor GetFlavor(TOptions options) const = 0;                              // 13
   // By case-folded name alone. Throws 25 when a name is no CIM name.
   virtual bool operator==(const ICIMQualifierDecl& other) const = 0;  // 14
   virtual bool operator<(const ICIMQualifierDecl& other) const = 0;   // 15

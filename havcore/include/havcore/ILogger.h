@@ -15,7 +15,7 @@ class HAV_TYPE ILogger {
   // Levels in use.
   enum ELevel : int { kNote = 0, kError = 3 };
 
-  virtual ~ILogger() = default;                                  // 0
+  virtual ~ILogger() = default;                                 // 0
   virtual void Log(int level, const std::string& message) = 0;  // 1
 };
 

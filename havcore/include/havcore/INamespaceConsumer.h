@@ -19,7 +19,7 @@ class HAV_TYPE INamespaceConsumer {
   INMEM_INLINE_API INamespaceConsumer(const INamespaceConsumer&) {}
   INMEM_INLINE_API INamespaceConsumer& operator=(const INamespaceConsumer&) { return *this; }
 
-  INMEM_INLINE_API virtual ~INamespaceConsumer() {}                  // 0
+  INMEM_INLINE_API virtual ~INamespaceConsumer() {}                // 0
   virtual const std::string& GetName(TOptions options) const = 0;  // 1
   virtual void OnNamespaceAdded(boost::shared_ptr<ICIMNamespace> added,
                                 TOptions options) = 0;  // 2

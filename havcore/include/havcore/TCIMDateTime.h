@@ -29,15 +29,14 @@ class HAVCORE_API TCIMDateTime {
   // either way. Throws 14 when a field is out of range; second 60, a leap second, is accepted
   // and counts as the second after it.
   static TCIMDateTime Timestamp(std::uint32_t year, std::uint16_t month, std::uint16_t day,
-                                std::uint16_t hours, std::uint16_t minutes,
-                                std::uint16_t seconds, std::uint32_t microseconds,
-                                std::int32_t utcOffset);
+                                std::uint16_t hours, std::uint16_t minutes, std::uint16_t seconds,
+                                std::uint32_t microseconds, std::int32_t utcOffset);
 
   // Makes this an interval with full precision. Throws 14, and changes nothing, when a
   // field is out of range: days to 99999999, hours to 23, minutes and seconds to 59,
   // microseconds to 999999.
-  void Set(std::uint32_t days, std::uint16_t hours, std::uint16_t minutes,
-           std::uint16_t seconds, std::uint32_t microseconds);
+  void Set(std::uint32_t days, std::uint16_t hours, std::uint16_t minutes, std::uint16_t seconds,
+           std::uint32_t microseconds);
 
   bool IsInterval() const noexcept { return m_interval; }
   // The offset from UTC of a timestamp, in minutes; 0 for an interval.

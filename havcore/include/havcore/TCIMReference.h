@@ -34,8 +34,7 @@ class HAVCORE_API TCIMReference {
   // take the types that it declares; without, and where a value does not fit, TRUE and FALSE
   // are booleans, integers uint64 or sint64, other numbers real64, quoted text strings.
   // Throws 15 when the text is no object path, or names a key twice.
-  static TCIMReference Parse(const std::string& text,
-                             const boost::shared_ptr<ICIMNamespace>& home);
+  static TCIMReference Parse(const std::string& text, const boost::shared_ptr<ICIMNamespace>& home);
 
   // Adds a key value, or replaces the one of the same name (names ignore case). The name is
   // spelt as the bound class declares it, and as given where it declares none.

@@ -1,8 +1,8 @@
 // The plug-in as objects of this executable.
 #include <stdexcept>
 
-#include "model/CacheSwitches.h"
-#include "provider/TInmemNamespaceProvider.h"
+#include "inmem/model/CacheSwitches.h"
+#include "inmem/provider/TInmemNamespaceProvider.h"
 #include "support/Plugin.h"
 #include "support/plugin/RegisteredProvider.h"
 

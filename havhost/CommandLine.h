@@ -1,0 +1,56 @@
+// CommandLine: what one call of the program is asked to do, and the pieces from which each
+// command's own file declares its part of it.
+//
+// Ownership: the line owns the settings, which CLI11's options write to.
+// Errors:    none; what the user gets wrong is found when the line is parsed.
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include "havcore/ICIMNamespace.h"
+#include "havhost/TSettings.h"
+
+namespace havhost {
+
+// What a command does with the namespace when it is filled.
+using TCommandAction = std::function<void(const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
+                                          const TSettings& settings, std::ostream& out)>;
+
+struct TCommandLine {
+  TSettings settings;
+  TCommandAction action;
+};
+
+struct TCommandText {
+  std::string name;
+  std::string description;
+  std::string example;
+};
+
+// Adds a command that, when it is given, becomes the line's action.
+CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
+                     TCommandAction action);
+
+// Groups of options that several commands share.
+void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug-in, include, log
+void AddSourceOptions(CLI::App& command, TSettings& settings);     // those, and MOF or live
+void AddFormatOption(CLI::App& command, TSettings& settings);
+void AddRawOption(CLI::App& command, TSettings& settings);
+
+// Each of these declares one command.
+void AddInventoryCommand(CLI::App& program, TCommandLine& line);
+void AddLoadCommand(CLI::App& program, TCommandLine& line);
+void AddClassesCommand(CLI::App& program, TCommandLine& line);
+void AddShowCommand(CLI::App& program, TCommandLine& line);
+void AddInstancesCommand(CLI::App& program, TCommandLine& line);
+void AddGetCommand(CLI::App& program, TCommandLine& line);
+void AddMofCommand(CLI::App& program, TCommandLine& line);
+void AddReferencesCommand(CLI::App& program, TCommandLine& line);
+void AddAssociatorsCommand(CLI::App& program, TCommandLine& line);
+
+}  // namespace havhost

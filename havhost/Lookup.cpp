@@ -1,0 +1,61 @@
+#include "havhost/Lookup.h"
+
+#include "havcore/TCIMReference.h"
+#include "havcore/THAVException.h"
+#include "havcore/client/FoldedName.h"
+#include "havhost/THostError.h"
+
+namespace havhost {
+
+using namespace hav::client;
+
+using namespace NORVHAV20;
+
+namespace {
+
+TCIMReference ParsePath(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings) {
+  try {
+    auto path = TCIMReference::Parse(settings.path, target);
+    const auto& name = path.GetNameSpaceName();
+    if (!name.empty() && !SameName(name, settings.namespaceName))
+      throw THostError("the path names the namespace " + name + ", and this is " +
+                       settings.namespaceName);
+    return path;
+  } catch (const THAVException&) {
+    throw THostError("no object path: '" + settings.path +
+                     "' (a path looks like Class.Key=\"text\",OtherKey=1)");
+  }
+}
+
+}  // namespace
+
+boost::shared_ptr<ICIMClass> FindClass(ICIMNamespace& target, const std::string& name) {
+  try {
+    return target.GetClass(name, {});
+  } catch (const THAVException& failure) {
+    if (failure.GetStatusCode() == kHAVNotFound) throw THostError("no such class: '" + name + "'");
+    if (failure.GetStatusCode() == kHAVInvalidName)
+      throw THostError("no class name: '" + name + "'");
+    throw;
+  }
+}
+
+void RequireClass(ICIMNamespace& target, const std::string& name) {
+  if (!name.empty()) FindClass(target, name);
+}
+
+bool IsClassName(const std::string& text) { return text.find('=') == std::string::npos; }
+
+boost::shared_ptr<ICIMInstance> FindInstance(const boost::shared_ptr<ICIMNamespace>& target,
+                                             const TSettings& settings) {
+  const auto path = ParsePath(target, settings);
+  const auto cls = FindClass(*target, path.GetClassName());
+  auto instance = target->GetInstance(path, {});
+  if (!instance)
+    throw THostError(IsClassName(settings.path)
+                         ? "'" + settings.path + "' names a class, and no instance"
+                         : "no such instance: '" + settings.path + "'");
+  return instance;
+}
+
+}  // namespace havhost

@@ -1,0 +1,104 @@
+#include "havhost/OpenNamespace.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "havcore/client/Utf8.h"
+#include "havhost/Paths.h"
+#include "havhost/THostError.h"
+#include "havhost/TProgressLine.h"
+#include "havhost/report/Text.h"
+#include "inventory/CachesFound.h"
+#include "inventory/Inventory.h"
+#include "mof/TMofFolderSource.h"
+#include "mof/TMofLoader.h"
+
+namespace havhost {
+
+using namespace hav::client;
+using namespace hav::mof;
+using namespace hav::inventory;
+
+using namespace NORVHAV20;
+
+namespace {
+
+std::string StepText(TMofLoader::EStep step) {
+  switch (step) {
+    case TMofLoader::EStep::kReadFiles: return "reading MOF files";
+    case TMofLoader::EStep::kMakeClasses: return "making classes";
+    case TMofLoader::EStep::kStoreInstances: return "storing instances";
+  }
+  return {};
+}
+
+void PrintMessages(const TConsole& console, const TMofReport& report) {
+  for (const auto& message : report.GetMessages())
+    console.err << "havhost: " << Printable(message.ToString()) << '\n';
+}
+
+boost::shared_ptr<ICIMNamespace> LoadMof(const TPlugin& plugin, TSettings& settings,
+                                         const std::vector<std::string>& files,
+                                         const TConsole& console) {
+  std::vector<std::filesystem::path> searchPath;
+  for (const auto& folder : settings.includeFolders) searchPath.push_back(PathOf(folder));
+  TMofFolderSource source(searchPath);
+  TMofLoader loader(plugin.GetProvider(), source);
+  loader.SetNamespaceName(settings.namespaceName);
+  TMofReport report;
+  boost::shared_ptr<ICIMNamespace> loaded;
+  {
+    TProgressLine progress(console);
+    loader.SetProgress([&](TMofLoader::EStep step, std::size_t done, std::size_t total) {
+      progress.Show(StepText(step), done, total);
+    });
+    loaded = loader.Load(files, report);
+  }
+  PrintMessages(console, report);
+  if (!loaded)
+    throw THostError("nothing is loaded: the MOF has " + Count(report.CountErrors(), "errors"));
+  settings.namespaceName =
+      loader.GetNamespaceName().empty() ? TSettings::kDefaultNamespace : loader.GetNamespaceName();
+  return loaded;
+}
+
+std::vector<std::string> SchemaFiles(const TSettings& settings) {
+  const auto folder =
+      settings.schemaFolder.empty() ? InstalledSchema() : PathOf(settings.schemaFolder);
+  std::error_code failure;
+  std::vector<std::string> files;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, failure))
+    if (entry.path().extension() == ".mof") files.push_back(Utf8(entry.path()));
+  if (failure)
+    throw THostError("cannot read the schema folder " + Utf8(folder) + ": " + failure.message());
+  if (files.empty()) throw THostError("no MOF file in the schema folder " + Utf8(folder));
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+void TakeInventory(TPlugin& plugin, ICIMNamespace& target, const TSettings& settings,
+                   const TConsole& console) {
+  std::error_code failure;
+  if (!std::filesystem::is_directory(PathOf(settings.rootFolder), failure))
+    throw THostError("no such folder: '" + settings.rootFolder + "'");
+  CollectInventory(target, TMachine(settings.rootFolder), [&](const TFailure& lack) {
+    console.err << "havhost: not in the inventory: " << Printable(lack.ToString()) << '\n';
+  });
+  const auto switches = CachesFound(target);
+  for (std::size_t i = 0; i < switches.size(); ++i)
+    plugin.CacheSwitch(static_cast<int>(i) + 1) = switches[i];
+}
+
+}  // namespace
+
+boost::shared_ptr<ICIMNamespace> OpenNamespace(TPlugin& plugin, TSettings& settings,
+                                               const TConsole& console) {
+  if (!settings.mofFiles.empty()) return LoadMof(plugin, settings, settings.mofFiles, console);
+  auto target = LoadMof(plugin, settings, SchemaFiles(settings), console);
+  TakeInventory(plugin, *target, settings, console);
+  return target;
+}
+
+}  // namespace havhost

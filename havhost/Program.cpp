@@ -1,0 +1,136 @@
+#include "havhost/Program.h"
+
+#include <memory>
+#include <new>
+
+#include "havcore/THAVException.h"
+#include "havcore/client/Utf8.h"
+#include "havhost/CommandLine.h"
+#include "havhost/OpenNamespace.h"
+#include "havhost/Paths.h"
+#include "havhost/THelpText.h"
+#include "havhost/THostError.h"
+#include "havhost/THostLogger.h"
+#include "havhost/TOutputBuffer.h"
+#include "havhost/TPlugin.h"
+#include "havhost/report/Text.h"
+
+namespace havhost {
+
+using namespace NORVHAV20;
+
+namespace {
+
+void Declare(CLI::App& program, TCommandLine& line) {
+  program.name("havhost");
+  program.allow_windows_style_options(false);
+  program.set_version_flag("--version", "havhost " HAVHOST_VERSION, "Print the version and exit");
+  program.require_subcommand(1);
+  program.formatter(std::make_shared<THelpText>());
+  program.footer(
+      "Commands look at what the files of --mof hold, and without it at the inventory of this\n"
+      "machine. `havhost COMMAND --help` tells more of a command.\n\n"
+      "Example:\n  havhost inventory");
+  AddInventoryCommand(program, line);
+  AddLoadCommand(program, line);
+  AddClassesCommand(program, line);
+  AddShowCommand(program, line);
+  AddInstancesCommand(program, line);
+  AddGetCommand(program, line);
+  AddReferencesCommand(program, line);
+  AddAssociatorsCommand(program, line);
+  AddMofCommand(program, line);
+}
+
+// One sentence, and where to read more.
+std::string UsageError(const CLI::App& program, const std::vector<std::string>& arguments,
+                       const CLI::ParseError& failure) {
+  const auto commands = program.get_subcommands();
+  const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+  std::string what = failure.what();
+  if (commands.empty() && arguments.empty())
+    what = "a command is required";
+  else if (commands.empty())
+    what =
+        (arguments[0].rfind('-', 0) == 0 ? "no such option: " : "no such command: ") + arguments[0];
+  return what + " (see havhost" + command + " --help)";
+}
+
+// Reads the command line. Returns true when there is a command to run; help and version are
+// written at once.
+bool Parse(const std::vector<std::string>& arguments, TCommandLine& line, std::ostream& out) {
+  CLI::App program(
+      "Shows CIM classes and instances: of this machine's inventory, or of MOF files.");
+  Declare(program, line);
+  try {
+    program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    return true;
+  } catch (const CLI::CallForHelp&) {
+    out << program.help();
+  } catch (const CLI::CallForVersion&) {
+    out << program.version() << '\n';
+  } catch (const CLI::ParseError& failure) {
+    throw TUsageError(UsageError(program, arguments, failure));
+  }
+  return false;
+}
+
+void Finish(std::ostream& out) {
+  out.flush();
+  if (!out) throw THostError("cannot write the output");
+}
+
+void Execute(TPlugin& plugin, TCommandLine& line, const TConsole& console) {
+  const auto target = OpenNamespace(plugin, line.settings, console);
+  line.action(target, line.settings, console.out);
+}
+
+// The status says what kind of failure it was, and the line logged before it the rest.
+std::string Describe(const THAVException& failure, THostLogger& logger) {
+  const auto logged = logger.TakeLastError();
+  return failure.what() + (logged.empty() ? "" : ": " + logged);
+}
+
+void RunCommand(TCommandLine& line, const TConsole& console) {
+  const auto& settings = line.settings;
+  THostLogger logger(console.err, settings.verbose);
+  TPlugin plugin(settings.plugin.empty() ? InstalledPlugin()
+                                         : hav::client::PathOf(settings.plugin));
+  // The log would break up the line that says how far the work is.
+  const bool showsProgress = console.showsProgress && !settings.verbose;
+  std::string failure;
+  try {
+    Execute(plugin, line, {console.out, console.err, showsProgress});
+  } catch (const THAVException& thrown) {
+    // It is the plug-in's own and has to end before the plug-in does.
+    failure = Describe(thrown, logger);
+  }
+  logger.Summarise();
+  if (!failure.empty()) throw THostError(failure);
+}
+
+int Fail(const TConsole& console, const std::string& what, EExitStatus status) {
+  console.err << "havhost: " << Printable(what) << '\n';
+  return status;
+}
+
+}  // namespace
+
+int Run(const std::vector<std::string>& arguments, const TConsole& console) {
+  try {
+    TCommandLine line;
+    if (Parse(arguments, line, console.out)) RunCommand(line, console);
+    Finish(console.out);
+    return kExitDone;
+  } catch (const TUsageError& failure) {
+    return Fail(console, failure.what(), kExitUsage);
+  } catch (const TOutputError& failure) {
+    return failure.IsReaderGone() ? kExitDone : Fail(console, failure.what(), kExitFailed);
+  } catch (const std::bad_alloc&) {
+    return Fail(console, "out of memory", kExitFailed);
+  } catch (const std::exception& failure) {
+    return Fail(console, failure.what(), kExitFailed);
+  }
+}
+
+}  // namespace havhost

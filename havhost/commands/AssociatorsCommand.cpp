@@ -1,0 +1,80 @@
+// havhost associators: the instances at the other ends of an instance's associations, or the
+// classes at the other ends of a class's.
+#include "havcore/client/Enumerate.h"
+#include "havhost/CommandLine.h"
+#include "havhost/Lookup.h"
+#include "havhost/report/Listing.h"
+
+namespace havhost {
+
+using namespace hav::client;
+
+using namespace NORVHAV20;
+
+namespace {
+
+std::vector<TListedClass> ClassAssociators(const ICIMClass& cls, const TSettings& settings) {
+  std::vector<TListedClass> listed;
+  const auto found = Collect<ICIMClass>([&](const TEnumCallback<ICIMClass>& callback) {
+    cls.EnumerateAssociatedClasses(callback, settings.associationClass, settings.resultClass,
+                                   settings.role, settings.resultRole, {});
+  });
+  for (const auto& associated : found) listed.push_back({associated});
+  return listed;
+}
+
+// An instance's query takes an empty result class for an unknown one.
+std::string ResultClass(const TSettings& settings) {
+  return settings.resultClass.empty() ? "<root>" : settings.resultClass;
+}
+
+void ListAssociators(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
+                     std::ostream& out) {
+  RequireClass(*target, settings.associationClass);
+  RequireClass(*target, settings.resultClass);
+  if (IsClassName(settings.path)) {
+    const auto cls = FindClass(*target, settings.path);
+    PrintListing(out, ClassAssociators(*cls, settings), settings);
+    return;
+  }
+  const auto instance = FindInstance(target, settings);
+  const auto found = Collect<ICIMInstance>([&](const TEnumCallback<ICIMInstance>& callback) {
+    instance->EnumerateAssociatedInstances(callback, settings.associationClass,
+                                           ResultClass(settings), settings.role,
+                                           settings.resultRole, {});
+  });
+  PrintListing(out, found, settings);
+}
+
+}  // namespace
+
+void AddAssociatorsCommand(CLI::App& program, TCommandLine& line) {
+  auto& settings = line.settings;
+  auto& command = AddCommand(
+      program, line,
+      {"associators", "List what associations link to an instance, or can link to a class",
+       "havhost associators 'ORVSG_DiskDrive.Name=\"/dev/sda\"' --result-class "
+       "ORVSG_DiskPartition"},
+      ListAssociators);
+  command.add_option("PATH", settings.path, "Object path of the instance, or the name of a class")
+      ->required();
+  command
+      .add_option("--assoc-class", settings.associationClass,
+                  "Only by associations of this class or a subclass")
+      ->type_name("NAME");
+  command.add_option("--result-class", settings.resultClass, "Only of this class or a subclass")
+      ->type_name("NAME");
+  command
+      .add_option("--role", settings.role,
+                  "Only by associations that refer to the starting point by this name")
+      ->type_name("NAME");
+  command
+      .add_option("--result-role", settings.resultRole,
+                  "Only what the association refers to by this name")
+      ->type_name("NAME");
+  AddFormatOption(command, settings);
+  AddRawOption(command, settings);
+  AddSourceOptions(command, settings);
+}
+
+}  // namespace havhost

@@ -1,0 +1,35 @@
+// havhost get: one instance, by its path.
+#include "havhost/CommandLine.h"
+#include "havhost/Lookup.h"
+#include "havhost/report/InstanceText.h"
+#include "havhost/report/Json.h"
+
+namespace havhost {
+
+using namespace NORVHAV20;
+
+namespace {
+
+void GetInstance(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
+                 std::ostream& out) {
+  const auto report = ReportOf(*FindInstance(target, settings));
+  if (settings.IsJson())
+    PrintJson(out, ToJson(report));
+  else
+    PrintInstance(out, report, settings.raw);
+}
+
+}  // namespace
+
+void AddGetCommand(CLI::App& program, TCommandLine& line) {
+  auto& command = AddCommand(program, line,
+                             {"get", "Show one instance with its properties",
+                              "havhost get 'ORVSG_NetworkPort.Name=\"lo\"' --raw"},
+                             GetInstance);
+  command.add_option("PATH", line.settings.path, "Object path of the instance")->required();
+  AddFormatOption(command, line.settings);
+  AddRawOption(command, line.settings);
+  AddSourceOptions(command, line.settings);
+}
+
+}  // namespace havhost

@@ -1,0 +1,91 @@
+// havhost inventory: every instance, hung up by the associations.
+#include "havhost/CommandLine.h"
+#include "havhost/Lookup.h"
+#include "havhost/report/InstanceText.h"
+#include "havhost/report/Json.h"
+#include "havhost/report/TInventoryTree.h"
+#include "havhost/report/Text.h"
+
+namespace havhost {
+
+using namespace NORVHAV20;
+
+namespace {
+
+constexpr char kLine[] = "│  ";
+constexpr char kBlank[] = "   ";
+constexpr char kBranch[] = "├─ ";
+constexpr char kLastBranch[] = "└─ ";
+
+using TNodes = std::vector<TInventoryTree::TNode>;
+
+// What stands left of the lines below a node, from the branches that go on beside them.
+std::string Indentation(const TNodes& nodes, std::size_t at) {
+  std::vector<const char*> pieces;
+  for (; nodes[at].parent != TInventoryTree::kNone; at = nodes[at].parent)
+    pieces.push_back(nodes[at].isLast ? kBlank : kLine);
+  std::string indentation;
+  for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) indentation += *piece;
+  return indentation;
+}
+
+void PrintNode(std::ostream& out, const TNodes& nodes, std::size_t at, bool raw) {
+  const auto& node = nodes[at];
+  const bool hangs = node.parent != TInventoryTree::kNone;
+  const auto above = hangs ? Indentation(nodes, node.parent) : "";
+  const auto below = Indentation(nodes, at) + (node.hasChildren ? kLine : kBlank);
+  if (hangs)
+    out << above << "│\n" << above << (node.isLast ? kLastBranch : kBranch);
+  else if (at != 0)
+    out << '\n';
+  out << node.instance.className << "  " << Printable(node.instance.Title()) << '\n';
+  PrintProperties(out, below, node.instance, raw);
+}
+
+TJson ToJson(const TNodes& nodes) {
+  TJson instances = TJson::array();
+  for (const auto& node : nodes) {
+    auto instance = havhost::ToJson(node.instance);
+    const bool hangs = node.parent != TInventoryTree::kNone;
+    instance["parent"] = hangs ? TJson(nodes[node.parent].instance.path) : TJson();
+    instance["association"] = hangs ? TJson(node.association) : TJson();
+    instances.push_back(std::move(instance));
+  }
+  return instances;
+}
+
+void ShowInventory(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
+                   std::ostream& out) {
+  const auto top = settings.className.empty() ? boost::shared_ptr<ICIMClass>()
+                                              : FindClass(*target, settings.className);
+  const TInventoryTree tree(*target, top);
+  if (settings.IsJson()) {
+    TJson associations = TJson::array();
+    for (const auto& association : tree.Associations())
+      associations.push_back(havhost::ToJson(association));
+    PrintJson(out, {{"namespace", settings.namespaceName},
+                    {"instances", ToJson(tree.Nodes())},
+                    {"associations", associations}});
+    return;
+  }
+  for (std::size_t at = 0; at < tree.Nodes().size(); ++at)
+    PrintNode(out, tree.Nodes(), at, settings.raw);
+}
+
+}  // namespace
+
+void AddInventoryCommand(CLI::App& program, TCommandLine& line) {
+  auto& command = AddCommand(program, line,
+                             {"inventory", "Show what this machine consists of, as a tree",
+                              "havhost inventory --class ORVSG_DiskDrive"},
+                             ShowInventory);
+  command
+      .add_option("--class", line.settings.className,
+                  "Show only instances of this class or its subclasses, and what hangs on them")
+      ->type_name("NAME");
+  AddFormatOption(command, line.settings);
+  AddRawOption(command, line.settings);
+  AddSourceOptions(command, line.settings);
+}
+
+}  // namespace havhost

@@ -1,0 +1,62 @@
+// havhost references: the associations that refer to an instance, or that can refer to the
+// instances of a class.
+#include "havcore/client/Enumerate.h"
+#include "havhost/CommandLine.h"
+#include "havhost/Lookup.h"
+#include "havhost/report/Listing.h"
+
+namespace havhost {
+
+using namespace hav::client;
+
+using namespace NORVHAV20;
+
+namespace {
+
+std::vector<TListedClass> ClassReferences(const ICIMClass& cls, const TSettings& settings) {
+  std::vector<TListedClass> listed;
+  const auto found = Collect<ICIMClass>([&](const TEnumCallback<ICIMClass>& callback) {
+    cls.EnumerateAssociationClasses(callback, settings.resultClass, settings.role, {});
+  });
+  for (const auto& association : found) listed.push_back({association});
+  return listed;
+}
+
+void ListReferences(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
+                    std::ostream& out) {
+  RequireClass(*target, settings.resultClass);
+  if (IsClassName(settings.path)) {
+    const auto cls = FindClass(*target, settings.path);
+    PrintListing(out, ClassReferences(*cls, settings), settings);
+    return;
+  }
+  const auto instance = FindInstance(target, settings);
+  const auto found = Collect<ICIMInstance>([&](const TEnumCallback<ICIMInstance>& callback) {
+    instance->EnumerateAssociationInstances(callback, settings.resultClass, settings.role, {});
+  });
+  PrintListing(out, found, settings);
+}
+
+}  // namespace
+
+void AddReferencesCommand(CLI::App& program, TCommandLine& line) {
+  auto& command = AddCommand(
+      program, line,
+      {"references", "List the associations that refer to an instance, or can refer to a class",
+       "havhost references 'ORVSG_DiskDrive.Name=\"/dev/sda\"' --role Antecedent"},
+      ListReferences);
+  command
+      .add_option("PATH", line.settings.path, "Object path of the instance, or the name of a class")
+      ->required();
+  command
+      .add_option("--result-class", line.settings.resultClass,
+                  "Only associations of this class or a subclass")
+      ->type_name("NAME");
+  command.add_option("--role", line.settings.role, "Only those that refer to it by this name")
+      ->type_name("NAME");
+  AddFormatOption(command, line.settings);
+  AddRawOption(command, line.settings);
+  AddSourceOptions(command, line.settings);
+}
+
+}  // namespace havhost

@@ -1,0 +1,31 @@
+// Json: reports as JSON documents, with fields in a fixed order.
+//
+//   value     NULL and reals without a number as null or text; numbers and booleans as such;
+//             characters, strings, datetimes and object paths as text; arrays as arrays
+//   property  {"type", "value", "display"}; the display text of an array is an array
+//   instance  {"path", "class", "properties": {name: property}}
+//
+// Threads: pure functions.
+#pragma once
+
+#include <ostream>
+
+#include <nlohmann/json.hpp>
+
+#include "havcore/TCIMValue.h"
+#include "havhost/report/ClassReport.h"
+#include "havhost/report/InstanceReport.h"
+
+namespace havhost {
+
+using TJson = nlohmann::ordered_json;
+
+TJson ToJson(const NORVHAV20::TCIMValue& value);
+TJson ToJson(const TInstanceReport& instance);
+TJson ToJson(const TClassReport& cls);
+
+// Writes the document, indented, and ends the line. Bytes that are no UTF-8 become the
+// replacement character.
+void PrintJson(std::ostream& out, const TJson& document);
+
+}  // namespace havhost

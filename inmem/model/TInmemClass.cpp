@@ -1,0 +1,308 @@
+#include "inmem/model/TInmemClass.h"
+
+#include <utility>
+
+#include <boost/make_shared.hpp>
+
+#include "havcore/ICIMNamespace.h"
+#include "havcore/ICIMQualifier.h"
+#include "inmem/model/QualifierQueries.h"
+#include "inmem/model/Snapshot.h"
+#include "inmem/model/TInmemMethodDecl.h"
+#include "inmem/model/TInmemPropertyDecl.h"
+#include "inmem/model/TInmemQualifier.h"
+#include "inmem/values/CimName.h"
+#include "inmem/values/Failure.h"
+#include "inmem/values/ModelClock.h"
+
+namespace NORVHAV20 {
+
+namespace {
+
+// The declarations of a table, for a walk.
+template <class Table>
+auto DeclsOf(const Table& table) {
+  std::vector<decltype(table.begin()->second.decl)> decls;
+  decls.reserve(table.size());
+  for (const auto& entry : table) decls.push_back(entry.second.decl);
+  return decls;
+}
+
+// What a class's table holds after set-up: what the superclass has to pass on, under what the
+// class declared itself.
+template <class Table, class Decls>
+Table Inherit(const Table& standing, const Decls& inherited) {
+  Table table;
+  for (const auto& entry : standing)
+    if (entry.second.own) table.insert(entry);
+  for (const auto& decl : inherited)
+    table.insert({NormalizeCimName(decl->GetName(TOptions())), {decl, false}});
+  return table;
+}
+
+template <class Table>
+auto FindDecl(const Table& table, const std::string& name) {
+  const auto found = table.find(CimName(name).Folded());
+  if (found == table.end()) Throw(kHAVNotFound);
+  return found->second.decl;
+}
+
+template <class Decls, class Callback>
+void EnumerateDecls(const Decls& decls, const Callback& callback) {
+  for (const auto& decl : decls) DropExceptions([&] { callback(decl); });
+}
+
+}  // namespace
+
+TInmemClass::TInmemClass(const boost::shared_ptr<INamespaceRegistry>& registry,
+                         const boost::shared_ptr<TClassCensus>& census, const std::string& name,
+                         const boost::shared_ptr<ICIMClass>& superclass)
+    : m_registry(registry), m_census(census), m_name(name), m_superclass(superclass) {}
+
+TInmemClass::~TInmemClass() {
+  ModelClock::SchemaChanged();
+  ReleaseOneByOne(m_subclasses);
+  ReleaseOneByOne(m_associations);
+}
+
+// Destroying a class releases its subclasses, theirs release their own, and a deep hierarchy
+// would go down the stack with them: so the lists of those about to go are taken over first.
+void TInmemClass::ReleaseOneByOne(TClasses& classes) noexcept {
+  while (!classes.empty()) {
+    const auto last = std::move(classes.back());
+    classes.pop_back();
+    auto* cls = last.use_count() == 1 ? dynamic_cast<TInmemClass*>(last.get()) : nullptr;
+    if (!cls) continue;
+    for (TClasses* list : {&cls->m_subclasses, &cls->m_associations}) {
+      try {
+        classes.insert(classes.end(), list->begin(), list->end());
+        list->clear();
+      } catch (const std::bad_alloc&) {
+        // Then it does go down the stack.
+      }
+    }
+  }
+}
+
+boost::shared_ptr<TInmemClass> TInmemClass::Self() const {
+  return boost::const_pointer_cast<TInmemClass>(shared_from_this());
+}
+
+void TInmemClass::SetUpInheritance() {
+  const auto superclass = m_superclass.lock();
+  if (!superclass) return;
+  auto properties = Inherit(m_properties, Collect<ICIMPropertyDecl>([&](const auto& take) {
+                              superclass->EnumeratePropertyDecls(take, TOptions());
+                            }));
+  auto methods = Inherit(m_methods, Collect<ICIMMethodDecl>([&](const auto& take) {
+                           superclass->EnumerateMethodDecls(take, TOptions());
+                         }));
+  auto qualifiers = PropagatedQualifiers(*superclass);
+  m_properties.swap(properties);
+  m_methods.swap(methods);
+  m_qualifiers.Swap(qualifiers);
+  PropertiesChanged();
+}
+
+TQualifierTable::TMap TInmemClass::PropagatedQualifiers(ICIMClass& superclass) {
+  TQualifierTable::TMap qualifiers;
+  for (const auto& entry : m_qualifiers.Entries())
+    if (!entry.second->IsPropagated(TOptions())) qualifiers.insert(entry);
+  const auto sources = Collect<ICIMQualifier>(
+      [&](const auto& take) { superclass.EnumerateQualifiers(take, TOptions()); });
+  for (const auto& source : sources) {
+    std::string name = NormalizeCimName(source->GetName(TOptions()));
+    const bool toSubclass =
+        (source->GetFlavor(TOptions()) & ICIMQualifierDecl::kFlavorToSubclass) != 0;
+    if (name == "abstract" || !toSubclass || qualifiers.count(name) != 0) continue;
+    const auto copy = boost::make_shared<TInmemQualifier>(Self(), *source);
+    copy->MarkPropagated();
+    qualifiers.emplace(std::move(name), copy);
+  }
+  return qualifiers;
+}
+
+bool TInmemClass::HasTrueQualifier(std::string_view folded) const {
+  const auto qualifier = m_qualifiers.FindFolded(folded);
+  if (!qualifier) return false;
+  const TCIMValue& value = qualifier->GetValue(TOptions());
+  return !value.IsNull() && static_cast<bool>(value);
+}
+
+TInmemClass::TPropertyDecls TInmemClass::PropertyDecls() const { return DeclsOf(m_properties); }
+
+TInmemClass::TPropertyDecls TInmemClass::ReferenceDecls() const {
+  TPropertyDecls references;
+  for (const auto& entry : m_properties)
+    if (entry.second.decl->GetType(TOptions()) == kCIMReference)
+      references.push_back(entry.second.decl);
+  return references;
+}
+
+boost::intrusive_ptr<const TSlotDeclarations> TInmemClass::SlotDeclarations() const {
+  if (!m_slotDeclarations) {
+    std::vector<TSlotDeclarations::TNamed> named;
+    named.reserve(m_properties.size());
+    for (const auto& [name, entry] : m_properties) named.emplace_back(name, entry.decl);
+    m_slotDeclarations.reset(new TSlotDeclarations(std::move(named)));
+  }
+  return m_slotDeclarations;
+}
+
+void TInmemClass::ModifyInstance(boost::shared_ptr<ICIMInstance>, TOptions) {}
+
+const std::string& TInmemClass::GetName(TOptions) const { return m_name; }
+
+boost::shared_ptr<ICIMNamespace> TInmemClass::GetNamespace(TOptions) const {
+  const auto registry = m_registry.lock();
+  return registry ? registry->AsNamespace() : nullptr;
+}
+
+bool TInmemClass::IsAssociation(TOptions) const { return HasTrueQualifier("association"); }
+
+bool TInmemClass::IsAbstract(TOptions) const { return HasTrueQualifier("abstract"); }
+
+bool TInmemClass::IsIndication(TOptions) const { return HasTrueQualifier("indication"); }
+
+boost::shared_ptr<ICIMClass> TInmemClass::GetSuperClass(TOptions) const {
+  return m_superclass.lock();
+}
+
+void TInmemClass::EnumerateSubclasses(const TEnumCallback<ICIMClass>& callback, TOptions) const {
+  for (const auto& subclass : TClasses(m_subclasses)) DropExceptions([&] { callback(subclass); });
+}
+
+bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
+  const std::string& wanted = Require(other)->GetName(TOptions());
+  if (m_name == wanted) return true;
+  for (auto cls = m_superclass.lock(); cls; cls = cls->GetSuperClass(TOptions()))
+    if (cls->GetName(TOptions()) == wanted) return true;
+  return false;
+}
+
+void TInmemClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
+                                    TOptions) const {
+  const auto keys = KeyDecls();
+  for (const auto& decl : *keys) callback(&decl->GetName(TOptions()));
+}
+
+boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() const {
+  const std::uint64_t schema = ModelClock::Schema();
+  if (m_keyDecls && m_keyDeclsSchema == schema) return m_keyDecls;
+  auto keys = boost::make_shared<TPropertyDecls>();
+  bool own = true;
+  for (const auto& decl : PropertyDecls()) {
+    if (IsKey(*decl)) keys->push_back(decl);
+    own = own && IsAnswerOurs(*decl);
+  }
+  // The answer of a declaration or qualifier of another make may change unseen.
+  m_keyDecls = own ? keys : nullptr;
+  m_keyDeclsSchema = schema;
+  return keys;
+}
+
+void TInmemClass::PropertiesChanged() noexcept {
+  m_slotDeclarations.reset();
+  m_keyDecls.reset();
+  ModelClock::SchemaChanged();
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocatePropertyDecl(const std::string& name,
+                                                                      const TCIMValue& defaultValue,
+                                                                      TOptions) {
+  return boost::make_shared<TInmemPropertyDecl>(Self(), name, defaultValue);
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TInmemClass::GetPropertyDecl(const std::string& name,
+                                                                 TOptions) const {
+  return FindDecl(m_properties, name);
+}
+
+void TInmemClass::EnumeratePropertyDecls(const TEnumCallback<ICIMPropertyDecl>& callback,
+                                         TOptions) const {
+  EnumerateDecls(PropertyDecls(), callback);
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocateReferenceDecl(
+    const std::string& name, boost::shared_ptr<ICIMClass> referenced, TOptions) {
+  return boost::make_shared<TInmemPropertyDecl>(Self(), name,
+                                                TCIMValue::NullReference(Require(referenced)));
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TInmemClass::GetReferenceDecl(const std::string& name,
+                                                                  TOptions) const {
+  auto decl = FindDecl(m_properties, name);
+  if (decl->GetType(TOptions()) != kCIMReference) Throw(kHAVNotFound);
+  return decl;
+}
+
+void TInmemClass::EnumerateReferenceDecls(const TEnumCallback<ICIMPropertyDecl>& callback,
+                                          TOptions) const {
+  EnumerateDecls(ReferenceDecls(), callback);
+}
+
+boost::shared_ptr<ICIMMethodDecl> TInmemClass::AllocateMethodDecl(const std::string& name,
+                                                                  TCIMValue::TCIMType returnType,
+                                                                  TOptions) {
+  return boost::make_shared<TInmemMethodDecl>(Self(), name, returnType);
+}
+
+boost::shared_ptr<ICIMMethodDecl> TInmemClass::GetMethodDecl(const std::string& name,
+                                                             TOptions) const {
+  return FindDecl(m_methods, name);
+}
+
+void TInmemClass::EnumerateMethodDecls(const TEnumCallback<ICIMMethodDecl>& callback,
+                                       TOptions) const {
+  EnumerateDecls(DeclsOf(m_methods), callback);
+}
+
+TCIMValue TInmemClass::InvokeMethod(const std::string&, std::map<std::string, TCIMValue>&,
+                                    TOptions) {
+  return TCIMValue();
+}
+
+bool TInmemClass::operator==(const ICIMClass& other) const {
+  return m_name == other.GetName(TOptions());
+}
+
+bool TInmemClass::operator<(const ICIMClass& other) const {
+  return m_name < other.GetName(TOptions());
+}
+
+bool TInmemClass::IsHostMarked(TOptions) const { return m_hostMark; }
+
+void TInmemClass::SetHostMarked(TOptions) { m_hostMark = true; }
+
+void TInmemClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) {
+  m_qualifiers.AddToClass(qualifier);
+  ModelClock::SchemaChanged();
+}
+
+boost::shared_ptr<ICIMQualifier> TInmemClass::AllocateQualifier(
+    boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value,
+    ICIMQualifierDecl::EFlavor flavor, TOptions) {
+  return AllocateQualifierOf(Self(), decl, value, &flavor);
+}
+
+boost::shared_ptr<ICIMQualifier> TInmemClass::AllocateQualifier(
+    boost::shared_ptr<ICIMQualifierDecl> decl, const TCIMValue& value, TOptions) {
+  return AllocateQualifierOf(Self(), decl, value, nullptr);
+}
+
+boost::shared_ptr<ICIMQualifier> TInmemClass::FindQualifier(const std::string& name, bool& found,
+                                                            TOptions) {
+  auto qualifier = m_qualifiers.Find(name);
+  found = qualifier != nullptr;
+  return qualifier;
+}
+
+boost::shared_ptr<ICIMQualifier> TInmemClass::GetQualifier(const std::string& name, TOptions) {
+  return m_qualifiers.Find(name);
+}
+
+void TInmemClass::EnumerateQualifiers(const TEnumCallback<ICIMQualifier>& callback, TOptions) {
+  m_qualifiers.Enumerate(callback);
+}
+
+}  // namespace NORVHAV20

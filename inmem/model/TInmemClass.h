@@ -1,0 +1,233 @@
+// TInmemClass: one CIM class of one namespace, with its declarations and its instances.
+//
+// What a class inherits is copied into its own tables when it is set up; entries that it
+// declared itself are marked as its own. Its jobs are in sources of their own:
+//   TInmemClass.cpp              identity, inheritance, look-ups and walks
+//   TInmemClassRegistration.cpp  validation, entering and leaving the namespace, redefinition
+//   TInmemClassDeclarations.cpp  the override rules
+//   TInmemClassInstances.cpp     the instance store, enumeration, the processor rule
+//   TInmemClassAssociations.cpp  which associations refer to the class
+//
+// Ownership: held by its namespace and by its instances; holds its qualifiers, declarations,
+//            subclasses, referring associations and stored instances. Namespace and
+//            superclass are weak links.
+// Threads:   one thread at a time per namespace.
+// Errors:    THAVException; the status of each operation is given with the interface.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include "havcore/ICIMClass.h"
+#include "havcore/ICIMMethodDecl.h"
+#include "havcore/ICIMPropertyDecl.h"
+#include "havcore/TCIMReference.h"
+#include "inmem/model/INamespaceRegistry.h"
+#include "inmem/model/TClassCensus.h"
+#include "inmem/model/TInstanceStore.h"
+#include "inmem/model/TLinkIndex.h"
+#include "inmem/model/TQualifierTable.h"
+#include "inmem/values/TSlotLayout.h"
+
+namespace NORVHAV20 {
+
+class TInmemClass final : public ICIMClass, public boost::enable_shared_from_this<TInmemClass> {
+ public:
+  using TClasses = std::vector<boost::shared_ptr<ICIMClass>>;
+
+  TInmemClass(const boost::shared_ptr<INamespaceRegistry>& registry,
+              const boost::shared_ptr<TClassCensus>& census, const std::string& name,
+              const boost::shared_ptr<ICIMClass>& superclass);
+  ~TInmemClass() override;
+  TInmemClass(const TInmemClass&) = delete;
+  TInmemClass& operator=(const TInmemClass&) = delete;
+
+  // Takes what the superclass has to pass on now, in place of what was inherited before; the
+  // class's own declarations and qualifiers stay.
+  void SetUpInheritance();
+
+  // Returns the instance stored under the path, empty when there is none.
+  boost::shared_ptr<ICIMInstance> FindInstance(const TCIMReference& path) const;
+  // Empties the instance store; the instances are not told.
+  void ClearInstances() noexcept;
+
+  // Drops the instances and the association set. Throws nothing.
+  void BreakCircles() noexcept;
+
+  // Returns the property declarations as they are now, laid out for instances.
+  boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarations() const;
+
+  // Returns the index of the links that the stored instances, as those of an association,
+  // make. Empty when there is none: because there can be none, or because nothing suggests
+  // yet that making it pays. Complexity: O(1) while the model stands.
+  boost::shared_ptr<const TLinkIndex> Links() const;
+  // The same, but nothing is made for asking.
+  boost::shared_ptr<const TLinkIndex> CurrentLinks() const {
+    return m_links && m_links->IsCurrent() ? m_links : nullptr;
+  }
+  bool HasInstances() const noexcept { return m_instances.Size() != 0; }
+
+  // The class itself when it is of this make, else null.
+  static const TInmemClass* Own(const ICIMClass& cls) noexcept {
+    return typeid(cls) == typeid(TInmemClass) ? static_cast<const TInmemClass*>(&cls) : nullptr;
+  }
+
+  // ICIMElement and ICIMClass.
+  void Validate(TOptions options) const override;
+  void AddToNamespace(TOptions options) override;
+  void Delete(TOptions options) override;
+  void ModifyInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) override;
+  const std::string& GetName(TOptions options) const override;
+  boost::shared_ptr<ICIMNamespace> GetNamespace(TOptions options) const override;
+  bool IsAssociation(TOptions options) const override;
+  bool IsAbstract(TOptions options) const override;
+  bool IsIndication(TOptions options) const override;
+  boost::shared_ptr<ICIMClass> GetSuperClass(TOptions options) const override;
+  void EnumerateSubclasses(const TEnumCallback<ICIMClass>& callback,
+                           TOptions options) const override;
+  bool IsA(boost::shared_ptr<ICIMClass> other, TOptions options) const override;
+  void EnumerateAssociatedClasses(const TEnumCallback<ICIMClass>& callback,
+                                  const std::string& associationClass,
+                                  const std::string& resultClass, const std::string& role,
+                                  const std::string& resultRole, TOptions options) const override;
+  void EnumerateAssociationClasses(const TEnumCallback<ICIMClass>& callback,
+                                   const std::string& resultClass, const std::string& role,
+                                   TOptions options) const override;
+  void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
+                         TOptions options) const override;
+  boost::shared_ptr<ICIMPropertyDecl> AllocatePropertyDecl(const std::string& name,
+                                                           const TCIMValue& defaultValue,
+                                                           TOptions options) override;
+  boost::shared_ptr<ICIMPropertyDecl> GetPropertyDecl(const std::string& name,
+                                                      TOptions options) const override;
+  void EnumeratePropertyDecls(const TEnumCallback<ICIMPropertyDecl>& callback,
+                              TOptions options) const override;
+  boost::shared_ptr<ICIMPropertyDecl> AllocateReferenceDecl(const std::string& name,
+                                                            boost::shared_ptr<ICIMClass> referenced,
+                                                            TOptions options) override;
+  boost::shared_ptr<ICIMPropertyDecl> GetReferenceDecl(const std::string& name,
+                                                       TOptions options) const override;
+  void EnumerateReferenceDecls(const TEnumCallback<ICIMPropertyDecl>& callback,
+                               TOptions options) const override;
+  boost::shared_ptr<ICIMInstance> AllocateInstance(TOptions options) override;
+  void EnumerateInstances(const TEnumCallback<ICIMInstance>& callback, bool deep,
+                          TOptions options) override;
+  boost::shared_ptr<ICIMMethodDecl> AllocateMethodDecl(const std::string& name,
+                                                       TCIMValue::TCIMType returnType,
+                                                       TOptions options) override;
+  boost::shared_ptr<ICIMMethodDecl> GetMethodDecl(const std::string& name,
+                                                  TOptions options) const override;
+  void EnumerateMethodDecls(const TEnumCallback<ICIMMethodDecl>& callback,
+                            TOptions options) const override;
+  TCIMValue InvokeMethod(const std::string& method, std::map<std::string, TCIMValue>& parameters,
+                         TOptions options) override;
+  bool operator==(const ICIMClass& other) const override;
+  bool operator<(const ICIMClass& other) const override;
+  ICIMClass& operator=(const ICIMClass&) override { return *this; }
+  bool IsHostMarked(TOptions options) const override;
+  void SetHostMarked(TOptions options) override;
+  void AddSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions options) override;
+  void RemoveSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions options) override;
+  void AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) override;
+  void RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOptions options) override;
+  void AddAssociation(boost::shared_ptr<ICIMClass> association, TOptions options) override;
+  void RemoveAssociation(boost::shared_ptr<ICIMClass> association, TOptions options) override;
+  void AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions options) override;
+  void RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions options) override;
+  void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions options) override;
+  void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions options) override;
+
+  // ICIMNamedElement. Absent: an empty pointer from both look-ups.
+  void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions options) override;
+  boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl> decl,
+                                                     const TCIMValue& value,
+                                                     ICIMQualifierDecl::EFlavor flavor,
+                                                     TOptions options) override;
+  boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl> decl,
+                                                     const TCIMValue& value,
+                                                     TOptions options) override;
+  boost::shared_ptr<ICIMQualifier> FindQualifier(const std::string& name, bool& found,
+                                                 TOptions options) override;
+  boost::shared_ptr<ICIMQualifier> GetQualifier(const std::string& name, TOptions options) override;
+  void EnumerateQualifiers(const TEnumCallback<ICIMQualifier>& callback, TOptions options) override;
+
+ private:
+  // A declaration, and whether the class declared it or inherited it.
+  template <class TDecl>
+  struct TEntry {
+    boost::shared_ptr<TDecl> decl;
+    bool own;
+  };
+  template <class TDecl>
+  using TDeclTable = std::map<std::string, TEntry<TDecl>, std::less<>>;
+  using TPropertyTable = TDeclTable<ICIMPropertyDecl>;
+  using TMethodTable = TDeclTable<ICIMMethodDecl>;
+  using TPropertyDecls = std::vector<boost::shared_ptr<ICIMPropertyDecl>>;
+
+  boost::shared_ptr<TInmemClass> Self() const;
+  bool HasTrueQualifier(std::string_view folded) const;
+  TPropertyDecls PropertyDecls() const;
+  TPropertyDecls ReferenceDecls() const;
+  boost::shared_ptr<const TPropertyDecls> KeyDecls() const;
+  void PropertiesChanged() noexcept;
+
+  // Inheritance.
+  TQualifierTable::TMap PropagatedQualifiers(ICIMClass& superclass);
+
+  // Registration.
+  struct TLinks;
+  TLinks PlanLinks(const boost::shared_ptr<TInmemClass>& displaced) const;
+  TClasses ClassesToRegisterWith() const;
+  void RefuseCycle(const boost::shared_ptr<ICIMClass>& superclass) const;
+  void Commit(TLinks& links) noexcept;
+  void TakeOver(TInmemClass& displaced, TClasses& associations) noexcept;
+  void LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& classes) noexcept;
+  bool Reaches(const ICIMClass& cls) const;
+  static void ReleaseOneByOne(TClasses& classes) noexcept;
+
+  // Instances.
+  struct TVisit;
+  std::vector<TVisit> PlanVisits();
+  void Visit(const TInstanceStore::TInstances& instances,
+             const TEnumCallback<ICIMInstance>& callback) const;
+  bool IsProcessor() const;
+
+  // Associations.
+  TClasses AssociationClasses(const std::string& resultClass, const std::string& role) const;
+  boost::shared_ptr<ICIMClass> FindClass(const std::string& name) const;
+
+  boost::weak_ptr<INamespaceRegistry> m_registry;
+  boost::weak_ptr<TClassCensus> m_census;
+  std::string m_name;
+  boost::weak_ptr<ICIMClass> m_superclass;
+  TQualifierTable m_qualifiers;
+  TPropertyTable m_properties;
+  TMethodTable m_methods;
+  // Made when it is first asked for, dropped when the property table changes.
+  mutable boost::intrusive_ptr<const TSlotDeclarations> m_slotDeclarations;
+  // The keys, as they are while the schema clock shows this.
+  mutable boost::shared_ptr<const TPropertyDecls> m_keyDecls;
+  mutable std::uint64_t m_keyDeclsSchema = 0;
+  TClasses m_subclasses;
+  TClasses m_associations;
+  // Where this class, an association, registered itself.
+  std::vector<boost::weak_ptr<ICIMClass>> m_registeredWith;
+  TInstanceStore m_instances;
+  // Shares the instances, so it goes when one of them does.
+  mutable boost::shared_ptr<const TLinkIndex> m_links;
+  // The clocks when the links were last asked for and not there.
+  mutable std::uint64_t m_linksAskedSchema = 0;
+  mutable std::uint64_t m_linksAskedLinks = 0;
+  mutable bool m_linksRefused = false;
+  bool m_inNamespace = false;
+  bool m_hostMark = false;
+};
+
+}  // namespace NORVHAV20

@@ -1,0 +1,150 @@
+// The instances of a class: making, storing, finding and enumerating them, and the rule that
+// gives processors their cache switches.
+
+#include <utility>
+
+#include <boost/make_shared.hpp>
+
+#include "havcore/ICIMProperty.h"
+#include "inmem/model/CacheSwitches.h"
+#include "inmem/model/TInmemClass.h"
+#include "inmem/model/TInmemInstance.h"
+#include "inmem/values/CimName.h"
+#include "inmem/values/Failure.h"
+#include "inmem/values/ModelClock.h"
+
+namespace NORVHAV20 {
+
+namespace {
+
+void SetSwitch(ICIMInstance& processor, const char* property, std::int32_t enabled) {
+  if (enabled == 0 || enabled == 1)
+    processor.SetPropertyValue(property, TCIMValue(enabled == 1), TOptions());
+}
+
+// Rewrites the cache properties of a processor whose status says that it is enabled.
+void ApplyCacheSwitches(ICIMInstance& processor) {
+  const TCIMValue status = processor.GetProperty("CPUStatus", TOptions())->GetValue(TOptions());
+  const std::string text = status.ToString(10);
+  LogError("cpuStatus is " + text);
+  if (text != "1") return;
+  const std::int32_t enabled[] = {g_L1Enabled, g_L2Enabled, g_L3Enabled};
+  SetSwitch(processor, "L1Enabled", enabled[0]);
+  SetSwitch(processor, "L2Enabled", enabled[1]);
+  SetSwitch(processor, "L3Enabled", enabled[2]);
+}
+
+}  // namespace
+
+// One class's turn in an enumeration: the instances that it had when the walk began, or a
+// class of another make, which enumerates for itself.
+struct TInmemClass::TVisit {
+  boost::shared_ptr<const TInmemClass> cls;
+  boost::shared_ptr<const TInstanceStore::TInstances> instances;
+  boost::shared_ptr<ICIMClass> foreign;
+};
+
+boost::shared_ptr<ICIMInstance> TInmemClass::AllocateInstance(TOptions) {
+  return boost::make_shared<TInmemInstance>(
+      Self(), TInmemInstance::kValidateKeysNonNull | TInmemInstance::kValidateReferences);
+}
+
+// Once the namespace is gone nobody would ever empty the store, and a stored instance owns
+// its class: so it is refused then.
+void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
+  Require(instance);
+  Require(m_census.lock());
+  const auto self = Self();  // the last owner may be the instance that is replaced
+  m_instances.Add(instance->GetReference(TOptions()).GetPath(), instance);
+  m_links.reset();
+}
+
+void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
+  Require(instance);
+  const auto self = Self();
+  m_instances.Remove(instance->GetReference(TOptions()).GetPath(), *instance);
+  m_links.reset();
+}
+
+boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& path) const {
+  if (auto found = m_instances.Find(path.GetPath())) return found;
+  // A path made from text spells its names as it likes; bound to the class it spells them as
+  // they are declared.
+  if (!IsSameName(path.GetClassName(), m_name)) return {};
+  TCIMReference bound(path);
+  bound.SetClass(Self());
+  return m_instances.Find(bound.GetPath());
+}
+
+void TInmemClass::ClearInstances() noexcept {
+  const auto links = std::move(m_links);
+  TInstanceStore released;
+  released.Swap(m_instances);
+}
+
+// Who changes the model between one traversal and the next gains nothing by an index: it is
+// made for the second one that finds the model as the first one left it.
+boost::shared_ptr<const TLinkIndex> TInmemClass::Links() const {
+  if (m_links && m_links->IsCurrent()) return m_links;
+  m_links.reset();
+  const std::uint64_t schema = ModelClock::Schema();
+  const std::uint64_t links = ModelClock::Links();
+  const bool again = m_linksAskedSchema == schema && m_linksAskedLinks == links;
+  if (!again) m_linksRefused = false;
+  m_linksAskedSchema = schema;
+  m_linksAskedLinks = links;
+  if (!again || m_linksRefused || IsProcessor()) return {};
+  m_links = TLinkIndex::Make(m_instances.All());
+  m_linksRefused = !m_links;
+  return m_links;
+}
+
+bool TInmemClass::IsProcessor() const {
+  return m_name == "ORVSG_CPU" || m_name == "ORVSG_Processor";
+}
+
+void TInmemClass::EnumerateInstances(const TEnumCallback<ICIMInstance>& callback, bool deep,
+                                     TOptions options) {
+  if (!deep) {
+    const auto instances = m_instances.All();
+    return Visit(*instances, callback);
+  }
+  for (const auto& visit : PlanVisits()) {
+    if (visit.foreign)
+      DropExceptions([&] { visit.foreign->EnumerateInstances(callback, deep, options); });
+    else
+      visit.cls->Visit(*visit.instances, callback);
+  }
+}
+
+// This class, then each subclass with all of its own, depth first; with a stack of our own,
+// because hierarchies can be deeper than the thread's.
+std::vector<TInmemClass::TVisit> TInmemClass::PlanVisits() {
+  std::vector<TVisit> visits;
+  TClasses open{Self()};
+  while (!open.empty()) {
+    const auto current = std::move(open.back());
+    open.pop_back();
+    const auto own = boost::dynamic_pointer_cast<TInmemClass>(current);
+    if (!own) {
+      visits.push_back({{}, {}, current});
+      continue;
+    }
+    visits.push_back({own, own->m_instances.All(), {}});
+    open.insert(open.end(), own->m_subclasses.rbegin(), own->m_subclasses.rend());
+  }
+  return visits;
+}
+
+void TInmemClass::Visit(const TInstanceStore::TInstances& instances,
+                        const TEnumCallback<ICIMInstance>& callback) const {
+  const bool processor = IsProcessor();
+  for (const auto& instance : instances) {
+    DropExceptions([&] {
+      if (processor) ApplyCacheSwitches(*instance);
+      callback(instance);
+    });
+  }
+}
+
+}  // namespace NORVHAV20

@@ -1,0 +1,245 @@
+// How a class enters its namespace and leaves it: validation, the links to superclass and
+// referenced classes, and taking the place of the class that had the name before.
+
+#include <algorithm>
+#include <utility>
+
+#include "havcore/ICIMNamespace.h"
+#include "havcore/THAVException.h"
+#include "inmem/model/QualifierQueries.h"
+#include "inmem/model/TInmemClass.h"
+#include "inmem/values/Failure.h"
+#include "inmem/values/ModelClock.h"
+
+namespace NORVHAV20 {
+
+namespace {
+
+using TClasses = TInmemClass::TClasses;
+
+bool Contains(const TClasses& classes, const ICIMClass* cls) {
+  return std::any_of(classes.begin(), classes.end(),
+                     [&](const auto& entry) { return entry.get() == cls; });
+}
+
+// Removes `cls` and keeps the order of the rest; the last share of it goes when the list is
+// whole again.
+void Erase(TClasses& classes, const ICIMClass* cls) noexcept {
+  const auto found = std::find_if(classes.begin(), classes.end(),
+                                  [&](const auto& entry) { return entry.get() == cls; });
+  if (found == classes.end()) return;
+  const auto last = *found;
+  classes.erase(found);
+}
+
+}  // namespace
+
+// Everything that entering the namespace will change, computed before anything does.
+struct TInmemClass::TLinks {
+  boost::shared_ptr<TInmemClass> displaced;
+  boost::shared_ptr<ICIMClass> superclass;
+  TClasses referenced;
+  // For the association set, when there is one to take over.
+  TClasses associations;
+  std::vector<boost::weak_ptr<ICIMClass>> registeredWith;
+  // What was not linked before, and so far is.
+  bool joinedSuperclass = false;
+  TClasses joined;
+
+  void Make(const boost::shared_ptr<TInmemClass>& self) {
+    joined.reserve(referenced.size());
+    if (superclass && !IsIn(*superclass, &TInmemClass::m_subclasses, *self)) {
+      superclass->AddSubclass(self, TOptions());
+      joinedSuperclass = true;
+    }
+    for (const auto& cls : referenced) {
+      if (IsIn(*cls, &TInmemClass::m_associations, *self)) continue;
+      cls->AddAssociation(self, TOptions());
+      joined.push_back(cls);
+    }
+  }
+
+  void Undo(const boost::shared_ptr<TInmemClass>& self) noexcept {
+    for (const auto& cls : joined)
+      DropExceptions([&] { cls->RemoveAssociation(self, TOptions()); });
+    if (joinedSuperclass) DropExceptions([&] { superclass->RemoveSubclass(self, TOptions()); });
+  }
+
+ private:
+  static bool IsIn(const ICIMClass& cls, TClasses TInmemClass::*list, const TInmemClass& self) {
+    const auto* own = dynamic_cast<const TInmemClass*>(&cls);
+    return own && Contains(own->*list, &self);
+  }
+};
+
+void TInmemClass::Validate(TOptions) const {
+  if (IsAbstract(TOptions())) return;
+  const auto decls = PropertyDecls();
+  if (std::any_of(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); }))
+    return;
+  LogError("Inmem: Class " + m_name + " has no keys");
+}
+
+void TInmemClass::AddToNamespace(TOptions) {
+  Validate(TOptions());
+  const auto registry = Require(m_registry.lock());
+  const auto self = Self();
+  const auto admission = registry->AdmitClass(self);
+  if (!admission.admitted) return;
+  TLinks links = PlanLinks(admission.displaced);
+  try {
+    links.Make(self);
+    registry->AddClass(self);
+  } catch (...) {
+    links.Undo(self);
+    throw;
+  }
+  Commit(links);
+}
+
+TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>& displaced) const {
+  TLinks links;
+  links.displaced = displaced;
+  links.superclass = displaced ? displaced->GetSuperClass(TOptions()) : GetSuperClass(TOptions());
+  // A superclass is there before the class is made, so only a change of superclass can close
+  // a circle.
+  if (displaced) RefuseCycle(links.superclass);
+  if (IsAssociation(TOptions())) links.referenced = ClassesToRegisterWith();
+  links.registeredWith.assign(links.referenced.begin(), links.referenced.end());
+  if (displaced) {
+    links.associations = m_associations;
+    for (const auto& association : displaced->m_associations)
+      if (!Contains(m_associations, association.get())) links.associations.push_back(association);
+  }
+  return links;
+}
+
+// The class of each reference, each once; but not one that is, or derives from, another of
+// them: whoever asks it for its associations asks its superclasses too.
+TInmemClass::TClasses TInmemClass::ClassesToRegisterWith() const {
+  TClasses referenced;
+  for (const auto& decl : ReferenceDecls()) {
+    const auto cls = decl->GetDefaultValue(TOptions()).GetReferencedClass();
+    if (cls && !Contains(referenced, cls.get())) referenced.push_back(cls);
+  }
+  TClasses chosen;
+  for (std::size_t i = 0; i < referenced.size(); ++i) {
+    const auto covers = [&](std::size_t j) {
+      return j != i && referenced[i]->IsA(referenced[j], TOptions()) &&
+             (j < i || !referenced[j]->IsA(referenced[i], TOptions()));
+    };
+    bool covered = false;
+    for (std::size_t j = 0; j < referenced.size() && !covered; ++j) covered = covers(j);
+    if (!covered) chosen.push_back(referenced[i]);
+  }
+  return chosen;
+}
+
+void TInmemClass::RefuseCycle(const boost::shared_ptr<ICIMClass>& superclass) const {
+  for (auto cls = superclass; cls; cls = cls->GetSuperClass(TOptions()))
+    if (cls.get() == this) Throw(kHAVAlreadyDefined);
+}
+
+void TInmemClass::Commit(TLinks& links) noexcept {
+  m_registeredWith.swap(links.registeredWith);
+  // What this class registered with when it was added before, and no longer refers to.
+  auto& before = links.registeredWith;
+  before.erase(
+      std::remove_if(before.begin(), before.end(),
+                     [&](const auto& cls) { return Contains(links.referenced, cls.lock().get()); }),
+      before.end());
+  LeaveAssociationSets(before);
+  m_inNamespace = true;
+  if (links.displaced) TakeOver(*links.displaced, links.associations);
+  ModelClock::SchemaChanged();
+}
+
+// The new class stands where the displaced one stood. The displaced one's instances go with
+// it: nothing but its holder could reach them any more.
+void TInmemClass::TakeOver(TInmemClass& displaced, TClasses& associations) noexcept {
+  const auto self = Self();
+  const auto superclass = displaced.m_superclass.lock();
+  if (superclass) DropExceptions([&] { superclass->RemoveSubclass(displaced.Self(), TOptions()); });
+  m_superclass = displaced.m_superclass;
+  m_subclasses.swap(displaced.m_subclasses);
+  ReleaseOneByOne(displaced.m_subclasses);
+  for (const auto& subclass : m_subclasses)
+    if (auto* cls = dynamic_cast<TInmemClass*>(subclass.get())) cls->m_superclass = self;
+  m_associations.swap(associations);
+  for (const auto& association : m_associations)
+    if (auto* cls = dynamic_cast<TInmemClass*>(association.get()))
+      for (auto& entry : cls->m_registeredWith)
+        if (entry.lock().get() == &displaced) entry = self;
+  displaced.m_inNamespace = false;
+  displaced.LeaveAssociationSets(displaced.m_registeredWith);
+  displaced.BreakCircles();
+}
+
+void TInmemClass::LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& classes) noexcept {
+  for (const auto& entry : classes)
+    if (const auto cls = entry.lock())
+      DropExceptions([&] { cls->RemoveAssociation(Self(), TOptions()); });
+  classes.clear();
+}
+
+void TInmemClass::Delete(TOptions) {
+  const bool referredTo = std::any_of(m_associations.begin(), m_associations.end(),
+                                      [&](const auto& cls) { return cls.get() != this; });
+  if (!m_inNamespace || referredTo || !m_subclasses.empty()) Throw(kHAVClassInUse);
+  const auto self = Self();
+  Require(m_registry.lock())->RemoveClass(self);
+  if (const auto superclass = m_superclass.lock()) superclass->RemoveSubclass(self, TOptions());
+  m_inNamespace = false;
+  LeaveAssociationSets(m_registeredWith);
+}
+
+void TInmemClass::AddSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
+  Require(subclass);
+  if (Contains(m_subclasses, subclass.get())) return;
+  const auto* own = dynamic_cast<const TInmemClass*>(subclass.get());
+  if (subclass.get() == this || (own && own->Reaches(*this))) Throw(kHAVAlreadyDefined);
+  m_subclasses.push_back(std::move(subclass));
+  ModelClock::SchemaChanged();
+}
+
+void TInmemClass::RemoveSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
+  Erase(m_subclasses, Require(subclass).get());
+  ModelClock::SchemaChanged();
+}
+
+// Whether a walk down the subclass lists comes to `cls`. A list never leads back to where the
+// walk has been, because AddSubclass refuses that, so the walk ends.
+bool TInmemClass::Reaches(const ICIMClass& cls) const {
+  std::vector<const TInmemClass*> open{this};
+  while (!open.empty()) {
+    const auto* current = open.back();
+    open.pop_back();
+    for (const auto& subclass : current->m_subclasses) {
+      if (subclass.get() == &cls) return true;
+      if (const auto* own = dynamic_cast<const TInmemClass*>(subclass.get())) open.push_back(own);
+    }
+  }
+  return false;
+}
+
+void TInmemClass::AddAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
+  Require(association);
+  Require(m_census.lock());
+  if (!Contains(m_associations, association.get()))
+    m_associations.push_back(std::move(association));
+  ModelClock::SchemaChanged();
+}
+
+void TInmemClass::RemoveAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
+  if (!Contains(m_associations, Require(association).get())) Throw(kHAVNotFound);
+  Erase(m_associations, association.get());
+  ModelClock::SchemaChanged();
+}
+
+void TInmemClass::BreakCircles() noexcept {
+  ClearInstances();
+  ReleaseOneByOne(m_associations);
+  ModelClock::SchemaChanged();
+}
+
+}  // namespace NORVHAV20

@@ -1,0 +1,147 @@
+#include "inmem/model/TInmemInstance.h"
+
+#include <utility>
+
+#include <boost/make_shared.hpp>
+
+#include "havcore/ICIMClass.h"
+#include "havcore/ICIMPropertyDecl.h"
+#include "havcore/TCIMDateTime.h"
+#include "havcore/THAVException.h"
+#include "havcore/TOSSpecific.h"
+#include "inmem/model/Snapshot.h"
+#include "inmem/model/TInmemClass.h"
+#include "inmem/values/CimName.h"
+#include "inmem/values/Failure.h"
+#include "inmem/values/TInmemProperty.h"
+
+namespace NORVHAV20 {
+
+namespace {
+
+// The slot declarations of a class of any make. Of two with one name the first stays.
+boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarationsOf(const ICIMClass& cls) {
+  if (const auto* own = dynamic_cast<const TInmemClass*>(&cls)) return own->SlotDeclarations();
+  std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> slots;
+  const auto decls = Collect<ICIMPropertyDecl>(
+      [&](const auto& take) { cls.EnumeratePropertyDecls(take, TOptions()); });
+  for (const auto& decl : decls) slots.emplace(NormalizeCimName(decl->GetName(TOptions())), decl);
+  return new TSlotDeclarations(std::vector<TSlotDeclarations::TNamed>(slots.begin(), slots.end()));
+}
+
+}  // namespace
+
+// Adds the value of one key after the other to a path under construction.
+struct TBuildPathCallback {
+  boost::shared_ptr<const TInmemInstance> instance;
+  TCIMReference* path;
+
+  bool operator()(const std::string* name) const {
+    path->AddKeyValue(*name, instance->ValueOf(*name));
+    return true;
+  }
+};
+
+const int TInmemInstance::kValidateKeysNonNull;
+const int TInmemInstance::kValidateReferences;
+
+TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int flags)
+    : m_class(Require(std::move(cls))),
+      m_declarations(SlotDeclarationsOf(*m_class)),
+      m_values(TSlotTable::Make(m_declarations->layout)),
+      m_flags(flags) {
+  StampCollectionTime();
+}
+
+TInmemInstance::~TInmemInstance() = default;
+
+boost::shared_ptr<TInmemInstance> TInmemInstance::Self() const {
+  return boost::const_pointer_cast<TInmemInstance>(shared_from_this());
+}
+
+void TInmemInstance::StampCollectionTime() {
+  if (m_values->Layout().Find("datetimeofcollection") == TSlotLayout::kNone) return;
+  try {
+    SetPropertyValue("DateTimeOfCollection", TCIMValue(TOSSpecific::GetLocalTime()), TOptions());
+  } catch (const THAVException&) {
+    // Then the instance has no collection time.
+  }
+}
+
+void TInmemInstance::Validate(TOptions) const {
+  if (m_flags & kValidateKeysNonNull)
+    m_class->EnumerateKeyNames([this](const std::string* name) { return ValidateKeyNonNull(name); },
+                               TOptions());
+  if ((m_flags & kValidateReferences) && m_class->IsAssociation(TOptions())) ValidateReferences();
+}
+
+bool TInmemInstance::ValidateKeyNonNull(const std::string* name) const {
+  if (!ValueOf(*name).IsNull()) return true;
+  LogNote("Inmem: Instance " + m_class->GetName(TOptions()) + ": key property " + *name +
+          " is NULL");
+  Throw(kHAVKeyIsNull);
+}
+
+void TInmemInstance::ValidateReferences() const {
+  for (std::size_t i = 0; i < m_values->Layout().Size(); ++i) {
+    const TCIMValue value = SlotHandle(i).GetValue(TOptions());
+    if (!value.IsReference()) continue;
+    const auto& reference = static_cast<const TCIMReference&>(value);
+    try {
+      reference.GetCIMElement(false);
+    } catch (const THAVException& failure) {
+      if (failure.GetStatusCode() == kHAVNotFound)
+        LogNote("Inmem: Reference " + reference.GetPath() + " doesn't point to anything!");
+      throw THAVException(failure);
+    }
+  }
+}
+
+void TInmemInstance::AddToNamespace(TOptions options) {
+  try {
+    Validate(std::move(options));
+  } catch (const THAVException&) {
+    LogNote("Inmem: Instance " + m_class->GetName(TOptions()) + ": invalid references");
+    return;
+  }
+  m_class->AddInstance(shared_from_this(), TOptions());
+}
+
+void TInmemInstance::ModifyInstance(boost::shared_ptr<ICIMInstance>, TOptions) {}
+
+void TInmemInstance::Delete(TOptions) { m_class->RemoveInstance(shared_from_this(), TOptions()); }
+
+TCIMReference TInmemInstance::GetReference(TOptions options) const {
+  TCIMReference path(boost::shared_ptr<ICIMNamespace>(), {});
+  path.SetClass(m_class);
+  const auto name = options.find("ProvNSP");
+  path.SetNameSpaceName(name == options.end() ? std::string()
+                                              : static_cast<std::string>(name->second));
+  m_class->EnumerateKeyNames(TBuildPathCallback{shared_from_this(), &path}, TOptions());
+  return path;
+}
+
+TCIMReference TInmemInstance::GetInstanceReference(TOptions options) {
+  return GetReference(std::move(options));
+}
+
+boost::shared_ptr<ICIMClass> TInmemInstance::GetClass(TOptions) const { return m_class; }
+
+std::string TInmemInstance::GetPegasusNSPStr() const { return std::string(); }
+
+TCIMValue TInmemInstance::InvokeMethod(const std::string&, std::map<std::string, TCIMValue>&,
+                                       TOptions) {
+  return TCIMValue();
+}
+
+bool TInmemInstance::operator==(ICIMInstance& other) const {
+  return m_class == other.GetClass(TOptions());
+}
+
+bool TInmemInstance::operator<(ICIMInstance& other) const {
+  return m_class.owner_before(other.GetClass(TOptions()));
+}
+
+ICIMInstance& TInmemInstance::operator=(const ICIMInstance&) { return *this; }
+
+}  // namespace NORVHAV20

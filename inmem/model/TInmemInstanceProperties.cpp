@@ -1,0 +1,91 @@
+// The properties of an instance by name: its slots, and the few standard properties that
+// readers ask every instance for, whether its class declares them or not.
+
+#include <boost/make_shared.hpp>
+
+#include "havcore/ICIMClass.h"
+#include "havcore/ICIMPropertyDecl.h"
+#include "havcore/THAVException.h"
+#include "inmem/model/TInmemInstance.h"
+#include "inmem/model/TInmemPropertyDecl.h"
+#include "inmem/values/CimName.h"
+#include "inmem/values/Failure.h"
+#include "inmem/values/TInmemProperty.h"
+
+namespace NORVHAV20 {
+
+namespace {
+
+bool Holds(const std::string& name, const char* part) {
+  return name.find(part) != std::string::npos;
+}
+
+bool IsStatusName(const std::string& name) {
+  for (const char* status :
+       {"CommunicationStatus", "DetailedStatus", "HealthState", "OperatingStatus", "PrimaryStatus"})
+    if (Holds(name, status)) return true;
+  return false;
+}
+
+}  // namespace
+
+boost::shared_ptr<ICIMProperty> TInmemInstance::SlotAt(std::size_t index) const {
+  if (!m_slots) m_slots = boost::make_shared<TSlots>(m_values);
+  return {m_slots, &(*m_slots)[index]};
+}
+
+TCIMValue TInmemInstance::ValueOf(const std::string& name) const {
+  const std::size_t index = m_values->Layout().Find(CimName(name));
+  if (index != TSlotLayout::kNone) return SlotHandle(index).GetValue(TOptions());
+  return GetProperty(name, TOptions())->GetValue(TOptions());
+}
+
+boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& name,
+                                                            TOptions) const {
+  const std::size_t index = m_values->Layout().Find(CimName(name));
+  if (index != TSlotLayout::kNone) return SlotAt(index);
+  if (Holds(name, "speedDuplex"))
+    return DerivedProperty("speedDuplex", TCIMValue(std::string("Unknown")));
+  if (Holds(name, "Description"))
+    return DerivedProperty("Description", TCIMValue(std::string(" ")));
+  if (IsStatusName(name)) return DerivedProperty(name, TCIMValue(std::uint16_t{0}));
+  Throw(kHAVNotFound);
+}
+
+// The class decides what becomes of a second declaration of the name; the slot is made on
+// what the class has then, and is not kept in the instance.
+boost::shared_ptr<ICIMProperty> TInmemInstance::DerivedProperty(
+    const std::string& name, const TCIMValue& defaultValue) const {
+  m_class->AddPropertyDecl(boost::make_shared<TInmemPropertyDecl>(m_class, name, defaultValue),
+                           TOptions());
+  return TInmemProperty::Standalone(m_class->GetPropertyDecl(name, TOptions()));
+}
+
+bool TInmemInstance::IsDerivedName(const std::string& name) {
+  return Holds(name, "speedDuplex") || Holds(name, "Description") || IsStatusName(name);
+}
+
+void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TOptions) {
+  const std::size_t index = m_values->Layout().Find(CimName(name));
+  if (index != TSlotLayout::kNone) {
+    SlotHandle(index).SetValue(value, TOptions());
+    return;
+  }
+  if (!Holds(name, "speedDuplex")) Throw(kHAVNotFound);
+}
+
+void TInmemInstance::EnumerateProperties(
+    const boost::function<bool(boost::shared_ptr<ICIMProperty>)>& callback, TOptions) {
+  const auto self = shared_from_this();
+  for (std::size_t i = 0; i < m_values->Layout().Size(); ++i) {
+    try {
+      callback(SlotAt(i));
+    } catch (const THAVException&) {
+      LogError("TInmemInstance::EnumerateProperties: Failed in Enumerate the Property \"" +
+               m_declarations->decls[i]->GetName(TOptions()) + "\" of Class " +
+               m_class->GetName(TOptions()));
+    }
+  }
+}
+
+}  // namespace NORVHAV20

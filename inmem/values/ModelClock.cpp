@@ -1,0 +1,8 @@
+#include "inmem/values/ModelClock.h"
+
+namespace NORVHAV20 {
+
+std::atomic<std::uint64_t> ModelClock::s_schema{0};
+std::atomic<std::uint64_t> ModelClock::s_links{0};
+
+}  // namespace NORVHAV20

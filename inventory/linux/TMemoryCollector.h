@@ -1,0 +1,21 @@
+// TMemoryCollector: main memory and swap space.
+//
+// Reads: /proc/meminfo
+#pragma once
+
+#include "inventory/ICollector.h"
+
+namespace hav::inventory {
+
+class TMemoryCollector : public ICollector {
+ public:
+  explicit TMemoryCollector(const TMachine& machine) : m_machine(machine) {}
+
+  const char* Name() const override { return "memory"; }
+  void Collect(TCollection& collection) override;
+
+ private:
+  TMachine m_machine;
+};
+
+}  // namespace hav::inventory

@@ -1,0 +1,28 @@
+// TRecordedCalls: the answers of another machine, from files of its folder. Where a file is
+// not there, nothing is known.
+//
+// Reads: /run/udev/data/DEVICE    the device database as it is on a running system
+//        /calls/filesystems       "SIZE AVAILABLE MOUNTPOINT" for each file system, in bytes
+//        /calls/addresses         "PORT ADDRESS" for each network address
+//        /proc/hwloc-nofile-info  "Architecture: NAME", as hwloc-gather-topology writes it
+#pragma once
+
+#include "inventory/linux/ISystemCalls.h"
+
+namespace hav::inventory {
+
+class TRecordedCalls : public ISystemCalls {
+ public:
+  explicit TRecordedCalls(const TMachine& machine) : m_machine(machine) {}
+
+  std::optional<TUsage> FileSystemUsage(const std::string& mountPoint,
+                                        TCollection& failures) const override;
+  TProperties DeviceProperties(const std::string& device, TCollection& failures) const override;
+  TAddresses NetworkAddresses(TCollection& failures) const override;
+  std::optional<std::string> Architecture(TCollection& failures) const override;
+
+ private:
+  TMachine m_machine;
+};
+
+}  // namespace hav::inventory

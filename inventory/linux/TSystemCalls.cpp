@@ -1,0 +1,103 @@
+#include "inventory/linux/TSystemCalls.h"
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <libudev.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/statvfs.h>
+#include <sys/utsname.h>
+
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+#include "inventory/Text.h"
+
+namespace hav::inventory {
+namespace {
+
+struct TRelease {
+  void operator()(udev* library) const { udev_unref(library); }
+  void operator()(udev_device* device) const { udev_device_unref(device); }
+  void operator()(ifaddrs* addresses) const { ::freeifaddrs(addresses); }
+};
+
+std::string Reason(int error) { return std::generic_category().message(error); }
+
+std::optional<std::string> AddressText(const sockaddr* address) {
+  if (!address) return std::nullopt;
+  const void* bytes = nullptr;
+  if (address->sa_family == AF_INET)
+    bytes = &reinterpret_cast<const sockaddr_in*>(address)->sin_addr;
+  else if (address->sa_family == AF_INET6)
+    bytes = &reinterpret_cast<const sockaddr_in6*>(address)->sin6_addr;
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  if (!bytes || !::inet_ntop(address->sa_family, bytes, text.data(), text.size()))
+    return std::nullopt;
+  return std::string(text.data());
+}
+
+}  // namespace
+
+std::optional<ISystemCalls::TUsage> TSystemCalls::FileSystemUsage(const std::string& mountPoint,
+                                                                  TCollection& failures) const {
+  struct statvfs about {};
+  if (::statvfs(mountPoint.c_str(), &about) != 0) {
+    failures.Fail("statvfs " + mountPoint, Reason(errno));
+    return std::nullopt;
+  }
+  const auto size = Times(about.f_blocks, about.f_frsize);
+  const auto available = Times(about.f_bavail, about.f_frsize);
+  // A file system that does not count its blocks says 0.
+  if (!size || !available || *size == 0) return std::nullopt;
+  return TUsage{*size, *available};
+}
+
+ISystemCalls::TProperties TSystemCalls::DeviceProperties(const std::string& device,
+                                                         TCollection& failures) const {
+  const std::unique_ptr<udev, TRelease> library(udev_new());
+  if (!library) {
+    failures.Fail("libudev", Reason(errno));
+    return {};
+  }
+  const std::unique_ptr<udev_device, TRelease> known(
+      udev_device_new_from_device_id(library.get(), device.c_str()));
+  // A device that has just been taken out, or that a container does not show.
+  if (!known) return {};
+  TProperties properties;
+  auto* entry = udev_device_get_properties_list_entry(known.get());
+  for (; entry; entry = udev_list_entry_get_next(entry)) {
+    const char* const value = udev_list_entry_get_value(entry);
+    properties.emplace(udev_list_entry_get_name(entry), DecodeDatabaseText(value ? value : ""));
+  }
+  return properties;
+}
+
+ISystemCalls::TAddresses TSystemCalls::NetworkAddresses(TCollection& failures) const {
+  ifaddrs* first = nullptr;
+  if (::getifaddrs(&first) != 0) {
+    failures.Fail("getifaddrs", Reason(errno));
+    return {};
+  }
+  const std::unique_ptr<ifaddrs, TRelease> owner(first);
+  TAddresses addresses;
+  for (const auto* entry = first; entry; entry = entry->ifa_next) {
+    const auto text = AddressText(entry->ifa_addr);
+    if (!text) continue;
+    // A second address may stand under a label of its own: "eth0:1" is port eth0.
+    const std::string name(entry->ifa_name);
+    addresses[name.substr(0, name.find(':'))].push_back(*text);
+  }
+  return addresses;
+}
+
+std::optional<std::string> TSystemCalls::Architecture(TCollection& failures) const {
+  utsname names{};
+  if (::uname(&names) == 0) return std::string(names.machine);
+  failures.Fail("uname", Reason(errno));
+  return std::nullopt;
+}
+
+}  // namespace hav::inventory

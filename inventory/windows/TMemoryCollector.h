@@ -1,0 +1,16 @@
+// TMemoryCollector: main memory and page files.
+//
+// Calls: GlobalMemoryStatusEx
+#pragma once
+
+#include "inventory/ICollector.h"
+
+namespace hav::inventory {
+
+class TMemoryCollector : public ICollector {
+ public:
+  const char* Name() const override { return "memory"; }
+  void Collect(TCollection& collection) override;
+};
+
+}  // namespace hav::inventory

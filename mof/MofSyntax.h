@@ -1,0 +1,122 @@
+// MofSyntax: what a MOF file says, as a tree. Nothing is looked up yet: a class may name a
+// superclass that nobody declares.
+//
+// Ownership: values; every name and literal points into the text of the file.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "havcore/ECIMType.h"
+#include "mof/TMofLexer.h"
+#include "mof/TMofText.h"
+
+namespace hav::mof {
+
+struct TMofName {
+  std::string_view text;  // empty: not given
+  TMofOffset offset = 0;
+};
+
+struct TMofType {
+  NORVHAV20::ECIMType element = NORVHAV20::kCIMNone;
+  TMofName referenced;  // the class of a reference
+  bool isArray = false;
+  std::uint32_t arraySize = 0;  // 0: any
+};
+
+struct TMofValue {
+  TMofOffset offset = 0;
+  bool isArray = false;
+  std::vector<TMofToken> elements;  // of a scalar: exactly one
+};
+
+// Bits of ICIMQualifierDecl::EFlavor that are said, either way; the rest are left open.
+struct TMofFlavor {
+  std::uint32_t set = 0;
+  std::uint32_t cleared = 0;
+
+  std::uint32_t AppliedTo(std::uint32_t flavor) const noexcept { return (flavor & ~cleared) | set; }
+};
+
+struct TMofQualifier {
+  TMofName name;
+  std::optional<TMofValue> value;
+  TMofFlavor flavor;
+};
+using TMofQualifiers = std::vector<TMofQualifier>;
+
+struct TMofParameter {
+  TMofName name;
+  TMofType type;
+  TMofQualifiers qualifiers;
+};
+
+struct TMofProperty {
+  TMofName name;
+  TMofType type;
+  TMofQualifiers qualifiers;
+  std::optional<TMofValue> defaultValue;
+};
+
+struct TMofMethod {
+  TMofName name;
+  TMofType returnType;
+  TMofQualifiers qualifiers;
+  std::vector<TMofParameter> parameters;
+};
+
+struct TMofClass {
+  TMofName name;
+  TMofName alias;
+  TMofName superclass;
+  TMofQualifiers qualifiers;
+  std::vector<TMofProperty> properties;
+  std::vector<TMofMethod> methods;
+  bool isDamaged = false;  // a member could not be read
+};
+
+struct TMofAssignment {
+  TMofName name;
+  TMofValue value;
+};
+
+struct TMofInstance {
+  TMofName className;
+  TMofName alias;
+  std::vector<TMofAssignment> assignments;
+  bool isDamaged = false;  // an assignment could not be read
+};
+
+struct TMofQualifierDecl {
+  TMofName name;
+  TMofType type;
+  std::optional<TMofValue> defaultValue;
+  std::uint32_t scope = 0;  // bits of ICIMQualifierDecl::EScope
+  TMofFlavor flavor;
+};
+
+// A pragma that concerns more than its own file.
+struct TMofPragma {
+  enum class EKind { kInclude, kNamespace };
+  EKind kind;
+  std::string value;
+  TMofOffset offset;
+};
+
+struct TMofFile {
+  TMofFile(std::string name, std::string content) : text(std::move(name), std::move(content)) {}
+
+  TMofText text;
+  std::vector<TMofPragma> pragmas;
+  std::vector<TMofQualifierDecl> qualifierDecls;
+  std::vector<TMofClass> classes;
+  std::vector<TMofInstance> instances;
+  bool isDamaged = false;  // a whole declaration could not be read
+};
+
+}  // namespace hav::mof

@@ -1,0 +1,82 @@
+// TMofLexer: turns MOF text into tokens, one at a time, in one pass and without copying.
+//
+// Adjacent strings are one token. Every literal is checked as it is read, so that its value
+// can be taken later without a second report.
+//
+// Ownership: tokens point into the text, which must outlive them.
+// Errors:    collected in the report; what is wrong is left out of the stream, or comes as a
+//            broken literal. When the report is full the text ends.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "mof/TMofReport.h"
+#include "mof/TMofText.h"
+
+namespace hav::mof {
+
+struct TMofToken {
+  enum class EKind : std::uint8_t {
+    kEnd,
+    kName,     // also keywords, TRUE, FALSE and NULL
+    kAlias,    // with its '$'
+    kInteger,  // decimal, octal, hexadecimal or binary, with its sign
+    kReal,
+    kCharacter,   // with its quotes
+    kString,      // one or more strings with their quotes and what stands between them
+    kBroken,      // a literal that was reported
+    kPragma,      // "#pragma"
+    kPunctuation  // one of [](){},;:=
+  };
+
+  EKind kind = EKind::kEnd;
+  TMofOffset offset = 0;
+  std::string_view text;
+
+  bool Is(char punctuation) const noexcept {
+    return kind == EKind::kPunctuation && text[0] == punctuation;
+  }
+  // The token in a message: quoted, and cut when it is long.
+  std::string Describe() const;
+};
+
+class TMofLexer {
+ public:
+  TMofLexer(const TMofText& text, TMofReport& report);
+
+  // Complexity: linear in the length of the token and of what stands before it.
+  TMofToken Next();
+  // True behind a comment that is not closed: it may have swallowed anything.
+  bool IsCut() const noexcept { return m_cut; }
+
+  // The value of a kString token, as UTF-8: escapes replaced, pieces joined.
+  static std::string StringValue(std::string_view token);
+  // The value of a kCharacter token.
+  static char16_t CharacterValue(std::string_view token);
+
+ private:
+  void SkipBlanks();
+  TMofToken Take(TMofToken::EKind kind, std::size_t end);
+  TMofToken ReadAlias();
+  TMofToken ReadNumber();
+  TMofToken ReadString();
+  TMofToken ReadCharacter();
+  bool ScanStringPiece();
+  bool ScanPragma();
+  std::size_t EndOfName(std::size_t at) const noexcept;
+  std::size_t EndOfNumber() const noexcept;
+  void RefuseCharacter();
+  void Error(std::size_t offset, std::string text);
+  bool Has(std::size_t at) const noexcept { return at < m_text.size(); }
+
+  const TMofText& m_source;
+  TMofReport& m_report;
+  std::string_view m_text;
+  std::size_t m_at = 0;
+  bool m_warnedOfBytes = false;
+  bool m_cut = false;
+};
+
+}  // namespace hav::mof

@@ -1,0 +1,53 @@
+#include "mof/TMofLoader.h"
+
+#include "havcore/client/FoldedName.h"
+#include "mof/TMofInstanceBuilder.h"
+#include "mof/TMofSchemaBuilder.h"
+
+namespace hav::mof {
+
+using namespace client;
+
+using namespace NORVHAV20;
+
+boost::shared_ptr<ICIMNamespace> TMofLoader::Load(const std::vector<std::string>& names,
+                                                  TMofReport& report) {
+  TMofReader reader(m_source, report, ProgressOf(EStep::kReadFiles));
+  reader.Read(names);
+  m_chosenName = ChooseName(reader.GetFiles(), report);
+  if (report.IsFull()) return {};
+
+  const auto home = m_provider.AllocateNamespace({}, false, m_chosenName);
+  TMofSchemaBuilder schema(m_provider, home, reader.GetFiles(), reader.IsComplete(), report);
+  schema.Build(ProgressOf(EStep::kMakeClasses));
+  if (!report.IsFull())
+    TMofInstanceBuilder(home, schema, reader.GetFiles(), reader.IsComplete(), report)
+        .Build(ProgressOf(EStep::kStoreInstances));
+  return report.HasErrors() ? boost::shared_ptr<ICIMNamespace>() : home;
+}
+
+std::function<void(std::size_t, std::size_t)> TMofLoader::ProgressOf(EStep step) const {
+  if (!m_progress) return {};
+  return [this, step](std::size_t done, std::size_t total) { m_progress(step, done, total); };
+}
+
+std::string TMofLoader::ChooseName(const TMofReader::TFiles& files, TMofReport& report) const {
+  const std::string* said = nullptr;
+  for (const auto& file : files) {
+    for (const auto& pragma : file->pragmas) {
+      if (pragma.kind != TMofPragma::EKind::kNamespace) continue;
+      if (said && !SameName(*said, pragma.value))
+        report.AddError(file->text, pragma.offset,
+                        "namespace '" + pragma.value + "' follows namespace '" + *said +
+                            "', and one load fills one namespace");
+      else if (!said && !m_name.empty() && !SameName(m_name, pragma.value))
+        report.AddWarning(
+            file->text, pragma.offset,
+            "everything is loaded into namespace '" + m_name + "', not '" + pragma.value + "'");
+      if (!said) said = &pragma.value;
+    }
+  }
+  return m_name.empty() && said ? *said : m_name;
+}
+
+}  // namespace hav::mof

@@ -1,0 +1,59 @@
+// TMofLoader: loads MOF files, and everything that they include, into a fresh namespace of
+// a provider.
+//
+// A load is all or nothing: the namespace is handed over when it holds everything, and not
+// at all when anything is wrong.
+//
+// Ownership: provider and source must outlive the loader; the namespace belongs to the
+//            caller.
+// Threads:   one thread at a time.
+// Errors:    collected in the report. What the progress callback throws passes through.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "havcore/ICIMNamespace.h"
+#include "havcore/INamespaceProvider.h"
+#include "mof/IMofSource.h"
+#include "mof/TMofReader.h"
+#include "mof/TMofReport.h"
+
+namespace hav::mof {
+
+class TMofLoader {
+ public:
+  // The steps of a load, in their order.
+  enum class EStep { kReadFiles, kMakeClasses, kStoreInstances };
+  // How far the step is. While files are read, their number grows with what they include.
+  using TProgress = std::function<void(EStep step, std::size_t done, std::size_t total)>;
+
+  TMofLoader(const NORVHAV20::INamespaceProvider& provider, IMofSource& source)
+      : m_provider(provider), m_source(source) {}
+
+  // The name of the namespace; without one, a namespace pragma says it.
+  void SetNamespaceName(std::string name) { m_name = std::move(name); }
+  // The name that the last load settled on, empty when nobody gave one.
+  const std::string& GetNamespaceName() const noexcept { return m_chosenName; }
+  void SetProgress(TProgress progress) { m_progress = std::move(progress); }
+
+  // Returns the namespace with everything in it, or an empty pointer when the report has
+  // errors.
+  boost::shared_ptr<NORVHAV20::ICIMNamespace> Load(const std::vector<std::string>& names,
+                                                   TMofReport& report);
+
+ private:
+  std::function<void(std::size_t, std::size_t)> ProgressOf(EStep step) const;
+  std::string ChooseName(const TMofReader::TFiles& files, TMofReport& report) const;
+
+  const NORVHAV20::INamespaceProvider& m_provider;
+  IMofSource& m_source;
+  std::string m_name;
+  std::string m_chosenName;
+  TProgress m_progress;
+};
+
+}  // namespace hav::mof

@@ -1,0 +1,64 @@
+// TMofReader: reads files and everything that they include into syntax trees.
+//
+// Every file is read once, however often and from wherever it is included. Files stand in
+// the order in which reading met them.
+//
+// Errors: collected in the report: files that are not found or cannot be read, includes that
+//         are nested too deep, and what TMofParser finds.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "mof/IMofSource.h"
+#include "mof/MofSyntax.h"
+#include "mof/TMofReport.h"
+
+namespace hav::mof {
+
+class TMofReader {
+ public:
+  using TFiles = std::vector<std::unique_ptr<TMofFile>>;
+  // Files read so far, and those known of.
+  using TProgress = std::function<void(std::size_t done, std::size_t total)>;
+
+  static constexpr std::size_t kMaxIncludeDepth = 256;
+  static constexpr std::size_t kMaxFiles = 100000;
+
+  TMofReader(IMofSource& source, TMofReport& report, TProgress progress);
+
+  void Read(const std::vector<std::string>& names);
+
+  const TFiles& GetFiles() const noexcept { return m_files; }
+  // False when something is missing from the trees: what they refer to may be there.
+  bool IsComplete() const noexcept { return m_complete; }
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  struct TRequest {
+    std::string name;
+    std::size_t includer;  // index into m_files, kNone for what the user named
+    TMofOffset offset;
+  };
+
+  void ReadOne(const TRequest& request);
+  void RequestIncludes(std::size_t index);
+  void WarnOfCircle(const TRequest& request, std::size_t wanted);
+  void Fail(const TRequest& request, std::string text);
+
+  IMofSource& m_source;
+  TMofReport& m_report;
+  TProgress m_progress;
+  TFiles m_files;
+  std::vector<std::size_t> m_includers;  // of each file
+  std::vector<std::size_t> m_depths;     // of each file
+  std::unordered_map<std::string, std::size_t> m_byIdentity;
+  std::vector<TRequest> m_requests;  // a stack: the next one is last
+  bool m_complete = true;
+};
+
+}  // namespace hav::mof

@@ -1,0 +1,48 @@
+// TMofText: the text of one MOF file, and what line and column a place in it has.
+//
+// Ownership: owns the text; tokens and syntax trees point into it, so it neither moves nor
+//            copies.
+// Threads:   immutable.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace hav::mof {
+
+// A place in a text, in bytes from its beginning.
+using TMofOffset = std::uint32_t;
+
+class TMofText {
+ public:
+  // Lines and columns count from 1; a column is one character, a tab included.
+  struct TPosition {
+    unsigned line;
+    unsigned column;
+  };
+
+  // The largest text that is read, in bytes.
+  static constexpr std::size_t kMaxSize = std::size_t{256} << 20;
+
+  // Requires at most kMaxSize bytes.
+  TMofText(std::string name, std::string text);
+  TMofText(const TMofText&) = delete;
+  TMofText& operator=(const TMofText&) = delete;
+
+  const std::string& GetName() const noexcept { return m_name; }
+  // The text without a byte-order mark.
+  std::string_view GetText() const noexcept { return m_view; }
+
+  // Complexity: linear in `offset`; tokens carry offsets so that only messages pay for it.
+  TPosition PositionOf(TMofOffset offset) const noexcept;
+  // "file:line:column".
+  std::string DescribePlace(TMofOffset offset) const;
+
+ private:
+  std::string m_name;
+  std::string m_text;
+  std::string_view m_view;
+};
+
+}  // namespace hav::mof

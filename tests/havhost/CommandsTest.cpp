@@ -1,0 +1,352 @@
+// The commands over a small model, in text and JSON.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/havhost/Havhost.h"
+
+namespace havtest {
+namespace {
+
+using TJson = nlohmann::ordered_json;
+
+class Commands : public ::testing::Test, public ModelTest {
+ protected:
+  // The output of a command that has nothing to complain of.
+  std::string Text(const std::vector<std::string>& arguments) const {
+    const auto outcome = RunOn(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    return outcome.out;
+  }
+  TJson Json(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--format", "json"});
+    return TJson::parse(Text(arguments));
+  }
+  // The error line of a command that fails.
+  std::string Error(const std::vector<std::string>& arguments) const {
+    const auto outcome = RunOn(arguments);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    return outcome.err;
+  }
+};
+
+TEST_F(Commands, ClassesStandBelowTheirSuperclasses) {
+  EXPECT_EQ(Text({"classes"}),
+            "T_CacheOf       association     1 instance\n"
+            "T_Contains      association     3 instances\n"
+            "T_Element       abstract class\n"
+            "  T_Cache       class           1 instance\n"
+            "  T_Cpu         class           1 instance\n"
+            "  T_Disk        class           1 instance\n"
+            "    T_FastDisk  class           1 instance\n"
+            "  T_Partition   class           1 instance\n"
+            "  T_System      class           1 instance\n"
+            "T_OnDisk        association     1 instance\n");
+  EXPECT_EQ(Text({"classes", "--class", "t_disk"}),
+            "T_Disk        class  1 instance\n"
+            "  T_FastDisk  class  1 instance\n");
+}
+
+TEST_F(Commands, ClassesAsJsonHaveTheirKind) {
+  EXPECT_EQ(Json({"classes", "--class", "T_FastDisk"}), TJson::parse(R"({
+    "namespace": "root/cimv2",
+    "classes": [{"name": "T_FastDisk", "superclass": "T_Disk", "association": false,
+                 "abstract": false, "indication": false, "instances": 1}]})"));
+  EXPECT_EQ(Json({"classes"})["classes"][2], TJson::parse(R"(
+    {"name": "T_Element", "superclass": null, "association": false, "abstract": true,
+     "indication": false, "instances": 0})"));
+}
+
+TEST_F(Commands, ShowTellsAllOfAClass) {
+  EXPECT_EQ(Text({"show", "T_Disk"}),
+            "Class       T_Disk\n"
+            "Kind        class\n"
+            "Superclass  T_Element\n"
+            "Subclasses  T_FastDisk\n"
+            "Instances   1\n"
+            "\n"
+            "Qualifiers\n"
+            "  Description  A disk.\n"
+            "\n"
+            "Properties\n"
+            "  Labels  string[]\n"
+            "    NULLDISPLAY  None\n"
+            "  Name  string  key, from T_Element\n"
+            "    Key  TRUE\n"
+            "  Size  uint64\n"
+            "    ABBREVIATEUNITS    TRUE\n"
+            "    DISPLAYFIXEDUNITS  Peta\n"
+            "    UNITS              Bytes\n"
+            "  State  uint8  default 1\n"
+            "    Values  {Off, On}\n"
+            "\n"
+            "Methods\n"
+            "  uint32 Reset(uint16 Mode, string Reason)\n"
+            "    Description  Starts it anew.\n"
+            "    Mode  uint16\n"
+            "    Reason  string\n");
+  EXPECT_EQ(Text({"show", "T_OnDisk"}),
+            "Class       T_OnDisk\n"
+            "Kind        association\n"
+            "Superclass  none\n"
+            "Subclasses  none\n"
+            "Instances   1\n"
+            "\n"
+            "Qualifiers\n"
+            "  Association  TRUE\n"
+            "\n"
+            "Properties\n"
+            "  Antecedent  T_Disk REF  key\n"
+            "    Key  TRUE\n"
+            "  Dependent  T_Partition REF  key\n"
+            "    Key  TRUE\n");
+}
+
+TEST_F(Commands, ShowAsJsonHasEveryDeclaration) {
+  const auto cls = Json({"show", "t_fastdisk"});
+  EXPECT_EQ(cls["name"], "T_FastDisk");
+  EXPECT_EQ(cls["superclass"], "T_Disk");
+  EXPECT_EQ(cls["subclasses"], TJson::array());
+  EXPECT_EQ(cls["instances"], 1);
+  EXPECT_EQ(cls["qualifiers"], TJson::parse(R"({"Description": "A disk."})"));
+  ASSERT_EQ(cls["properties"].size(), 5u);
+  EXPECT_EQ(cls["properties"][1], TJson::parse(R"(
+    {"name": "Name", "type": "string", "origin": "T_Element", "key": true, "default": null,
+     "qualifiers": {"Key": true}})"));
+  EXPECT_EQ(cls["properties"][4], TJson::parse(R"(
+    {"name": "State", "type": "uint8", "origin": "T_Disk", "key": false, "default": 1,
+     "qualifiers": {"Values": ["Off", "On"]}})"));
+  EXPECT_EQ(cls["methods"], TJson::parse(R"(
+    [{"name": "Reset", "type": "uint32", "origin": "T_Disk",
+      "parameters": [{"name": "Mode", "type": "uint16", "qualifiers": {}},
+                     {"name": "Reason", "type": "string", "qualifiers": {}}],
+      "qualifiers": {"Description": "Starts it anew."}}])"));
+}
+
+TEST_F(Commands, InstancesShowDisplayText) {
+  EXPECT_EQ(Text({"instances", "T_Disk"}),
+            "T_Disk.Name=\"disk2\"\n"
+            "  Labels  a, b\n"
+            "  Name    disk2\n"
+            "  Size    1.5 KB\n"
+            "  State   On\n");
+  EXPECT_EQ(Text({"instances", "T_Partition"}), "T_Partition.Name=\"part\"\n  Name  part\n");
+}
+
+TEST_F(Commands, DeepInstancesAreThoseOfSubclassesToo) {
+  EXPECT_EQ(Text({"instances", "T_Disk", "--deep", "--raw"}),
+            "T_Disk.Name=\"disk2\"\n"
+            "  Labels  a, b    [{a, b}]\n"
+            "  Name    disk2   [disk2]\n"
+            "  Size    1.5 KB  [1536]\n"
+            "  State   On      [1]\n"
+            "\n"
+            "T_FastDisk.Name=\"disk10\"\n"
+            "  Labels  None    [NULL]\n"
+            "  Name    disk10  [disk10]\n"
+            "  Size    NULL    [NULL]\n"
+            "  Speed   0.5     [0.5]\n"
+            "  State   Off     [0]\n");
+}
+
+TEST_F(Commands, InstancesAsJsonHaveRawAndDisplay) {
+  EXPECT_EQ(Json({"instances", "T_FastDisk"}), TJson::parse(R"({
+    "namespace": "root/cimv2",
+    "instances": [{
+      "path": "T_FastDisk.Name=\"disk10\"", "class": "T_FastDisk",
+      "properties": {
+        "Labels": {"type": "string[]", "value": null, "display": "None"},
+        "Name": {"type": "string", "value": "disk10", "display": "disk10"},
+        "Size": {"type": "uint64", "value": null, "display": "NULL"},
+        "Speed": {"type": "real64", "value": 0.5, "display": "0.5"},
+        "State": {"type": "uint8", "value": 0, "display": "Off"}}}]})"));
+  EXPECT_EQ(Json({"instances", "T_Disk"})["instances"][0]["properties"]["Labels"],
+            TJson::parse(R"({"type": "string[]", "value": ["a", "b"], "display": ["a", "b"]})"));
+  EXPECT_EQ(Json({"instances", "T_Element"}),
+            TJson::parse(R"({"namespace": "root/cimv2", "instances": []})"));
+}
+
+TEST_F(Commands, GetFindsAnInstanceByItsPath) {
+  const std::string expected =
+      "T_Disk.Name=\"disk2\"\n"
+      "  Labels  a, b\n"
+      "  Name    disk2\n"
+      "  Size    1.5 KB\n"
+      "  State   On\n";
+  EXPECT_EQ(Text({"get", "T_Disk.Name=\"disk2\""}), expected);
+  EXPECT_EQ(Text({"get", "root/cimv2:t_disk.name=\"disk2\""}), expected);
+  EXPECT_EQ(Json({"get", "T_Cpu.Name=\"cpu\""}), TJson::parse(R"({
+    "path": "T_Cpu.Name=\"cpu\"", "class": "T_Cpu",
+    "properties": {"Name": {"type": "string", "value": "cpu", "display": "cpu"}}})"));
+}
+
+TEST_F(Commands, WhatIsNotThereIsNamed) {
+  EXPECT_EQ(Error({"show", "T_None"}), "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"show", ""}), "havhost: no such class: ''\n");
+  EXPECT_EQ(Error({"show", "a\x1b-b"}), "havhost: no class name: 'a\\x1b-b'\n");
+  EXPECT_EQ(Error({"instances", "T_None"}), "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"mof", "T_None"}), "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"classes", "--class", "T_None"}), "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"inventory", "--class", "T_None"}), "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"get", "T_None.Name=\"a\""}), "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"get", "T_Disk.Name=\"a\""}),
+            "havhost: no such instance: 'T_Disk.Name=\"a\"'\n");
+  EXPECT_EQ(Error({"get", "T_Disk"}), "havhost: 'T_Disk' names a class, and no instance\n");
+  EXPECT_EQ(Error({"get", "T_Disk.Name="}),
+            "havhost: no object path: 'T_Disk.Name=' "
+            "(a path looks like Class.Key=\"text\",OtherKey=1)\n");
+  EXPECT_EQ(Error({"get", "root/other:T_Disk.Name=\"disk2\""}),
+            "havhost: the path names the namespace root/other, and this is root/cimv2\n");
+  EXPECT_EQ(Error({"associators", "T_Disk", "--assoc-class", "T_None"}),
+            "havhost: no such class: 'T_None'\n");
+  EXPECT_EQ(Error({"references", "T_Cpu.Name=\"cpu\"", "--result-class", "T_None"}),
+            "havhost: no such class: 'T_None'\n");
+}
+
+TEST_F(Commands, ReferencesOfAnInstance) {
+  EXPECT_EQ(Text({"references", "T_Cpu.Name=\"cpu\"", "--role", "partcomponent"}),
+            "T_Contains.GroupComponent=\"T_System.Name=\\\"box\\\"\","
+            "PartComponent=\"T_Cpu.Name=\\\"cpu\\\"\"\n"
+            "  GroupComponent  T_System.Name=\"box\"\n"
+            "  PartComponent   T_Cpu.Name=\"cpu\"\n");
+  EXPECT_EQ(Json({"references", "T_Disk.Name=\"disk2\""})["instances"].size(), 2u);
+  const auto onDisk =
+      Json({"references", "T_Disk.Name=\"disk2\"", "--result-class", "T_OnDisk"})["instances"];
+  ASSERT_EQ(onDisk.size(), 1u);
+  EXPECT_EQ(onDisk[0]["properties"]["Dependent"], TJson::parse(R"(
+    {"type": "reference", "value": "T_Partition.Name=\"part\"",
+     "display": "T_Partition.Name=\"part\""})"));
+  EXPECT_EQ(Text({"references", "T_Cpu.Name=\"cpu\"", "--role", "GroupComponent"}), "");
+}
+
+TEST_F(Commands, ReferencesOfAClass) {
+  EXPECT_EQ(Text({"references", "T_FastDisk"}),
+            "T_OnDisk    association  1 instance\n"
+            "T_Contains  association  3 instances\n");
+  EXPECT_EQ(Text({"references", "T_FastDisk", "--role", "antecedent"}),
+            "T_OnDisk  association  1 instance\n");
+  EXPECT_EQ(Text({"references", "T_FastDisk", "--result-class", "T_Contains"}),
+            "T_Contains  association  3 instances\n");
+}
+
+// The paths of the instances, or the names of the classes, of a listing.
+std::vector<std::string> Found(const TJson& listing) {
+  std::vector<std::string> found;
+  if (listing.contains("classes"))
+    for (const auto& cls : listing["classes"]) found.push_back(cls["name"]);
+  else
+    for (const auto& instance : listing["instances"]) found.push_back(instance["path"]);
+  return found;
+}
+
+using Paths = std::vector<std::string>;
+
+TEST_F(Commands, AssociatorsOfAnInstance) {
+  const std::string disk = "T_Disk.Name=\"disk2\"";
+  EXPECT_EQ(Text({"associators", disk, "--assoc-class", "T_OnDisk"}),
+            "T_Partition.Name=\"part\"\n  Name  part\n");
+  EXPECT_EQ(Found(Json({"associators", disk})),
+            (Paths{"T_Partition.Name=\"part\"", "T_System.Name=\"box\""}));
+  EXPECT_EQ(Found(Json({"associators", disk, "--result-class", "T_System"})),
+            Paths{"T_System.Name=\"box\""});
+  EXPECT_EQ(Found(Json({"associators", disk, "--result-role", "Dependent"})),
+            Paths{"T_Partition.Name=\"part\""});
+  EXPECT_EQ(Found(Json({"associators", "T_System.Name=\"box\"", "--role", "PartComponent",
+                        "--result-class", "T_Cpu"})),
+            Paths{});
+  EXPECT_EQ(Found(Json({"associators", "T_System.Name=\"box\"", "--result-class", "T_Element"})),
+            (Paths{"T_Cpu.Name=\"cpu\"", "T_Disk.Name=\"disk2\"", "T_FastDisk.Name=\"disk10\""}));
+}
+
+TEST_F(Commands, AssociatorsOfAClass) {
+  EXPECT_EQ(Found(Json({"associators", "T_Partition"})), (Paths{"T_Disk", "T_System"}));
+  EXPECT_EQ(Found(Json({"associators", "T_Disk", "--assoc-class", "T_OnDisk"})),
+            Paths{"T_Partition"});
+  EXPECT_EQ(Found(Json({"associators", "T_Disk", "--role", "Antecedent"})), Paths{"T_Partition"});
+  EXPECT_EQ(Found(Json({"associators", "T_Disk", "--result-role", "GroupComponent"})),
+            Paths{"T_System"});
+  EXPECT_EQ(Found(Json({"associators", "T_Disk", "--result-class", "T_Partition"})),
+            Paths{"T_Partition"});
+}
+
+TEST_F(Commands, MofOfOneClass) {
+  const auto mof = Text({"mof", "T_Partition"});
+  EXPECT_NE(mof.find("class T_Partition : T_Element"), std::string::npos) << mof;
+  EXPECT_EQ(mof.find("T_Disk"), std::string::npos) << mof;
+}
+
+TEST_F(Commands, MofOfEverythingLoadsAgain) {
+  const TemporaryFolder folder;
+  const auto file = folder.File("again.mof", Text({"mof"}));
+  const auto again = Havhost({"mof", "--mof", file});
+  EXPECT_EQ(again.err, "");
+  EXPECT_EQ(again.out, Text({"mof"}));
+}
+
+TEST_F(Commands, LoadSumsUp) {
+  const auto outcome = Havhost({"load", File()});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.out,
+            "Namespace                 root/cimv2\n"
+            "Qualifier declarations    9\n"
+            "Classes                   10\n"
+            "  ordinary                7\n"
+            "  associations            3\n"
+            "  indications             0\n"
+            "  abstract, of all these  1\n"
+            "Instances                 6\n"
+            "Associations              5\n");
+  EXPECT_EQ(TJson::parse(Havhost({"load", File(), "--format", "json"}).out), TJson::parse(R"({
+    "namespace": "root/cimv2", "qualifierDeclarations": 9,
+    "classes": {"total": 10, "ordinary": 7, "association": 3, "indication": 0, "abstract": 1},
+    "instances": 6, "associations": 5})"));
+}
+
+TEST_F(Commands, NamespaceIsNamedByTheOptionElseByTheMof) {
+  const TemporaryFolder folder;
+  const auto file = folder.File("a.mof", "#pragma namespace (\"root/other\")\n");
+  EXPECT_EQ(TJson::parse(Havhost({"load", file, "--format", "json"}).out)["namespace"],
+            "root/other");
+  EXPECT_EQ(TJson::parse(
+                Havhost({"load", file, "--format", "json", "--namespace", "a/b"}).out)["namespace"],
+            "a/b");
+  EXPECT_EQ(Json({"classes", "--namespace", "a/b"})["namespace"], "a/b");
+}
+
+TEST_F(Commands, IncludedFilesAreLookedForInTheSearchPath) {
+  const TemporaryFolder folder;
+  folder.File("parts/a.mof", "Qualifier Key : boolean = false, Scope(property);\n");
+  folder.File("more/b.mof", "class T_B { [Key] string Name; };\n");
+  const auto file =
+      folder.File("main.mof", "#pragma include (\"a.mof\")\n#pragma include (\"b.mof\")\n");
+  const auto outcome = Havhost({"classes", "--mof", file, "--include", folder.Path("parts"),
+                                "--include", folder.Path("more")});
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.out, "T_B  class\n");
+}
+
+TEST_F(Commands, EveryErrorOfTheMofIsALineWithItsPlace) {
+  const TemporaryFolder folder;
+  const auto file = folder.File("bad.mof", "class T_A : T_None { };\nclass 1;\n");
+  const auto outcome = Havhost({"load", file});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_NE(outcome.err.find("havhost: " + file + ":2:7: error: "), std::string::npos)
+      << outcome.err;
+  EXPECT_NE(outcome.err.find("havhost: nothing is loaded: the MOF has "), std::string::npos)
+      << outcome.err;
+}
+
+TEST_F(Commands, MissingMofFileIsNamed) {
+  const auto outcome = Havhost({"load", "nowhere.mof"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err,
+            "havhost: nowhere.mof: error: file 'nowhere.mof' is not found\n"
+            "havhost: nothing is loaded: the MOF has 1 error\n");
+}
+
+}  // namespace
+}  // namespace havtest

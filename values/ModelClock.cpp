@@ -1,8 +1,0 @@
-#include "values/ModelClock.h"
-
-namespace NORVHAV20 {
-
-std::atomic<std::uint64_t> ModelClock::s_schema{0};
-std::atomic<std::uint64_t> ModelClock::s_links{0};
-
-}  // namespace NORVHAV20
