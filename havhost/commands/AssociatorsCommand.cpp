@@ -1,6 +1,6 @@
 // havhost associators: the instances at the other ends of an instance's associations, or the
 // classes at the other ends of a class's.
-#include "havcore/client/Enumerate.h"
+#include "havcore/client/Associations.h"
 #include "havhost/CommandLine.h"
 #include "havhost/Lookup.h"
 #include "havhost/report/Listing.h"
@@ -13,37 +13,16 @@ using namespace NORVHAV20;
 
 namespace {
 
-std::vector<TListedClass> ClassAssociators(const ICIMClass& cls, const TSettings& settings) {
-  std::vector<TListedClass> listed;
-  const auto found = Collect<ICIMClass>([&](const TEnumCallback<ICIMClass>& callback) {
-    cls.EnumerateAssociatedClasses(callback, settings.associationClass, settings.resultClass,
-                                   settings.role, settings.resultRole, {});
-  });
-  for (const auto& associated : found) listed.push_back({associated});
-  return listed;
-}
-
-// An instance's query takes an empty result class for an unknown one.
-std::string ResultClass(const TSettings& settings) {
-  return settings.resultClass.empty() ? "<root>" : settings.resultClass;
-}
-
 void ListAssociators(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
                      std::ostream& out) {
   RequireClass(*target, settings.associationClass);
   RequireClass(*target, settings.resultClass);
-  if (IsClassName(settings.path)) {
-    const auto cls = FindClass(*target, settings.path);
-    PrintListing(out, ClassAssociators(*cls, settings), settings);
-    return;
-  }
-  const auto instance = FindInstance(target, settings);
-  const auto found = Collect<ICIMInstance>([&](const TEnumCallback<ICIMInstance>& callback) {
-    instance->EnumerateAssociatedInstances(callback, settings.associationClass,
-                                           ResultClass(settings), settings.role,
-                                           settings.resultRole, {});
-  });
-  PrintListing(out, found, settings);
+  const TAssociatorFilter filter{settings.associationClass, settings.resultClass, settings.role,
+                                 settings.resultRole};
+  if (IsClassName(settings.path))
+    PrintListing(out, Associators(*FindClass(*target, settings.path), filter), settings);
+  else
+    PrintListing(out, Associators(*FindInstance(target, settings), filter), settings);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // havhost references: the associations that refer to an instance, or that can refer to the
 // instances of a class.
-#include "havcore/client/Enumerate.h"
+#include "havcore/client/Associations.h"
 #include "havhost/CommandLine.h"
 #include "havhost/Lookup.h"
 #include "havhost/report/Listing.h"
@@ -13,28 +13,14 @@ using namespace NORVHAV20;
 
 namespace {
 
-std::vector<TListedClass> ClassReferences(const ICIMClass& cls, const TSettings& settings) {
-  std::vector<TListedClass> listed;
-  const auto found = Collect<ICIMClass>([&](const TEnumCallback<ICIMClass>& callback) {
-    cls.EnumerateAssociationClasses(callback, settings.resultClass, settings.role, {});
-  });
-  for (const auto& association : found) listed.push_back({association});
-  return listed;
-}
-
 void ListReferences(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
                     std::ostream& out) {
   RequireClass(*target, settings.resultClass);
-  if (IsClassName(settings.path)) {
-    const auto cls = FindClass(*target, settings.path);
-    PrintListing(out, ClassReferences(*cls, settings), settings);
-    return;
-  }
-  const auto instance = FindInstance(target, settings);
-  const auto found = Collect<ICIMInstance>([&](const TEnumCallback<ICIMInstance>& callback) {
-    instance->EnumerateAssociationInstances(callback, settings.resultClass, settings.role, {});
-  });
-  PrintListing(out, found, settings);
+  const TReferenceFilter filter{settings.resultClass, settings.role};
+  if (IsClassName(settings.path))
+    PrintListing(out, References(*FindClass(*target, settings.path), filter), settings);
+  else
+    PrintListing(out, References(*FindInstance(target, settings), filter), settings);
 }
 
 }  // namespace

@@ -64,4 +64,11 @@ void PrintListing(std::ostream& out, const std::vector<TListedClass>& classes,
   PrintRows(out, "", rows, 60);
 }
 
+void PrintListing(std::ostream& out, const std::vector<boost::shared_ptr<ICIMClass>>& classes,
+                  const TSettings& settings) {
+  std::vector<TListedClass> listed;
+  for (const auto& cls : classes) listed.push_back({cls});
+  PrintListing(out, listed, settings);
+}
+
 }  // namespace havhost

@@ -26,5 +26,8 @@ struct TListedClass {
 
 void PrintListing(std::ostream& out, const std::vector<TListedClass>& classes,
                   const TSettings& settings);
+void PrintListing(std::ostream& out,
+                  const std::vector<boost::shared_ptr<NORVHAV20::ICIMClass>>& classes,
+                  const TSettings& settings);
 
 }  // namespace havhost

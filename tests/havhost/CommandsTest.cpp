@@ -260,6 +260,19 @@ TEST_F(Commands, AssociatorsOfAnInstance) {
             (Paths{"T_Cpu.Name=\"cpu\"", "T_Disk.Name=\"disk2\"", "T_FastDisk.Name=\"disk10\""}));
 }
 
+TEST_F(Commands, TheRoleIsThatOfTheStartAndTheResultRoleThatOfTheOtherEnd) {
+  const std::string disk = "T_Disk.Name=\"disk2\"";
+  EXPECT_EQ(Found(Json({"associators", disk, "--role", "Antecedent"})),
+            Paths{"T_Partition.Name=\"part\""});
+  EXPECT_EQ(Found(Json({"associators", disk, "--result-role", "Antecedent"})), Paths{});
+  EXPECT_EQ(Found(Json({"associators", disk, "--role", "PartComponent", "--result-role",
+                        "GroupComponent"})),
+            Paths{"T_System.Name=\"box\""});
+  EXPECT_EQ(
+      Found(Json({"associators", disk, "--role", "PartComponent", "--result-role", "Dependent"})),
+      Paths{});
+}
+
 TEST_F(Commands, AssociatorsOfAClass) {
   EXPECT_EQ(Found(Json({"associators", "T_Partition"})), (Paths{"T_Disk", "T_System"}));
   EXPECT_EQ(Found(Json({"associators", "T_Disk", "--assoc-class", "T_OnDisk"})),

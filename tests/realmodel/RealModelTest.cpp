@@ -6,6 +6,8 @@
 #include <random>
 #include <set>
 
+#include "havcore/client/Associations.h"
+#include "havcore/client/Enumerate.h"
 #include "realmodel/DeviceClasses.h"
 #include "realmodel/DeviceModel.h"
 #include "realmodel/DeviceRepository.h"
@@ -39,6 +41,39 @@ std::vector<std::string> PathsOf(const std::vector<Found>& found) {
   std::vector<std::string> paths;
   for (const auto& one : found) paths.push_back(one.path);
   return paths;
+}
+
+std::string Text(const AssociatorsQuestion& question) {
+  return "association class '" + question.associationClass + "' result class '" +
+         question.resultClass + "' role '" + question.role + "' result role '" +
+         question.resultRole + "'";
+}
+
+// How a class of the schema can be linked: by one reference of an association class, with what
+// another one refers to.
+struct ClassLink {
+  ClassPtr association, other;
+  std::string role, resultRole;
+};
+
+// Every way of linking `cls`, found by looking at all classes of the schema.
+std::vector<ClassLink> LinksOf(const NamespacePtr& ns, const ClassPtr& cls) {
+  std::vector<ClassLink> links;
+  auto pending = hav::client::SubclassesOf(*ns->GetClass("<root>", {}));
+  while (!pending.empty()) {
+    const auto association = pending.back();
+    pending.pop_back();
+    for (const auto& subclass : hav::client::SubclassesOf(*association))
+      pending.push_back(subclass);
+    const auto references = hav::client::Collect<ICIMPropertyDecl>(
+        [&](const auto& callback) { association->EnumerateReferenceDecls(callback, {}); });
+    for (const auto& own : references)
+      for (const auto& other : references)
+        if (own != other && cls->IsA(own->GetDefaultValue({}).GetReferencedClass(), {}))
+          links.push_back({association, other->GetDefaultValue({}).GetReferencedClass(),
+                           own->GetName({}), other->GetName({})});
+  }
+  return links;
 }
 
 std::string ClassOf(const std::string& path) { return path.substr(0, path.find('.')); }
@@ -143,6 +178,50 @@ class RealModel : public testing::Test {
     }
   }
 
+  // What the host's side makes of the same answers.
+  void CheckOtherEnds(std::size_t thing, const AssociatorsQuestion& question) {
+    const auto expected = m_oracle->OtherEnds(thing, question);
+    std::vector<std::string> answer;
+    for (const auto& found : hav::client::Associators(
+             *s_repository->things[thing],
+             {question.associationClass, question.resultClass, question.role, question.resultRole}))
+      answer.push_back(PathOf(found));
+    std::sort(answer.begin(), answer.end());
+    Count(!expected.empty());
+    ASSERT_EQ(answer, expected) << m_model.things[thing].path << ' ' << Text(question);
+  }
+  void CheckOtherEndClasses(const ClassPtr& cls, const std::vector<ClassLink>& links,
+                            const AssociatorsQuestion& question) {
+    const auto passes = [](const ClassPtr& found, const std::string& filter) {
+      return filter.empty() || found->IsA(s_repository->ns->GetClass(filter, {}), {});
+    };
+    std::set<std::string> expected, answer;
+    for (const auto& link : links)
+      if ((question.role.empty() || question.role == link.role) &&
+          (question.resultRole.empty() || question.resultRole == link.resultRole) &&
+          passes(link.association, question.associationClass) &&
+          passes(link.other, question.resultClass))
+        expected.insert(link.other->GetName({}));
+    for (const auto& found : hav::client::Associators(
+             *cls,
+             {question.associationClass, question.resultClass, question.role, question.resultRole}))
+      answer.insert(found->GetName({}));
+    Count(!expected.empty());
+    ASSERT_EQ(answer, expected) << cls->GetName({}) << ' ' << Text(question);
+  }
+  // Every pair of roles, with the class of an association, of a result, or neither.
+  template <class Check>
+  static void ForEachPairOfRoles(const std::string& association, const std::string& result,
+                                 Check&& check) {
+    for (const auto& role : Roles())
+      for (const auto& resultRole : Roles()) {
+        ASSERT_NO_FATAL_FAILURE(check(AssociatorsQuestion{"", "", role, resultRole}));
+        ASSERT_NO_FATAL_FAILURE(check(AssociatorsQuestion{association, "", role, resultRole}));
+        ASSERT_NO_FATAL_FAILURE(check(AssociatorsQuestion{"", result, role, resultRole}));
+        ASSERT_NO_FATAL_FAILURE(check(AssociatorsQuestion{association, result, role, resultRole}));
+      }
+  }
+
   // Nothing proves anything when hardly any answer has something in it.
   void ExpectTelling(std::size_t leastTelling) const {
     std::cout << m_questions << " questions, " << m_telling << " with an answer\n";
@@ -230,6 +309,36 @@ TEST_F(RealModel, CombinedFiltersAnswerLikeTheOracle) {
   StoreTheLargeModel();
   ASSERT_NO_FATAL_FAILURE(CheckCombinations(kSeed, 2000));
   ExpectTelling(1500);
+}
+
+TEST_F(RealModel, OtherEndsOfInstancesAreThoseOfTheCimOperation) {
+  Store(kSeed, 3, 14, 6);
+  for (std::size_t i = 0; i < m_model.links.size(); i += 5) {
+    const auto& link = m_model.links[i];
+    for (const std::size_t thing : {link.ends.front(), link.ends.back()}) {
+      const std::size_t other = link.ends[thing == link.ends.front() ? 1 : 0];
+      ForEachPairOfRoles(
+          link.cls, m_model.things[other].cls,
+          [&](const AssociatorsQuestion& question) { CheckOtherEnds(thing, question); });
+      if (HasFatalFailure()) return;
+    }
+  }
+  ExpectTelling(1000);
+}
+
+TEST_F(RealModel, OtherEndsOfClassesAreThoseOfTheCimOperation) {
+  std::size_t turn = 0;
+  for (const auto& thing : ThingClasses()) {
+    const auto cls = s_repository->ns->GetClass(thing.name, {});
+    const auto links = LinksOf(s_repository->ns, cls);
+    ASSERT_FALSE(links.empty());
+    const auto& link = links[turn++ * 31 % links.size()];
+    ForEachPairOfRoles(
+        link.association->GetName({}), link.other->GetName({}),
+        [&](const AssociatorsQuestion& question) { CheckOtherEndClasses(cls, links, question); });
+    if (HasFatalFailure()) return;
+  }
+  ExpectTelling(1000);
 }
 
 TEST_F(RealModel, AnUnknownClassAsFilterFindsNothingAnywhere) {

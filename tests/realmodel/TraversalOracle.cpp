@@ -1,6 +1,7 @@
 #include "realmodel/TraversalOracle.h"
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 #include "realmodel/DeviceClasses.h"
@@ -12,6 +13,10 @@ const char kAny[] = "<root>";
 
 bool Passes(const std::string& cls, const std::string& filter) {
   return filter.empty() || filter == kAny || Derives(cls, filter);
+}
+
+bool Plays(const Role& role, const std::string& filter) {
+  return filter.empty() || filter == role.name;
 }
 
 }  // namespace
@@ -56,6 +61,23 @@ std::vector<Found> TraversalOracle::Associators(std::size_t thing,
     if (end != m_model.things.size()) found.push_back({link->cls, m_model.things[end].path});
   }
   return found;
+}
+
+std::vector<std::string> TraversalOracle::OtherEnds(std::size_t thing,
+                                                    const AssociatorsQuestion& question) const {
+  std::set<std::string> found;
+  for (const ModelLink* link : Referring(thing, {question.associationClass, question.role})) {
+    const auto& roles = LinkFact(link->cls).roles;
+    for (std::size_t own = 0; own < roles.size(); ++own)
+      for (std::size_t other = 0; other < roles.size(); ++other) {
+        const auto& end = m_model.things[link->ends[other]];
+        if (own != other && link->ends[own] == thing && end.stored &&
+            Plays(roles[own], question.role) && Plays(roles[other], question.resultRole) &&
+            Passes(end.cls, question.resultClass))
+          found.insert(end.path);
+      }
+  }
+  return {found.begin(), found.end()};
 }
 
 bool TraversalOracle::IsResult(std::size_t thing, const std::string& resultClass) const {

@@ -39,6 +39,10 @@ class TraversalOracle {
   std::vector<Found> References(std::size_t thing, const ReferencesQuestion& question) const;
   std::vector<Found> Associators(std::size_t thing, const AssociatorsQuestion& question) const;
 
+  // The paths of what stands at the other ends as the CIM operation defines them, sorted: an
+  // association refers to the thing by `role`, and to what is found by `resultRole`.
+  std::vector<std::string> OtherEnds(std::size_t thing, const AssociatorsQuestion& question) const;
+
  private:
   std::vector<const ModelLink*> Referring(std::size_t thing,
                                           const ReferencesQuestion& question) const;
