@@ -1,10 +1,11 @@
 #include "inventory/windows/TNetworkPortCollector.h"
 
-// The order of these is the one in which they need each other.
-#include <iphlpapi.h>
-#include <netioapi.h>
+// Two blocks, because the second needs the first.
 #include <winsock2.h>
 #include <ws2tcpip.h>
+
+#include <iphlpapi.h>
+#include <netioapi.h>
 
 #include <array>
 #include <vector>
