@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 
 #include "havcore/ICIMProperty.h"
+#include "havcore/THAVException.h"
 #include "inmem/model/CacheSwitches.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/model/TInmemInstance.h"
@@ -62,7 +63,12 @@ void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions
 void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
   Require(instance);
   const auto self = Self();
-  m_instances.Remove(instance->GetReference(TOptions()).GetPath(), *instance);
+  try {
+    m_instances.Remove(instance->GetReference(TOptions()).GetPath(), *instance);
+  } catch (const THAVException&) {
+    // The class may have got a key since, for which the instance has no slot.
+    if (!m_instances.Remove(*instance)) throw;
+  }
   m_links.reset();
 }
 

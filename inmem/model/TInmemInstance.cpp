@@ -53,7 +53,7 @@ TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int flags)
   StampCollectionTime();
 }
 
-TInmemInstance::~TInmemInstance() = default;
+TInmemInstance::~TInmemInstance() { m_values->ReleaseSlots(); }
 
 boost::shared_ptr<TInmemInstance> TInmemInstance::Self() const {
   return boost::const_pointer_cast<TInmemInstance>(shared_from_this());

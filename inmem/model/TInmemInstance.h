@@ -89,7 +89,9 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   const std::string& SlotName(std::size_t index) const noexcept {
     return m_values->Layout()[index].name;
   }
-  TInmemProperty SlotHandle(std::size_t index) const noexcept { return {*m_values, index}; }
+  TInmemProperty SlotHandle(std::size_t index) const noexcept {
+    return TInmemProperty(*m_values, index);
+  }
   bool IsAssigned(std::size_t index) const noexcept { return m_values->Assigned(index); }
   const ICIMPropertyDecl& DeclAt(std::size_t index) const noexcept {
     return *m_declarations->decls[index];
@@ -116,7 +118,6 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   bool ValidateKeyNonNull(const std::string* name) const;
   void ValidateReferences() const;
 
-  boost::shared_ptr<ICIMProperty> SlotAt(std::size_t index) const;
   boost::shared_ptr<ICIMProperty> DerivedProperty(const std::string& name,
                                                   const TCIMValue& defaultValue) const;
 
@@ -146,8 +147,6 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   boost::shared_ptr<ICIMClass> m_class;
   boost::intrusive_ptr<const TSlotDeclarations> m_declarations;
   boost::intrusive_ptr<TSlotTable> m_values;
-  // Made when a caller first asks for a slot.
-  mutable boost::shared_ptr<TSlots> m_slots;
   TInstanceStore::TEntry* m_storeEntry = nullptr;
   int m_flags;
 };

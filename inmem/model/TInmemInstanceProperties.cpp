@@ -29,11 +29,6 @@ bool IsStatusName(const std::string& name) {
 
 }  // namespace
 
-boost::shared_ptr<ICIMProperty> TInmemInstance::SlotAt(std::size_t index) const {
-  if (!m_slots) m_slots = boost::make_shared<TSlots>(m_values);
-  return {m_slots, &(*m_slots)[index]};
-}
-
 TCIMValue TInmemInstance::ValueOf(const std::string& name) const {
   const std::size_t index = m_values->Layout().Find(CimName(name));
   if (index != TSlotLayout::kNone) return SlotHandle(index).GetValue(TOptions());
@@ -43,7 +38,7 @@ TCIMValue TInmemInstance::ValueOf(const std::string& name) const {
 boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& name,
                                                             TOptions) const {
   const std::size_t index = m_values->Layout().Find(CimName(name));
-  if (index != TSlotLayout::kNone) return SlotAt(index);
+  if (index != TSlotLayout::kNone) return m_values->Slot(index);
   if (Holds(name, "speedDuplex"))
     return DerivedProperty("speedDuplex", TCIMValue(std::string("Unknown")));
   if (Holds(name, "Description"))
@@ -79,7 +74,7 @@ void TInmemInstance::EnumerateProperties(
   const auto self = shared_from_this();
   for (std::size_t i = 0; i < m_values->Layout().Size(); ++i) {
     try {
-      callback(SlotAt(i));
+      callback(m_values->Slot(i));
     } catch (const THAVException&) {
       LogError("TInmemInstance::EnumerateProperties: Failed in Enumerate the Property \"" +
                m_declarations->decls[i]->GetName(TOptions()) + "\" of Class " +

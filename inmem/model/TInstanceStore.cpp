@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -55,34 +56,44 @@ TInstanceStore::~TInstanceStore() {
   }
 }
 
+// Instances are let go when the store is whole again: their end may call back.
 void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInstance>& instance) {
   const std::size_t hash = HashOf(path);
   // Everything that can fail comes first.
   if (4 * (m_size + 1) > 3 * m_table.size()) GrowTable();
   if (m_order.size() == m_order.capacity()) m_order.reserve(2 * m_order.size() + 8);
-  TEntry* entry = TEntry::Make(path, hash, instance);
+  std::unique_ptr<TEntry, void (*)(TEntry*)> made(TEntry::Make(path, hash, instance),
+                                                  &TEntry::Destroy);
   auto* own = TInmemInstance::Own(*instance);
-  TEntry* before = EntryOf(*instance);
-  if (!own || (own->StoreEntry() && own->StoreEntry() != before)) {
-    try {
-      m_others.emplace(instance.get(), nullptr);
-    } catch (...) {
-      TEntry::Destroy(entry);
-      throw;
-    }
-  }
-  if (before) Erase(*before);
-  if (TEntry* standing = FindEntry(path, hash)) Erase(*standing);
-  if (own && !own->StoreEntry())
-    own->RememberStoreEntry(entry);
-  else
-    m_others[instance.get()] = entry;
+  TEntry* const before = EntryOf(*instance);
+  const bool remembered = own && (!own->StoreEntry() || own->StoreEntry() == before);
+  if (!remembered) m_others[instance.get()] = made.get();
+
+  TEntry* const entry = made.release();
+  const auto former = before ? Erase(*before) : nullptr;
+  TEntry* const standing = FindEntry(path, hash);
+  const auto displaced = standing ? Erase(*standing) : nullptr;
+  if (remembered) own->RememberStoreEntry(entry);
   Enter(entry);
+  const auto all = std::move(m_all);
 }
 
 void TInstanceStore::Remove(std::string_view path, ICIMInstance& instance) {
-  if (TEntry* stored = EntryOf(instance)) Erase(*stored);
-  if (TEntry* standing = FindEntry(path, HashOf(path))) Erase(*standing);
+  const auto removed = RemoveEntryOf(instance);
+  TEntry* const standing = FindEntry(path, HashOf(path));
+  const auto displaced = standing ? Erase(*standing) : nullptr;
+  const auto all = std::move(m_all);
+}
+
+bool TInstanceStore::Remove(ICIMInstance& instance) noexcept {
+  const auto removed = RemoveEntryOf(instance);
+  const auto all = std::move(m_all);
+  return removed != nullptr;
+}
+
+boost::shared_ptr<ICIMInstance> TInstanceStore::RemoveEntryOf(ICIMInstance& instance) noexcept {
+  TEntry* const stored = EntryOf(instance);
+  return stored ? Erase(*stored) : nullptr;
 }
 
 boost::shared_ptr<ICIMInstance> TInstanceStore::Find(std::string_view path) const {
@@ -170,13 +181,11 @@ void TInstanceStore::Enter(TEntry* entry) noexcept {
       m_ordered == m_order.size() && (m_order.empty() || m_order.back()->Path() < entry->Path());
   m_order.push_back(entry);
   if (last) ++m_ordered;
-  m_all.reset();
   ModelClock::LinksChanged();
 }
 
-// The entry stays in the order until that is put right. The instance goes last, when
-// everything is whole again: its end may call back.
-void TInstanceStore::Erase(TEntry& entry) noexcept {
+// The entry stays in the order until that is put right.
+boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
   const std::size_t mask = m_table.size() - 1;
   std::size_t hole = SlotOf(entry);
   for (std::size_t next = (hole + 1) & mask; m_table[next]; next = (next + 1) & mask) {
@@ -190,12 +199,12 @@ void TInstanceStore::Erase(TEntry& entry) noexcept {
   --m_size;
   ++m_erased;
   ModelClock::LinksChanged();
-  const auto all = std::move(m_all);
-  const auto last = std::move(entry.instance);
+  auto last = std::move(entry.instance);
   if (auto* own = TInmemInstance::Own(*last)) own->ForgetStoreEntry(&entry);
   const auto other = m_others.find(last.get());
   if (other != m_others.end() && other->second == &entry) m_others.erase(other);
   if (m_erased > 64 && m_erased > m_order.size() / 2) PutInOrder();
+  return last;
 }
 
 void TInstanceStore::PutInOrder() const {

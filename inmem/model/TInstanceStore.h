@@ -42,6 +42,8 @@ class TInstanceStore {
   // Removes the entry of `path`, whichever instance it holds, and the entry that `instance`
   // was stored under. Complexity: O(1) on average.
   void Remove(std::string_view path, ICIMInstance& instance);
+  // Removes the entry that `instance` was stored under; false when there is none.
+  bool Remove(ICIMInstance& instance) noexcept;
   // Returns the instance stored under `path`, empty when there is none. Complexity: O(1) on
   // average.
   boost::shared_ptr<ICIMInstance> Find(std::string_view path) const;
@@ -62,7 +64,9 @@ class TInstanceStore {
   TEntry* EntryOf(ICIMInstance& instance) const noexcept;
   void GrowTable();
   void Enter(TEntry* entry) noexcept;
-  void Erase(TEntry& entry) noexcept;
+  // Both leave it to the caller to let go what they return, and the list of the last walk.
+  boost::shared_ptr<ICIMInstance> Erase(TEntry& entry) noexcept;
+  boost::shared_ptr<ICIMInstance> RemoveEntryOf(ICIMInstance& instance) noexcept;
   void PutInOrder() const;
 
   // Open addressing with linear probing; a power of two, at most three quarters full.

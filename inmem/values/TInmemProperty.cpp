@@ -17,10 +17,10 @@ namespace {
 struct TStandaloneSlot {
   explicit TStandaloneSlot(const boost::shared_ptr<ICIMPropertyDecl>& declaration)
       : decl(declaration),
-        slots(TSlotTable::Make(new TSlotLayout({{std::string(), declaration}}))) {}
+        slot(TSlotTable::Make(new TSlotLayout({{std::string(), declaration}})), 0) {}
 
   boost::shared_ptr<ICIMPropertyDecl> decl;
-  TSlots slots;
+  TInmemProperty slot;
 };
 
 void RequireType(const char* operation, TCIMValue::TCIMType declared, TCIMValue::TCIMType given) {
@@ -46,7 +46,7 @@ void RequireReferencedClass(const TCIMValue& declared, const TCIMValue& given) {
 boost::shared_ptr<ICIMProperty> TInmemProperty::Standalone(
     const boost::shared_ptr<ICIMPropertyDecl>& decl) {
   const auto owner = boost::make_shared<TStandaloneSlot>(Require(decl));
-  return {owner, &owner->slots[0]};
+  return {owner, &owner->slot};
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemProperty::Decl() const {

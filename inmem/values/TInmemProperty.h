@@ -2,14 +2,15 @@
 // The value itself stands in a slot table; the slot is a handle to its place there, so that
 // the plug-in can make one on the stack wherever it needs the rules.
 //
-// Ownership: refers to its table; a slot handed out shares the ownership of the table, and
-//            holds its declaration weakly.
+// Ownership: a handle refers to its table; a slot handed out shares the table. Neither owns
+//            its declaration.
 // Threads:   one thread at a time per namespace.
 // Errors:    THAVException: 14 for a value of the wrong type, 15 from every operation that
 //            needs the declaration when it is gone.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,19 @@ namespace NORVHAV20 {
 
 class TInmemProperty final : public ICIMProperty {
  public:
-  TInmemProperty(TSlotTable& table, std::size_t index) noexcept : m_table(&table), m_index(index) {}
-  TInmemProperty(const TInmemProperty& other) noexcept
-      : ICIMProperty(), m_table(other.m_table), m_index(other.m_index) {}
+  // A handle, good as long as the table is.
+  TInmemProperty(TSlotTable& table, std::size_t index) noexcept
+      : m_table(&table), m_index(static_cast<std::uint32_t>(index)) {}
+  // A slot that keeps the table.
+  TInmemProperty(const boost::intrusive_ptr<TSlotTable>& table, std::size_t index) noexcept
+      : TInmemProperty(*table, index) {
+    intrusive_ptr_add_ref(m_table);
+    m_keepsTable = true;
+  }
+  TInmemProperty(const TInmemProperty&) = delete;
+  ~TInmemProperty() override {
+    if (m_keepsTable) intrusive_ptr_release(m_table);
+  }
 
   // Returns a slot that belongs to no instance and keeps `decl` alive.
   static boost::shared_ptr<ICIMProperty> Standalone(
@@ -40,7 +51,7 @@ class TInmemProperty final : public ICIMProperty {
   bool operator==(const ICIMProperty& other) const override;
   bool operator<(const ICIMProperty& other) const override;
   ICIMProperty& operator=(const ICIMProperty&) override { return *this; }
-  TInmemProperty& operator=(const TInmemProperty&) noexcept { return *this; }
+  TInmemProperty& operator=(const TInmemProperty&) = delete;
   const TCIMValue& GetPrevValue(TOptions options) const override;
   void ClearPrevValue(TOptions options) override;
   void SetPrevValue(const TCIMValue& value, TOptions options) override;
@@ -53,7 +64,8 @@ class TInmemProperty final : public ICIMProperty {
   boost::shared_ptr<ICIMPropertyDecl> Decl() const;
 
   TSlotTable* m_table;
-  std::size_t m_index;
+  std::uint32_t m_index;
+  bool m_keepsTable = false;
 };
 
 }  // namespace NORVHAV20

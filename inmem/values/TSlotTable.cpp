@@ -1,8 +1,11 @@
 #include "inmem/values/TSlotTable.h"
 
 #include <cstring>
+#include <map>
 #include <new>
 #include <utility>
+
+#include <boost/make_shared.hpp>
 
 #include "inmem/values/ModelClock.h"
 #include "inmem/values/TInmemProperty.h"
@@ -19,6 +22,11 @@ std::size_t BitsSize(std::size_t slots) {
 }
 
 }  // namespace
+
+struct TSlotTable::TExtras {
+  std::map<std::size_t, TCIMValue> previous;
+  std::unique_ptr<boost::shared_ptr<TInmemProperty>[]> slots;  // of each property, or empty
+};
 
 static_assert(alignof(TSlotTable) >= alignof(TCIMValue) &&
                   sizeof(TSlotTable) % alignof(TCIMValue) == 0,
@@ -64,25 +72,33 @@ void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
   AssignedBits(index) |= 1U << (index % kBits);
 }
 
+TSlotTable::TExtras& TSlotTable::Extras() {
+  if (!m_extras) m_extras = std::make_unique<TExtras>();
+  return *m_extras;
+}
+
 const TCIMValue* TSlotTable::Previous(std::size_t index) const noexcept {
-  if (!m_previous) return nullptr;
-  const auto found = m_previous->find(index);
-  return found == m_previous->end() ? nullptr : &found->second;
+  if (!m_extras) return nullptr;
+  const auto found = m_extras->previous.find(index);
+  return found == m_extras->previous.end() ? nullptr : &found->second;
 }
 
 void TSlotTable::SetPrevious(std::size_t index, const TCIMValue& value) {
-  if (!m_previous) m_previous = std::make_unique<std::map<std::size_t, TCIMValue>>();
-  m_previous->insert_or_assign(index, value);
+  Extras().previous.insert_or_assign(index, value);
 }
 
-TSlots::TSlots(boost::intrusive_ptr<TSlotTable> table) : m_table(std::move(table)) {
-  const std::size_t slots = m_table->Layout().Size();
-  m_slots.reserve(slots);
-  for (std::size_t i = 0; i < slots; ++i) m_slots.emplace_back(*m_table, i);
+boost::shared_ptr<TInmemProperty> TSlotTable::Slot(std::size_t index) {
+  TExtras& extras = Extras();
+  if (!extras.slots)
+    extras.slots = std::make_unique<boost::shared_ptr<TInmemProperty>[]>(m_layout->Size());
+  auto& slot = extras.slots[index];
+  if (!slot)
+    slot = boost::make_shared<TInmemProperty>(boost::intrusive_ptr<TSlotTable>(this), index);
+  return slot;
 }
 
-TSlots::~TSlots() = default;
-
-TInmemProperty& TSlots::operator[](std::size_t index) noexcept { return m_slots[index]; }
+void TSlotTable::ReleaseSlots() noexcept {
+  if (m_extras) const auto released = std::move(m_extras->slots);
+}
 
 }  // namespace NORVHAV20

@@ -1,19 +1,20 @@
 // TSlotTable: the property values of one instance, without the rules for them (those are
 // TInmemProperty's), in one block of memory: 16 bytes a property, assigned or not.
 //
-// TSlots: the slot objects that callers see, made when one first asks. They share the values
-// with the instance, and outlive it where the caller holds on to one.
+// The slot objects that callers see are made when one first asks, each with an ownership of
+// its own. They share the table with the instance, and outlive it where the caller holds on
+// to one.
 //
-// Ownership: owns the values; shares the layout.
+// Ownership: owns the values; shares the layout. The slots made share the table, and the
+//            table them until the instance lets them go.
 // Threads:   one thread at a time per namespace.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
-#include <vector>
 
+#include <boost/shared_ptr.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 
@@ -43,7 +44,15 @@ class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
   const TCIMValue* Previous(std::size_t index) const noexcept;
   void SetPrevious(std::size_t index, const TCIMValue& value);
 
+  // Returns the slot object of a property, the same one every time. Complexity: O(1).
+  boost::shared_ptr<TInmemProperty> Slot(std::size_t index);
+  // Drops the slots made: those that nobody else holds are gone.
+  void ReleaseSlots() noexcept;
+
  private:
+  // What few instances need: made when first used.
+  struct TExtras;
+
   explicit TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout) noexcept;
   static void* operator new(std::size_t size, std::size_t slots);
   static void operator delete(void* block, std::size_t) noexcept { ::operator delete(block); }
@@ -52,22 +61,11 @@ class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
   // is assigned.
   TCIMValue* Values() const noexcept;
   std::uint32_t& AssignedBits(std::size_t index) noexcept;
+  TExtras& Extras();
 
   std::uint32_t m_assigned = 0;  // in the padding behind the count of references
   boost::intrusive_ptr<const TSlotLayout> m_layout;
-  std::unique_ptr<std::map<std::size_t, TCIMValue>> m_previous;
-};
-
-class TSlots {
- public:
-  explicit TSlots(boost::intrusive_ptr<TSlotTable> table);
-  ~TSlots();
-
-  TInmemProperty& operator[](std::size_t index) noexcept;
-
- private:
-  boost::intrusive_ptr<TSlotTable> m_table;
-  std::vector<TInmemProperty> m_slots;
+  std::unique_ptr<TExtras> m_extras;
 };
 
 }  // namespace NORVHAV20

@@ -200,6 +200,23 @@ TEST(InstanceLifetime, ASlotOutlivesItsInstance) {
   EXPECT_EQ(slot->GetDisplayValue({}), "b");
 }
 
+TEST(InstanceLifetime, ASlotIsThereAsLongAsItsInstanceAndNoLonger) {
+  Repository repository;
+  auto cls = repository.Class("Thing");
+  repository.Property(cls, "Size", TCIMValue(std::uint32_t{0}));
+  auto instance = Thing(repository, cls, "a");
+  const boost::weak_ptr<ICIMProperty> watched = instance->GetProperty("Name", {});
+  auto held = instance->GetProperty("Size", {});
+  EXPECT_EQ(watched.lock(), instance->GetProperty("Name", {}));
+  instance->Delete({});
+  instance.reset();
+  EXPECT_TRUE(watched.expired());
+  const boost::weak_ptr<ICIMProperty> last = held;
+  EXPECT_EQ(held->GetValue({}), TCIMValue(std::uint32_t{0}));
+  held.reset();
+  EXPECT_TRUE(last.expired());
+}
+
 TEST(InstanceLifetime, ASlotHoldsNeitherItsInstanceNorItsNamespace) {
   PropertyPtr slot;
   boost::weak_ptr<ICIMInstance> instance;

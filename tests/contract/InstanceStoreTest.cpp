@@ -1,4 +1,7 @@
 // The instance store of a class: what stands under which path, and for how long.
+#include <boost/make_shared.hpp>
+
+#include "support/ForeignInstance.h"
 #include "support/Instances.h"
 
 namespace havtest {
@@ -225,6 +228,57 @@ TEST(InstanceStore, AnInstanceClearedAwayCanBeAddedAgain) {
   store.repository.ns->ClearInstances();
   a->AddToNamespace({});
   EXPECT_EQ(store.Find("a"), a);
+}
+
+TEST(InstanceStore, AnInstanceWhoseEndStoresAnotherUnderItsPathLeavesOneEntry) {
+  Store store;
+  InstancePtr late = store.New("a");
+  const auto end = [&] {
+    if (late) store.cls->AddInstance(std::exchange(late, {}), {});
+  };
+  store.cls->AddInstance(boost::make_shared<ForeignInstance>(store.New("a"), end), {});
+  store.Add("a");
+  EXPECT_FALSE(late);
+  EXPECT_EQ(Stored(store.cls), (Names{"Thing.Name=\"a\""}));
+  store.Find("a")->Delete({});
+  EXPECT_EQ(Stored(store.cls), Names{});
+}
+
+TEST(InstanceStore, WhatTheEndOfARemovedInstanceStoresStays) {
+  Store store;
+  const InstancePtr late = store.New("a");
+  auto foreign = boost::make_shared<ForeignInstance>(store.New("a"),
+                                                     [&] { store.cls->AddInstance(late, {}); });
+  store.cls->AddInstance(foreign, {});
+  foreign.reset();
+  store.New("a")->Delete({});
+  EXPECT_EQ(store.Find("a"), late);
+  EXPECT_EQ(Stored(store.cls), (Names{"Thing.Name=\"a\""}));
+}
+
+TEST(InstanceStore, AnInstanceWhoseClassGotAnotherKeySinceCanBeDeleted) {
+  Store store;
+  auto a = store.Add("a");
+  store.Add("b");
+  const auto path = a->GetReference({});
+  store.repository.Key(store.cls, "Second");
+  RecordingLogger log;
+  EXPECT_STATUS(15, a->GetReference({}));
+  EXPECT_EQ(store.repository.ns->GetInstance(path, {}), a);
+  EXPECT_STATUS(0, a->Delete({}));
+  EXPECT_EQ(log.Take(), LogLines{});
+  EXPECT_FALSE(store.repository.ns->GetInstance(path, {}));
+  EXPECT_STATUS(15, a->GetReference({}));
+  int left = 0;
+  store.cls->EnumerateInstances([&](InstancePtr) { return ++left != 0; }, false, {});
+  EXPECT_EQ(left, 1);
+}
+
+TEST(InstanceStore, DeletingAnInstanceWithoutAPathThatIsNotStoredThrows15) {
+  Store store;
+  auto a = store.New("a");
+  store.repository.Key(store.cls, "Second");
+  EXPECT_STATUS(15, a->Delete({}));
 }
 
 TEST(InstanceStore, OneKeylessInstanceStandsUnderTheClassName) {

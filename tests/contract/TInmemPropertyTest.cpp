@@ -1,5 +1,7 @@
 // Property slots: default and assigned values, typed assignment, comparison, and slots that
 // outlive their declaration.
+#include <set>
+
 #include "support/Instances.h"
 
 namespace havtest {
@@ -45,6 +47,17 @@ TEST(TInmemProperty, AnswersTypeAndArraynessOfItsDeclaration) {
 TEST(TInmemProperty, AnswersItsDeclaration) {
   Slots slots(Number(1));
   EXPECT_EQ(slots.slot->GetDecl({}), slots.decl);
+}
+
+TEST(TInmemProperty, HasAnOwnershipOfItsOwn) {
+  Repository repository;
+  auto cls = repository.Class("Thing");
+  for (const char* name : {"A", "B", "C"}) repository.Property(cls, name, Number(1));
+  auto instance = cls->AllocateInstance({});
+  std::set<PropertyPtr> slots;
+  for (int time = 0; time < 2; ++time)
+    for (const char* name : {"Name", "A", "B", "C"}) slots.insert(instance->GetProperty(name, {}));
+  EXPECT_EQ(slots.size(), 4u);
 }
 
 TEST(TInmemProperty, AnswersTheDefaultWhileNothingIsAssigned) {

@@ -32,13 +32,15 @@ struct Model {
     loose->SetPropertyValue("Name", TCIMValue("a name too long to stand in any object"), {});
     keyed = repository.Instance(node, {{"Name", TCIMValue("keyed")}});
     keyed->SetPropertyValue("Name", TCIMValue("another key, under which it is not stored"), {});
+    shared = repository.Instance(node, {{"Name", TCIMValue("shared")}});
+    leaf->AddInstance(shared, {});
     log.Take();
   }
 
   RecordingLogger log;
   Repository repository;
   ClassPtr base, node, link, leaf, fresh, freshLink;
-  InstancePtr first, second, loose, keyed;
+  InstancePtr first, second, loose, keyed, shared;
   MethodDeclPtr method;
 };
 
@@ -145,6 +147,14 @@ TEST(AllocationFailure, StoringAnInstance) {
 
 TEST(AllocationFailure, StoringAnInstanceAgainUnderAnotherKey) {
   ExpectAllOrNothing([](Model& model) { model.keyed->AddToNamespace({}); });
+}
+
+TEST(AllocationFailure, StoringAnInstanceOfTwoClassesAgain) {
+  ExpectAllOrNothing([](Model& model) { model.leaf->AddInstance(model.shared, {}); });
+}
+
+TEST(AllocationFailure, AskingForASlot) {
+  ExpectAllOrNothing([](Model& model) { model.first->GetProperty("Size", {}); });
 }
 
 TEST(AllocationFailure, RemovingAnInstance) {
