@@ -1,8 +1,21 @@
 #include "havhost/CommandLine.h"
 
 #include <utility>
+#include <vector>
 
 namespace havhost {
+
+namespace {
+
+void AddFormats(CLI::App& command, TSettings& settings, const std::string& description,
+                const std::vector<std::string>& formats) {
+  command.add_option("--format", settings.format, description)
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember(formats).description(""));
+  AddOutputOption(command, settings);
+}
+
+}  // namespace
 
 CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
                      TCommandAction action) {
@@ -47,10 +60,21 @@ void AddSourceOptions(CLI::App& command, TSettings& settings) {
 }
 
 void AddFormatOption(CLI::App& command, TSettings& settings) {
+  AddFormats(command, settings, "text for people (the default), json for programs",
+             {"text", "json"});
+}
+
+void AddPageFormatOption(CLI::App& command, TSettings& settings) {
+  AddFormats(command, settings,
+             "text for people (the default), json for programs, html for a browser",
+             {"text", "json", "html"});
+}
+
+void AddOutputOption(CLI::App& command, TSettings& settings) {
   command
-      .add_option("--format", settings.format, "text for people (the default), json for programs")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "json"}).description(""));
+      .add_option("-o,--output", settings.outputFile,
+                  "File to write to, replaced when all went well (else standard output)")
+      ->type_name("FILE");
 }
 
 void AddRawOption(CLI::App& command, TSettings& settings) {

@@ -39,7 +39,9 @@ CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& 
 // Groups of options that several commands share.
 void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug-in, include, log
 void AddSourceOptions(CLI::App& command, TSettings& settings);     // those, and MOF or live
-void AddFormatOption(CLI::App& command, TSettings& settings);
+void AddFormatOption(CLI::App& command, TSettings& settings);      // text, json; output file
+void AddPageFormatOption(CLI::App& command, TSettings& settings);  // those, and html
+void AddOutputOption(CLI::App& command, TSettings& settings);
 void AddRawOption(CLI::App& command, TSettings& settings);
 
 // Each of these declares one command.

@@ -1,7 +1,11 @@
 #include "havhost/Program.h"
 
+#include <cerrno>
+#include <fstream>
 #include <memory>
 #include <new>
+#include <sstream>
+#include <system_error>
 
 #include "havcore/THAVException.h"
 #include "havcore/client/Utf8.h"
@@ -80,9 +84,25 @@ void Finish(std::ostream& out) {
   if (!out) throw THostError("cannot write the output");
 }
 
+void WriteFile(const std::string& name, const std::string& text) {
+  errno = 0;
+  std::ofstream file(hav::client::PathOf(name), std::ios::binary);
+  file << text;
+  file.close();
+  if (!file)
+    throw THostError("cannot write " + name + ": " + std::generic_category().message(errno));
+}
+
 void Execute(TPlugin& plugin, TCommandLine& line, const TConsole& console) {
   const auto target = OpenNamespace(plugin, line.settings, console);
-  line.action(target, line.settings, console.out);
+  if (line.settings.outputFile.empty()) {
+    line.action(target, line.settings, console.out);
+    return;
+  }
+  // The file may be one that was read, and what fails must not cost what it holds.
+  std::ostringstream text;
+  line.action(target, line.settings, text);
+  WriteFile(line.settings.outputFile, text.str());
 }
 
 // The status says what kind of failure it was, and the line logged before it the rest.

@@ -30,10 +30,12 @@ struct TSettings {
 
   // How to show it.
   std::string format = "text";
+  std::string outputFile;  // empty: standard output
   bool raw = false;
   bool verbose = false;
 
   bool IsJson() const { return format == "json"; }
+  bool IsHtml() const { return format == "html"; }
 };
 
 }  // namespace havhost

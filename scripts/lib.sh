@@ -6,7 +6,7 @@ root=$PWD
 
 # Debian's names. Building and running:
 packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev libudev-dev
-              libcli11-dev nlohmann-json3-dev)
+              libcli11-dev nlohmann-json3-dev libjs-d3)
 # The tests with GCC, on top of those; Clang lays out the interfaces for both ABIs:
 packages_test=(libgtest-dev python3 clang)
 # The whole run, on top of both: Clang's sanitizers, packages, and Windows.

@@ -1,6 +1,7 @@
 // havhost inventory: every instance, hung up by the associations.
 #include "havhost/CommandLine.h"
 #include "havhost/Lookup.h"
+#include "havhost/report/HtmlReport.h"
 #include "havhost/report/InstanceText.h"
 #include "havhost/report/Json.h"
 #include "havhost/report/TInventoryTree.h"
@@ -58,6 +59,10 @@ void ShowInventory(const boost::shared_ptr<ICIMNamespace>& target, const TSettin
                    std::ostream& out) {
   const auto top = settings.className.empty() ? boost::shared_ptr<ICIMClass>()
                                               : FindClass(*target, settings.className);
+  if (settings.IsHtml()) {
+    out << HtmlReport(*target, settings.namespaceName, top);
+    return;
+  }
   const TInventoryTree tree(*target, top);
   if (settings.IsJson()) {
     TJson associations = TJson::array();
@@ -83,7 +88,7 @@ void AddInventoryCommand(CLI::App& program, TCommandLine& line) {
       .add_option("--class", line.settings.className,
                   "Show only instances of this class or its subclasses, and what hangs on them")
       ->type_name("NAME");
-  AddFormatOption(command, line.settings);
+  AddPageFormatOption(command, line.settings);
   AddRawOption(command, line.settings);
   AddSourceOptions(command, line.settings);
 }

@@ -31,6 +31,7 @@ void AddMofCommand(CLI::App& program, TCommandLine& line) {
                              WriteMof);
   command.add_option("CLASS", line.settings.className,
                      "Name of the class; everything when not given");
+  AddOutputOption(command, line.settings);
   AddSourceOptions(command, line.settings);
 }
 

@@ -57,6 +57,7 @@ Options:
   --role NAME          Only by associations that refer to the starting point by this name
   --result-role NAME   Only what the association refers to by this name
   --format FORMAT      text for people (the default), json for programs
+  -o,--output FILE     File to write to, replaced when all went well (else standard output)
   --raw                Show raw values in brackets beside the display text
   --mof FILE...        Show what these MOF files hold
   --schema DIR         Folder of the inventory's schema (else the installed one)
