@@ -65,7 +65,7 @@ build() {
       cmake --build "build/$preset" ${1:+--target "$@"}
   } >"$log" 2>&1 </dev/null || {
     # Ninja goes on with what was under way, so the first error is seldom the last line.
-    grep -nE 'error|FAILED:|undefined reference' "$log" | head -n 40 >&2
+    grep -nE '[Ee]rror|FAILED:|undefined reference' "$log" | head -n 40 >&2 || true
     say "-- the end of $log:" >&2
     tail -n 40 "$log" >&2
     return 1

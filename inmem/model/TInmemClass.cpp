@@ -13,6 +13,7 @@
 #include "inmem/model/TInmemQualifier.h"
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
+#include "inmem/values/HostServices.h"
 #include "inmem/values/ModelClock.h"
 
 namespace NORVHAV20 {
@@ -225,8 +226,7 @@ void TInmemClass::EnumeratePropertyDecls(const TEnumCallback<ICIMPropertyDecl>& 
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocateReferenceDecl(
     const std::string& name, boost::shared_ptr<ICIMClass> referenced, TOptions) {
-  return boost::make_shared<TInmemPropertyDecl>(Self(), name,
-                                                TCIMValue::NullReference(Require(referenced)));
+  return boost::make_shared<TInmemPropertyDecl>(Self(), name, NullReferenceTo(Require(referenced)));
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemClass::GetReferenceDecl(const std::string& name,

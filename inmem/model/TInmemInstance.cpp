@@ -13,6 +13,7 @@
 #include "inmem/model/TInmemClass.h"
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
+#include "inmem/values/HostServices.h"
 #include "inmem/values/TInmemProperty.h"
 
 namespace NORVHAV20 {
@@ -86,7 +87,7 @@ void TInmemInstance::ValidateReferences() const {
   for (std::size_t i = 0; i < m_values->Layout().Size(); ++i) {
     const TCIMValue value = SlotHandle(i).GetValue(TOptions());
     if (!value.IsReference()) continue;
-    const auto& reference = static_cast<const TCIMReference&>(value);
+    const TCIMReference& reference = Held<TCIMReference>(value);
     try {
       reference.GetCIMElement(false);
     } catch (const THAVException& failure) {

@@ -12,6 +12,7 @@
 #include "inmem/model/TInmemInstance.h"
 #include "inmem/model/TInmemPropertyDecl.h"
 #include "inmem/values/Failure.h"
+#include "inmem/values/HostServices.h"
 #include "inmem/values/ModelClock.h"
 
 namespace NORVHAV20 {
@@ -26,7 +27,8 @@ std::size_t HashOf(const TInmemInstance* target) noexcept {
 // A class or namespace of another make may resolve the same path to something else the next
 // time, without a clock having moved.
 bool IsResolvedByOurs(const TCIMValue& reference) {
-  const auto home = static_cast<const TCIMReference&>(reference).GetNamespace();
+  if (!kTellsNamespace<TCIMReference>) return false;
+  const auto home = NamespaceOf<TCIMReference>(Held<TCIMReference>(reference));
   if (home && !dynamic_cast<const INamespaceRegistry*>(home.get())) return false;
   const auto cls = reference.GetReferencedClass();
   return !cls || dynamic_cast<const TInmemClass*>(cls.get());
@@ -35,7 +37,7 @@ bool IsResolvedByOurs(const TCIMValue& reference) {
 }  // namespace
 
 boost::shared_ptr<ICIMElement> Resolve(const TCIMValue& reference) {
-  return static_cast<const TCIMReference&>(reference).GetCIMElement(false);
+  return Held<TCIMReference>(reference).GetCIMElement(false);
 }
 
 TLinkIndex::TLinkIndex(const boost::shared_ptr<const TInstanceStore::TInstances>& associations)

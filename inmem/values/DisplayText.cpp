@@ -20,8 +20,8 @@ bool CanHaveValueMap(ECIMType type) {
          type == kCIMUInt64;
 }
 
-const std::vector<TCIMValue>& ElementsOf(const TCIMValue& value) {
-  return static_cast<const std::vector<TCIMValue>&>(value);
+THeld<std::vector<TCIMValue>> ElementsOf(const TCIMValue& value) {
+  return Held<std::vector<TCIMValue>>(value);
 }
 
 }  // namespace

@@ -32,9 +32,9 @@ std::optional<TCIMValue> QualifierValue(ICIMPropertyDecl& decl, const std::strin
   }
 }
 
-std::string_view TextOf(const TCIMValue& value) {
+THeldText<TCIMValue> TextOf(const TCIMValue& value) {
   if (value.IsNull() || value.GetType() != kCIMString) return {};
-  return static_cast<std::string_view>(value);
+  return HeldText(value);
 }
 
 }  // namespace NORVHAV20

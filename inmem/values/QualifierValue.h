@@ -7,9 +7,9 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "havcore/TCIMValue.h"
+#include "inmem/values/HostServices.h"
 
 namespace NORVHAV20 {
 
@@ -20,8 +20,8 @@ TCIMValue RequiredQualifierValue(ICIMPropertyDecl& decl, const std::string& name
 // The same, but returns nothing where that throws 15.
 std::optional<TCIMValue> QualifierValue(ICIMPropertyDecl& decl, const std::string& name);
 
-// Returns the text of a value of type string, which is good as long as `value` is; empty when
-// it is NULL or of another type.
-std::string_view TextOf(const TCIMValue& value);
+// Returns the text of a value of type string, to be kept in a variable of its own type while
+// it is looked at; empty when the value is NULL or of another type.
+THeldText<TCIMValue> TextOf(const TCIMValue& value);
 
 }  // namespace NORVHAV20

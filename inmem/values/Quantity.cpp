@@ -137,7 +137,8 @@ std::optional<std::string> FormatDuration(ICIMPropertyDecl& decl, std::uint64_t 
 std::optional<std::string> FormatQuantity(ICIMPropertyDecl& decl, std::uint64_t number) {
   const auto units = QualifierValue(decl, "UNITS");
   if (!units) return std::nullopt;
-  std::string_view name = TextOf(*units);
+  const auto text = TextOf(*units);
+  std::string_view name = text;
   const std::size_t prefix = SplitPrefix(name);
   if (name == "Seconds") return FormatDuration(decl, number, prefix);
   for (const TUnit& unit : kUnits)

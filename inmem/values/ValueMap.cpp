@@ -19,11 +19,9 @@ using TElements = std::vector<TCIMValue>;
 
 constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
 
-// The elements of an array of strings, null for every other value. They are as good as
-// `value` is.
-const TElements* StringsOf(const TCIMValue& value) {
-  if (value.IsNull() || value.GetType() != ArrayOf(kCIMString)) return nullptr;
-  return &static_cast<const TElements&>(value);
+// Whether a qualifier is there that holds strings.
+bool HoldsStrings(const std::optional<TCIMValue>& value) {
+  return value && !value->IsNull() && value->GetType() == ArrayOf(kCIMString);
 }
 
 // Adds the entries that the patterns stand for, one after the other.
@@ -77,6 +75,7 @@ class TEntryBuilder {
 };
 
 void BuildImplicitMap(const TElements& texts, TValueMap& map) {
+  map.entries.reserve(texts.size());
   for (const TCIMValue& text : texts) {
     const std::uint64_t number = map.entries.size();
     map.entries.push_back({number, number, &text});
@@ -94,20 +93,19 @@ std::uint64_t NumberOf(const TCIMValue& value) {
 
 bool BuildValueMap(ICIMPropertyDecl& decl, TValueMap& map) {
   std::optional<TCIMValue> values = QualifierValue(decl, "Values");
-  if (!values || !StringsOf(*values)) return false;
-  map.texts = std::move(*values);
-  const TElements& texts = *StringsOf(map.texts);
+  if (!HoldsStrings(values)) return false;
+  const TElements& texts = *map.texts.emplace(*std::move(values));
 
   const std::optional<TCIMValue> valueMap = QualifierValue(decl, "ValueMap");
-  const TElements* const patterns = valueMap ? StringsOf(*valueMap) : nullptr;
-  if (patterns && patterns->size() != texts.size()) return false;
-  map.entries.reserve(texts.size());
-  if (!patterns) {
+  if (!HoldsStrings(valueMap)) {
     BuildImplicitMap(texts, map);
     return true;
   }
+  const TElements& patterns = Held<TElements>(*valueMap);
+  if (patterns.size() != texts.size()) return false;
+  map.entries.reserve(texts.size());
   TEntryBuilder builder(map);
-  for (std::size_t i = 0; i < texts.size(); ++i) builder.Add(TextOf((*patterns)[i]), texts[i]);
+  for (std::size_t i = 0; i < texts.size(); ++i) builder.Add(TextOf(patterns[i]), texts[i]);
   return true;
 }
 
@@ -115,8 +113,11 @@ std::string LookupValueMap(const TCIMValue& value, const TValueMap& map) {
   const std::uint64_t number = NumberOf(value);
   for (const TValueMap::TEntry& entry : map.entries)
     if (entry.low <= number && number <= entry.high) return std::string(TextOf(*entry.text));
-  const std::string_view otherwise = map.defaultText ? TextOf(*map.defaultText) : "";
-  return otherwise.empty() ? value.ToString(10) : std::string(otherwise);
+  if (map.defaultText) {
+    std::string text(TextOf(*map.defaultText));
+    if (!text.empty()) return text;
+  }
+  return value.ToString(10);
 }
 
 }  // namespace NORVHAV20

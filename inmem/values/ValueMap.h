@@ -16,10 +16,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "havcore/TCIMValue.h"
+#include "inmem/values/HostServices.h"
 
 namespace NORVHAV20 {
 
@@ -33,7 +35,7 @@ struct TValueMap {
     const TCIMValue* text;  // an element of `texts`
   };
 
-  TCIMValue texts;
+  std::optional<THeldElements> texts;
   std::vector<TEntry> entries;
   const TCIMValue* defaultText = nullptr;  // an element of `texts`, null when there is none
 };
