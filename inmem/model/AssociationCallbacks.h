@@ -1,10 +1,11 @@
 // AssociationCallbacks: the links of the chain that association traversal is. Each is handed
 // to an enumeration of the class model and passes what survives on to the next.
 //
-// Ownership: each shares the instance whose associations are asked for; callbacks and
-//            strings belong to the traversal under way, which outlives its links.
+// Ownership: each shares the instance whose associations are asked for; callbacks,
+//            strings and the watch belong to the traversal under way, which outlives its links.
 #pragma once
 
+#include <new>
 #include <string>
 
 #include <boost/shared_ptr.hpp>
@@ -13,22 +14,49 @@
 
 namespace NORVHAV20 {
 
+// Carries it past the enumerations of classes, which drop what their callback throws, that
+// there was no memory: a traversal must not end in part of its answer.
+class TMemoryWatch {
+ public:
+  // Calls `examine`, unless there was no memory before. Returns what it answers.
+  template <class F>
+  bool Over(F&& examine) {
+    if (m_out) return true;
+    try {
+      return examine();
+    } catch (const std::bad_alloc&) {
+      m_out = true;
+      return true;
+    }
+  }
+  void ThrowWhenOut() const {
+    if (m_out) throw std::bad_alloc();
+  }
+
+ private:
+  bool m_out = false;
+};
+
 struct TReferencesCallback {
   boost::shared_ptr<TInmemInstance> instance;
   const TInmemInstance::TCallback* callback;
   const std::string* role;
+  TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMClass> candidate) const {
-    return instance->ExamineCandidateClass(*callback, *role, candidate);
+    return memory->Over(
+        [&] { return instance->ExamineCandidateClass(*callback, *role, *memory, candidate); });
   }
 };
 
 struct TExamineInstanceCallback {
   boost::shared_ptr<TInmemInstance> instance;
   const TInmemInstance::TCallback* callback;
+  TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return instance->ExamineCandidateClassInstance(*callback, association);
+    return memory->Over(
+        [&] { return instance->ExamineCandidateClassInstance(*callback, association); });
   }
 };
 
@@ -36,9 +64,12 @@ struct TExamineInstanceWithRoleCallback {
   boost::shared_ptr<TInmemInstance> instance;
   const TInmemInstance::TCallback* callback;
   const std::string* role;
+  TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return instance->ExamineCandidateClassInstanceWithRole(*callback, *role, association);
+    return memory->Over([&] {
+      return instance->ExamineCandidateClassInstanceWithRole(*callback, *role, association);
+    });
   }
 };
 
@@ -47,10 +78,13 @@ struct TAssociatorsExamineCallback {
   const TInmemInstance::TCallback* callback;
   const std::string* role;
   boost::shared_ptr<ICIMClass> resultClass;
+  TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return instance->ExamineCandidate(*callback, resultClass, *role,
-                                      boost::dynamic_pointer_cast<TInmemInstance>(association));
+    return memory->Over([&] {
+      return instance->ExamineCandidate(*callback, resultClass, *role,
+                                        boost::dynamic_pointer_cast<TInmemInstance>(association));
+    });
   }
 };
 
@@ -59,11 +93,14 @@ struct TAssociatorsExamineWithResultRoleCallback {
   const TInmemInstance::TCallback* callback;
   const std::string* resultRole;
   boost::shared_ptr<ICIMClass> resultClass;
+  TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return instance->ExamineCandidateWithResultRole(
-        *callback, resultClass, *resultRole,
-        boost::dynamic_pointer_cast<TInmemInstance>(association));
+    return memory->Over([&] {
+      return instance->ExamineCandidateWithResultRole(
+          *callback, resultClass, *resultRole,
+          boost::dynamic_pointer_cast<TInmemInstance>(association));
+    });
   }
 };
 

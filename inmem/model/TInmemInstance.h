@@ -27,6 +27,7 @@ namespace NORVHAV20 {
 
 class ICIMPropertyDecl;
 class TLinkIndex;
+class TMemoryWatch;
 
 class HAV_TYPE TInmemInstance final : public ICIMInstance,
                                       public boost::enable_shared_from_this<TInmemInstance> {
@@ -123,7 +124,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
 
   // Each answers whether the enumeration goes on.
   bool ExamineCandidateClass(const TCallback& callback, const std::string& role,
-                             boost::shared_ptr<ICIMClass> candidate);
+                             TMemoryWatch& memory, boost::shared_ptr<ICIMClass> candidate);
   bool ExamineCandidateClassInstance(const TCallback& callback,
                                      boost::shared_ptr<ICIMInstance> association);
   bool ExamineCandidateClassInstanceWithRole(const TCallback& callback, const std::string& role,
@@ -134,9 +135,10 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
                                       boost::shared_ptr<ICIMClass> resultClass,
                                       const std::string& resultRole,
                                       boost::shared_ptr<TInmemInstance> association);
-  bool ExamineLinks(const TCallback& callback, const std::string& role,
+  bool ExamineLinks(const TCallback& callback, const std::string& role, TMemoryWatch& memory,
                     const boost::shared_ptr<const TLinkIndex>& index);
-  TCallback ExamineCallback(const TCallback& callback, const std::string& role);
+  TCallback ExamineCallback(const TCallback& callback, const std::string& role,
+                            TMemoryWatch& memory);
   bool IsReferredToBy(const TCIMValue& value) const;
 
   // The value of a property, as GetProperty and GetValue give it.

@@ -75,6 +75,16 @@ class TResolver {
   std::size_t m_position = 0;
 };
 
+// Hands an instance to the caller's callback and returns what that answers. What it throws
+// concerns nobody else.
+bool Report(const TInmemInstance::TCallback& callback,
+            const boost::shared_ptr<ICIMElement>& element) {
+  bool goesOn = true;
+  if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(element))
+    DropExceptions([&] { goesOn = callback(found); });
+  return goesOn;
+}
+
 bool IsReferenceTo(const TCIMValue& value, const boost::shared_ptr<ICIMClass>& wanted) {
   if (!value.IsReference()) return false;
   const auto referenced = value.GetReferencedClass();
@@ -90,30 +100,36 @@ bool TInmemInstance::IsReferredToBy(const TCIMValue& value) const {
 void TInmemInstance::EnumerateAssociationInstances(const TCallback& callback,
                                                    const std::string& resultClass,
                                                    const std::string& role, TOptions options) {
-  m_class->EnumerateAssociationClasses(TReferencesCallback{Self(), &callback, &role}, resultClass,
-                                       role, options);
+  TMemoryWatch memory;
+  m_class->EnumerateAssociationClasses(TReferencesCallback{Self(), &callback, &role, &memory},
+                                       resultClass, role, options);
+  memory.ThrowWhenOut();
 }
 
 bool TInmemInstance::ExamineCandidateClass(const TCallback& callback, const std::string& role,
+                                           TMemoryWatch& memory,
                                            boost::shared_ptr<ICIMClass> candidate) {
+  if (!candidate) return true;
   if (const auto* own = TInmemClass::Own(*candidate)) {
     if (!own->HasInstances()) return true;
     if (const auto links = own->Links(); links && !IsDerivedName(role))
-      return ExamineLinks(callback, role, links);
+      return ExamineLinks(callback, role, memory, links);
   }
-  candidate->EnumerateInstances(ExamineCallback(callback, role), false, TOptions());
+  candidate->EnumerateInstances(ExamineCallback(callback, role, memory), false, TOptions());
   return true;
 }
 
 TInmemInstance::TCallback TInmemInstance::ExamineCallback(const TCallback& callback,
-                                                          const std::string& role) {
-  if (role.empty()) return TExamineInstanceCallback{Self(), &callback};
-  return TExamineInstanceWithRoleCallback{Self(), &callback, &role};
+                                                          const std::string& role,
+                                                          TMemoryWatch& memory) {
+  if (role.empty()) return TExamineInstanceCallback{Self(), &callback, &memory};
+  return TExamineInstanceWithRoleCallback{Self(), &callback, &role, &memory};
 }
 
 // What examining one association after the other finds, from the index. It finds it for the
 // model as it is: once a callback has changed that, the rest is examined as it comes.
 bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& role,
+                                  TMemoryWatch& memory,
                                   const boost::shared_ptr<const TLinkIndex>& index) {
   const CimName foldedRole(role);
   const auto& associations = index->Associations();
@@ -126,7 +142,7 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
     next = link.position + 1;
     DropExceptions([&] { callback(association); });
     if (index->IsCurrent()) continue;
-    const auto examine = ExamineCallback(callback, role);
+    const auto examine = ExamineCallback(callback, role, memory);
     for (; next < associations.size(); ++next) DropExceptions([&] { examine(associations[next]); });
     break;
   }
@@ -135,9 +151,10 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
 
 bool TInmemInstance::ExamineCandidateClassInstance(const TCallback& callback,
                                                    boost::shared_ptr<ICIMInstance> association) {
+  if (!association) return true;
   ForEachValue(*association, [&](const auto& value) {
     if (!TrueUnlessNotFound([&] { return IsReferredToBy(value()); })) return true;
-    callback(association);
+    DropExceptions([&] { callback(association); });
     return false;
   });
   return true;
@@ -146,10 +163,13 @@ bool TInmemInstance::ExamineCandidateClassInstance(const TCallback& callback,
 bool TInmemInstance::ExamineCandidateClassInstanceWithRole(
     const TCallback& callback, const std::string& role,
     boost::shared_ptr<ICIMInstance> association) {
+  if (!association) return true;
   const bool refers = TrueUnlessNotFound([&] {
-    return IsReferredToBy(association->GetProperty(role, TOptions())->GetValue(TOptions()));
+    const auto slot = Require(association->GetProperty(role, TOptions()));
+    const TCIMValue value = slot->GetValue(TOptions());
+    return IsReferredToBy(value);
   });
-  if (refers) callback(association);
+  if (refers) DropExceptions([&] { callback(association); });
   return true;
 }
 
@@ -158,22 +178,27 @@ void TInmemInstance::EnumerateAssociatedInstances(const TCallback& callback,
                                                   const std::string& resultClass,
                                                   const std::string& role,
                                                   const std::string& resultRole, TOptions options) {
+  const auto self = Self();
   boost::shared_ptr<ICIMClass> result;
   const bool known = TrueUnlessNotFound([&] {
     result = Require(m_class->GetNamespace(TOptions()))->GetClass(resultClass, TOptions());
     return result != nullptr;
   });
   if (!known) return;
+  TMemoryWatch memory;
   TCallback examine;
   if (resultRole.empty())
-    examine = TAssociatorsExamineCallback{Self(), &callback, &role, result};
+    examine = TAssociatorsExamineCallback{self, &callback, &role, result, &memory};
   else
-    examine = TAssociatorsExamineWithResultRoleCallback{Self(), &callback, &resultRole, result};
+    examine =
+        TAssociatorsExamineWithResultRoleCallback{self, &callback, &resultRole, result, &memory};
   EnumerateAssociationInstances(examine, associationClass, std::string(), options);
+  memory.ThrowWhenOut();
 }
 
 // Walks the references of an association in the order of their names: one of them is this
-// instance itself, and the first other one that passes is the result.
+// instance itself, and the first other one whose class passes is the result, or ends the search
+// when no instance is there.
 bool TInmemInstance::ExamineCandidate(const TCallback& callback,
                                       boost::shared_ptr<ICIMClass> resultClass,
                                       const std::string& role,
@@ -191,9 +216,7 @@ bool TInmemInstance::ExamineCandidate(const TCallback& callback,
     const TCIMValue value = association->SlotHandle(slot).GetValue(TOptions());
     if (!value.IsReference()) continue;
     if (!selfSeen && (selfSeen = isSelf(slot, value))) continue;
-    if (!IsReferenceTo(value, resultClass)) continue;
-    if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(resolve(slot, value)))
-      return callback(found);
+    if (IsReferenceTo(value, resultClass)) return Report(callback, resolve(slot, value));
   }
   return true;
 }
@@ -206,8 +229,7 @@ bool TInmemInstance::ExamineCandidateWithResultRole(const TCallback& callback,
   const TCIMValue value = association->ValueOf(resultRole);
   if (!IsReferenceTo(value, resultClass)) return true;
   const std::size_t slot = association->m_values->Layout().Find(CimName(resultRole));
-  const auto element = TResolver(*association)(slot, value);
-  if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(element)) callback(found);
+  Report(callback, TResolver(*association)(slot, value));
   return true;
 }
 

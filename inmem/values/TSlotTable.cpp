@@ -67,7 +67,8 @@ const TCIMValue* TSlotTable::Assigned(std::size_t index) const noexcept {
 }
 
 void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
-  if (value.IsReference() || Values()[index].IsReference()) ModelClock::LinksChanged();
+  // NULL as well: it ends the reference that the default may be.
+  if (value.GetType() == kCIMReference || Values()[index].IsReference()) ModelClock::LinksChanged();
   Values()[index] = value;
   AssignedBits(index) |= 1U << (index % kBits);
 }

@@ -270,6 +270,17 @@ TEST(Associators, AnOtherEndThatDoesNotResolveEndsTheExaminationOfThatAssociatio
   EXPECT_EQ(log.Take(), LogLines{});
 }
 
+TEST(Associators, ACandidateThatIsAClassEndsTheExaminationOfItsAssociation) {
+  TripleModel model;
+  auto e = Thing(model.repository, model.disk, "e");
+  Join(model.repository, model.triple, "2", {{"Group", model.s}, {"Part", e}, {"Via", model.p}});
+  model.joined->SetPropertyValue("Part", TCIMValue(ReferenceTo(model.disk, {})), {});
+  for (int time = 0; time < 3; ++time)
+    EXPECT_EQ(Associators(model.s), (Names{"Disk.Name=\"e\""})) << time;
+  EXPECT_EQ(Associators(model.s, ByResultClass("Port")),
+            (Names{"Port.Name=\"p\"", "Port.Name=\"p\""}));
+}
+
 TEST(Associators, AReferenceThatFailsWithAnotherStatusEndsTheExaminationOfThatAssociationOnly) {
   LinkedModel model;
   auto host = boost::make_shared<UnreliableNamespace>(model.repository.ns);

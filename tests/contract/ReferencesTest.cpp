@@ -302,5 +302,16 @@ TEST(References, AreNoneOnceTheInstancesAreCleared) {
   EXPECT_EQ(References(model.s), Names{});
 }
 
+TEST(References, EndWhenNullIsAssignedOverADefaultThatRefers) {
+  LinkedModel model;
+  auto reserve = LinkClass(model.repository, "Reserve", {{"Group", model.system}});
+  reserve->GetPropertyDecl("Group", {})->SetDefaultValue(model.s->GetReference({}), {});
+  auto link = model.repository.Instance(reserve, {{"Id", TCIMValue("1")}});
+  for (int time = 0; time < 3; ++time) ASSERT_EQ(References(model.s), (Names{"Reserve.Id=\"1\""}));
+  link->SetPropertyValue("Group", TCIMValue::NullReference(model.system), {});
+  EXPECT_EQ(References(model.s), Names{});
+  EXPECT_EQ(Associators(model.s), Names{});
+}
+
 }  // namespace
 }  // namespace havtest

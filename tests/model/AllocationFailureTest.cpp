@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
+#include <memory>
 
 #include "support/CompareNamespaces.h"
 #include "support/Repository.h"
@@ -44,6 +46,7 @@ struct Model {
   MethodDeclPtr method;
 };
 
+using Names = std::vector<std::string>;
 using Change = std::function<void(Model&)>;
 
 // What the model shows of itself beyond what namespaces are compared by.
@@ -163,6 +166,78 @@ TEST(AllocationFailure, RemovingAnInstance) {
 
 TEST(AllocationFailure, RepeatingTheInheritanceOfARegisteredClass) {
   ExpectAllOrNothing([](Model& model) { model.repository.ns->AllocateClass("Node", {}, {}); });
+}
+
+// A question whose allocations fail in turn: it throws, or its answer is whole.
+void ExpectWholeOrNoAnswer(const std::function<Names(Model&)>& ask) {
+  // The first question walks, the third has an index.
+  for (int before = 0; before < 3; ++before) {
+    bool failed = true;
+    for (std::size_t allowed = 0; failed && allowed < 5000; ++allowed) {
+      Model model(false);
+      Names whole;
+      for (int time = 0; time < before; ++time) whole = ask(model);
+      if (before == 0) whole = ask(*std::make_unique<Model>(false));
+      Names answer;
+      bool threw = false;
+      {
+        FailingAllocation failure(allowed);
+        try {
+          answer = ask(model);
+        } catch (const std::bad_alloc&) {
+          threw = true;
+        }
+        failed = failure.HasFailed();
+      }
+      ASSERT_TRUE(threw || answer == whole) << "allocation " << allowed << ", " << before;
+      ASSERT_EQ(ask(model), whole);
+    }
+    EXPECT_FALSE(failed) << "it never came to an end";
+  }
+}
+
+// What the callback gets; it never allocates.
+template <class Enumerate>
+Names Found(Enumerate&& enumerate) {
+  std::array<const ICIMInstance*, 4> found{};
+  std::size_t count = 0;
+  enumerate(TEnumCallback<ICIMInstance>(
+      [&](const InstancePtr& instance) { return found.at(count++) = instance.get(), true; }));
+  Names names;
+  for (std::size_t i = 0; i < count; ++i) names.push_back("found");
+  return names;
+}
+
+TEST(AllocationFailure, AskingForReferences) {
+  ExpectWholeOrNoAnswer([](Model& model) {
+    return Found([&](const auto& callback) {
+      model.first->EnumerateAssociationInstances(callback, "", "", {});
+    });
+  });
+}
+
+TEST(AllocationFailure, AskingForReferencesInARole) {
+  ExpectWholeOrNoAnswer([](Model& model) {
+    return Found([&](const auto& callback) {
+      model.first->EnumerateAssociationInstances(callback, "Link", "From", {});
+    });
+  });
+}
+
+TEST(AllocationFailure, AskingForAssociators) {
+  ExpectWholeOrNoAnswer([](Model& model) {
+    return Found([&](const auto& callback) {
+      model.first->EnumerateAssociatedInstances(callback, "", "Node", "", "", {});
+    });
+  });
+}
+
+TEST(AllocationFailure, AskingForAssociatorsInAResultRole) {
+  ExpectWholeOrNoAnswer([](Model& model) {
+    return Found([&](const auto& callback) {
+      model.first->EnumerateAssociatedInstances(callback, "Link", "Node", "", "To", {});
+    });
+  });
 }
 
 }  // namespace
