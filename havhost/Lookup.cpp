@@ -3,7 +3,9 @@
 #include "havcore/TCIMReference.h"
 #include "havcore/THAVException.h"
 #include "havcore/client/FoldedName.h"
+#include "havhost/PathHint.h"
 #include "havhost/THostError.h"
+#include "havhost/report/Text.h"
 
 namespace havhost {
 
@@ -15,16 +17,28 @@ namespace {
 
 TCIMReference ParsePath(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings) {
   try {
-    auto path = TCIMReference::Parse(settings.path, target);
+    auto path = TCIMReference::Parse(PathOfPrintable(settings.path), target);
     const auto& name = path.GetNameSpaceName();
     if (!name.empty() && !SameName(name, settings.namespaceName))
       throw THostError("the path names the namespace " + name + ", and this is " +
                        settings.namespaceName);
     return path;
   } catch (const THAVException&) {
-    throw THostError("no object path: '" + settings.path +
-                     "' (a path looks like Class.Key=\"text\",OtherKey=1)");
+    const auto quoted = WithQuotes(*target, settings.path);
+    throw THostError(
+        "no object path: '" + settings.path + "' (" +
+        (quoted.empty() ? "a path looks like Class.Key=\"text\",OtherKey=1" : QuotesHint(quoted)) +
+        ")");
   }
+}
+
+// A text of digits without its quotes is a path, of a number.
+std::string HintOfMissing(const boost::shared_ptr<ICIMNamespace>& target, const std::string& path) {
+  const auto quoted = WithQuotes(*target, path);
+  const bool isThere =
+      !quoted.empty() &&
+      target->GetInstance(TCIMReference::Parse(PathOfPrintable(quoted), target), {});
+  return isThere ? " (" + QuotesHint(quoted) + ")" : "";
 }
 
 }  // namespace
@@ -54,7 +68,8 @@ boost::shared_ptr<ICIMInstance> FindInstance(const boost::shared_ptr<ICIMNamespa
   if (!instance)
     throw THostError(IsClassName(settings.path)
                          ? "'" + settings.path + "' names a class, and no instance"
-                         : "no such instance: '" + settings.path + "'");
+                         : "no such instance: '" + settings.path + "'" +
+                               HintOfMissing(target, settings.path));
   return instance;
 }
 

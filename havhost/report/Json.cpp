@@ -31,6 +31,7 @@ TJson ScalarToJson(const TCIMValue& value) {
     case kCIMSInt64: return static_cast<std::int64_t>(value);
     case kCIMReal32: return RealToJson(value, static_cast<double>(static_cast<float>(value)));
     case kCIMReal64: return RealToJson(value, static_cast<double>(value));
+    case kCIMReference: return WithoutStrayBytes(value.ToString(10));
     default: return value.ToString(10);
   }
 }
@@ -92,7 +93,9 @@ TJson ToJson(const TInstanceReport& instance) {
         {"value", ToJson(property.value)},
         {"display", isList ? TJson(property.display) : TJson(Join(property.display))}};
   }
-  return {{"path", instance.path}, {"class", instance.className}, {"properties", properties}};
+  return {{"path", WithoutStrayBytes(instance.path)},
+          {"class", instance.className},
+          {"properties", properties}};
 }
 
 TJson ToJson(const TClassReport& cls) {

@@ -6,6 +6,7 @@
 #include "havhost/report/ClassReport.h"
 #include "havhost/report/InstanceText.h"
 #include "havhost/report/Json.h"
+#include "havhost/report/TPathOrder.h"
 #include "havhost/report/Text.h"
 
 namespace havhost {
@@ -35,8 +36,9 @@ TRow ToRow(const TListedClass& listed) {
 
 }  // namespace
 
-void PrintListing(std::ostream& out, const std::vector<boost::shared_ptr<ICIMInstance>>& instances,
+void PrintListing(std::ostream& out, std::vector<boost::shared_ptr<ICIMInstance>> instances,
                   const TSettings& settings) {
+  SortByPath(instances);
   TJson list = TJson::array();
   for (const auto& instance : instances) {
     const auto report = ReportOf(*instance);

@@ -15,8 +15,9 @@
 
 namespace havhost {
 
+// In the order of their paths.
 void PrintListing(std::ostream& out,
-                  const std::vector<boost::shared_ptr<NORVHAV20::ICIMInstance>>& instances,
+                  std::vector<boost::shared_ptr<NORVHAV20::ICIMInstance>> instances,
                   const TSettings& settings);
 
 struct TListedClass {

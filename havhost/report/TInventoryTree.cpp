@@ -8,7 +8,7 @@
 #include "havcore/TCIMReference.h"
 #include "havcore/client/Enumerate.h"
 #include "havcore/client/FoldedName.h"
-#include "havhost/report/Text.h"
+#include "havhost/report/TPathOrder.h"
 
 namespace havhost {
 
@@ -71,13 +71,15 @@ class TGraph {
   void Mark(const TPropertyReport& end);
   std::size_t Find(const TPropertyReport& end) const;
 
-  std::vector<TVertex> m_vertices;  // in the natural order of their paths
+  std::vector<TVertex> m_vertices;  // in the order of their paths
   std::unordered_map<std::string, std::size_t> m_byPath;
   std::vector<TInstanceReport> m_associations;
 };
 
 TGraph::TGraph(ICIMNamespace& inventory) {
-  for (const auto& instance : InstancesOf(*inventory.GetClass("<root>", {}), true)) {
+  auto instances = InstancesOf(*inventory.GetClass("<root>", {}), true);
+  SortByPath(instances);
+  for (const auto& instance : instances) {
     if (instance->GetClass({})->IsAssociation({})) {
       m_associations.push_back(ReportOf(*instance));
     } else {
@@ -86,8 +88,6 @@ TGraph::TGraph(ICIMNamespace& inventory) {
       m_vertices.back().path = instance->GetReference({}).GetPath();
     }
   }
-  std::sort(m_vertices.begin(), m_vertices.end(),
-            [](const TVertex& a, const TVertex& b) { return NaturalLess(a.path, b.path); });
   for (std::size_t i = 0; i < m_vertices.size(); ++i) m_byPath.emplace(m_vertices[i].path, i);
   for (const auto& association : m_associations) Link(association);
 }

@@ -1,7 +1,8 @@
 #include "havhost/report/Text.h"
 
 #include <algorithm>
-#include <cctype>
+#include <charconv>
+#include <system_error>
 
 #include "havcore/client/Utf8.h"
 #include "mof/MofCharacters.h"
@@ -12,18 +13,57 @@ using namespace hav::client;
 
 namespace {
 
-constexpr char kReplacement[] = "\xEF\xBF\xBD";
+constexpr char kDigits[] = "0123456789abcdef";
 
 bool IsControl(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
 
-std::string Escaped(char32_t c) {
-  constexpr char digits[] = "0123456789abcdef";
-  switch (c) {
-    case '\n': return "\\n";
-    case '\r': return "\\r";
-    case '\t': return "\\t";
-    default: return {'\\', 'x', digits[(c >> 4) & 0xF], digits[c & 0xF]};
+void AppendEscaped(std::string& out, std::string_view bytes) {
+  for (const char byte : bytes) switch (byte) {
+      case '\n': out += "\\n"; break;
+      case '\r': out += "\\r"; break;
+      case '\t': out += "\\t"; break;
+      default: out += {'\\', 'x', kDigits[(byte >> 4) & 0xF], kDigits[byte & 0xF]};
+    }
+}
+
+// The character that an escape stands for, and the escape's length; length 0 when `text` begins
+// with none.
+struct TEscape {
+  char character = 0;
+  std::size_t length = 0;
+};
+TEscape EscapeAt(std::string_view text) {
+  if (text.size() < 2 || text[0] != '\\') return {};
+  switch (text[1]) {
+    case 'n': return {'\n', 2};
+    case 'r': return {'\r', 2};
+    case 't': return {'\t', 2};
+    case 'x': break;
+    default: return {};
   }
+  unsigned value = 0;
+  const auto digits = text.substr(2, 2);
+  const auto [end, failure] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+  if (failure != std::errc() || digits.size() < 2 || end != digits.data() + 2) return {};
+  return {static_cast<char>(value), 4};
+}
+
+// The text with those characters escaped that are no UTF-8 or that `isUnwanted` names.
+template <class IsUnwanted>
+std::string Escaped(std::string_view text, IsUnwanted&& isUnwanted) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const auto length = Utf8Length(text, at);
+    const auto character = text.substr(at, std::max<std::size_t>(length, 1));
+    if (length == 0 || isUnwanted(Utf8Value(character)))
+      AppendEscaped(result, character);
+    else
+      result += character;
+    at += character.size();
+  }
+  return result;
 }
 
 // Takes the digits at the beginning of `text`, without leading zeros.
@@ -48,21 +88,26 @@ std::vector<std::size_t> ColumnWidths(const std::vector<TRow>& rows, std::size_t
 
 }  // namespace
 
-std::string Printable(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const auto length = Utf8Length(text, at);
-    const auto character = text.substr(at, std::max<std::size_t>(length, 1));
-    if (length == 0)
-      result += kReplacement;
-    else if (const auto value = Utf8Value(character); IsControl(value))
-      result += Escaped(value);
+std::string Printable(std::string_view text) { return Escaped(text, IsControl); }
+
+std::string WithoutStrayBytes(std::string_view text) {
+  return Escaped(text, [](char32_t) { return false; });
+}
+
+std::string PathOfPrintable(std::string_view text) {
+  std::string path;
+  path.reserve(text.size());
+  while (!text.empty()) {
+    const auto escape = EscapeAt(text);
+    // What stands behind a backslash belongs to it, another backslash above all.
+    const std::size_t length = escape.length != 0 ? escape.length : text[0] == '\\' ? 2 : 1;
+    if (escape.length != 0)
+      path += escape.character;
     else
-      result += character;
-    at += character.size();
+      path += text.substr(0, length);
+    text.remove_prefix(std::min(length, text.size()));
   }
-  return result;
+  return path;
 }
 
 std::size_t Width(std::string_view text) {

@@ -11,9 +11,14 @@
 
 namespace havhost {
 
-// The text on one line: control characters as escapes (inventories hold what firmware and
-// devices say of themselves), bytes that are no UTF-8 as the replacement character.
+// The text on one line: control characters (inventories hold what firmware and devices say of
+// themselves) and bytes that are no UTF-8 as escapes, \n, \r, \t or \xHH for each byte.
 std::string Printable(std::string_view text);
+// The same for bytes that are no UTF-8 alone.
+std::string WithoutStrayBytes(std::string_view text);
+// The object path that one of them was made of: a path itself has a backslash before another
+// one or a quotation mark only. Any other path stays as it is.
+std::string PathOfPrintable(std::string_view text);
 
 // How many columns printable text takes: one for each character.
 std::size_t Width(std::string_view text);

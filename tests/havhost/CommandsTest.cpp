@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/havhost/Havhost.h"
 
@@ -194,8 +195,8 @@ TEST_F(Commands, WhatIsNotThereIsNamed) {
   EXPECT_EQ(Error({"get", "T_Disk.Name=\"a\""}),
             "havhost: no such instance: 'T_Disk.Name=\"a\"'\n");
   EXPECT_EQ(Error({"get", "T_Disk"}), "havhost: 'T_Disk' names a class, and no instance\n");
-  EXPECT_EQ(Error({"get", "T_Disk.Name="}),
-            "havhost: no object path: 'T_Disk.Name=' "
+  EXPECT_EQ(Error({"get", "T_Disk.=1"}),
+            "havhost: no object path: 'T_Disk.=1' "
             "(a path looks like Class.Key=\"text\",OtherKey=1)\n");
   EXPECT_EQ(Error({"get", "root/other:T_Disk.Name=\"disk2\""}),
             "havhost: the path names the namespace root/other, and this is root/cimv2\n");
@@ -203,6 +204,123 @@ TEST_F(Commands, WhatIsNotThereIsNamed) {
             "havhost: no such class: 'T_None'\n");
   EXPECT_EQ(Error({"references", "T_Cpu.Name=\"cpu\"", "--result-class", "T_None"}),
             "havhost: no such class: 'T_None'\n");
+}
+
+// Keys of every type, with what makes a path hard to print and to read.
+const char kPaths[] = R"mof(
+Qualifier Association : boolean = false, Scope(association), Flavor(DisableOverride, ToSubclass);
+Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
+class T_Text { [Key] string Name; };
+instance of T_Text { Name = ""; };
+instance of T_Text { Name = " x "; };
+instance of T_Text { Name = "--help"; };
+instance of T_Text { Name = "a,Name=b=c.d:e"; };
+instance of T_Text { Name = "q\"uote'$`\\"; };
+instance of T_Text { Name = "\\n\\x41\n\t\r\x1b[2J\x7f\x9b"; };
+instance of T_Text { Name = "\xe4\x20ac \xfeff"; };
+instance of T_Text { Name = "[1,2]"; };
+instance of T_Text { Name = "%%{}"; };
+class T_Number { [Key] sint64 I; [Key] uint64 U; [Key] real64 R; [Key] boolean B; };
+instance of T_Number { I = -9223372036854775808; U = 18446744073709551615; R = 0.1; B = true; };
+instance of T_Number { I = 9223372036854775807; U = 0; R = -1.5e-300; B = false; };
+instance of T_Number { I = 10; U = 0; R = 1.0e300; B = false; };
+instance of T_Number { I = 2; U = 0; R = 16777217.0; B = false; };
+class T_Small { [Key] real32 R; [Key] char16 C; [Key] datetime D; [Key] sint8 I; [Key] uint8 U; };
+instance of T_Small { R = 0.1; C = '"'; D = "20261121120000.123456+060"; I = -128; U = 255; };
+instance of T_Small { R = 3.4e38; C = '\\'; D = "00000001******.******:000"; I = 0; U = 0; };
+[Association] class T_Link { [Key] T_Text REF One; [Key] T_Text REF Other; };
+instance of T_Text as $Quote { Name = "\"'\\"; };
+instance of T_Text as $Control { Name = "\n\x1b"; };
+instance of T_Link as $Link { One = $Quote; Other = $Control; };
+[Association] class T_Deep { [Key] T_Link REF One; [Key] T_Text REF Other; };
+instance of T_Deep { One = $Link; Other = $Quote; };
+)mof";
+
+TEST(Paths, AsPrintedAreAcceptedWhateverIsInThem) {
+  const TemporaryFolder folder;
+  const auto file = folder.File("paths.mof", kPaths);
+  std::size_t count = 0;
+  for (const std::string cls : {"T_Text", "T_Number", "T_Small", "T_Link", "T_Deep"}) {
+    const auto text = Havhost({"instances", cls, "--mof", file});
+    ASSERT_EQ(text.status, 0) << text.err;
+    EXPECT_EQ(text.err, "");
+    std::string together;
+    std::istringstream lines(text.out);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.empty() || line[0] == ' ') continue;
+      const auto one = Havhost({"get", "--mof", file, "--", line});
+      EXPECT_EQ(one.err, "") << line;
+      together += (together.empty() ? "" : "\n") + one.out;
+      ++count;
+    }
+    EXPECT_EQ(together, text.out);
+    const auto listing =
+        TJson::parse(Havhost({"instances", cls, "--format", "json", "--mof", file}).out);
+    for (const auto& instance : listing["instances"]) {
+      const auto one = Havhost({"get", "--format", "json", "--mof", file, "--", instance["path"]});
+      EXPECT_EQ(TJson::parse(one.out), instance);
+    }
+  }
+  EXPECT_EQ(count, 19u);
+}
+
+TEST(Paths, InListingsOrderByTheNumbersInThem) {
+  const TemporaryFolder folder;
+  const auto file = folder.File("numbers.mof", R"mof(
+Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
+class T_N { [Key] sint32 Id; };
+instance of T_N { Id = 10; };
+instance of T_N { Id = 9; };
+instance of T_N { Id = -9; };
+instance of T_N { Id = -10; };
+instance of T_N { Id = 100; };
+)mof");
+  const auto listing =
+      TJson::parse(Havhost({"instances", "T_N", "--format", "json", "--mof", file}).out);
+  std::vector<int> ids;
+  for (const auto& instance : listing["instances"])
+    ids.push_back(instance["properties"]["Id"]["value"]);
+  EXPECT_EQ(ids, (std::vector<int>{-10, -9, 9, 10, 100}));
+}
+
+// What a shell of this system makes of a path that is written as the hint says.
+std::string InTheShell(const std::string& path) {
+#if defined(_WIN32)
+  std::string argument;
+  for (const char c : path) argument += c == '"' ? "\\\"" : std::string(1, c);
+  return "\"" + argument + "\"";
+#else
+  return "'" + path + "'";
+#endif
+}
+
+TEST_F(Commands, APathWithoutItsQuotesGetsAHint) {
+  const auto hint = [](const std::string& path) {
+    return " (the shell has taken its quotes away; write " + InTheShell(path) + ")\n";
+  };
+  EXPECT_EQ(Error({"get", "T_Disk.Name=disk2"}),
+            "havhost: no object path: 'T_Disk.Name=disk2'" + hint("T_Disk.Name=\"disk2\""));
+  EXPECT_EQ(Error({"get", "root/cimv2:t_disk.name=a, b"}),
+            "havhost: no object path: 'root/cimv2:t_disk.name=a, b'" +
+                hint("root/cimv2:t_disk.name=\"a, b\""));
+  EXPECT_EQ(Error({"references",
+                   "T_Contains.GroupComponent=T_System.Name=box,"
+                   "PartComponent=T_Cpu.Name=cpu"}),
+            "havhost: no object path: 'T_Contains.GroupComponent=T_System.Name=box,"
+            "PartComponent=T_Cpu.Name=cpu'" +
+                hint("T_Contains.GroupComponent=\"T_System.Name=box\","
+                     "PartComponent=\"T_Cpu.Name=cpu\""));
+  // A number is a value without quotes, too.
+  const TemporaryFolder folder;
+  const auto file = folder.File("seven.mof", R"mof(
+Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
+class T_Text { [Key] string Name; };
+instance of T_Text { Name = "7"; };
+)mof");
+  EXPECT_EQ(Havhost({"get", "T_Text.Name=7", "--mof", file}).err,
+            "havhost: no such instance: 'T_Text.Name=7'" + hint("T_Text.Name=\"7\""));
+  EXPECT_EQ(Havhost({"get", "T_Text.Name=8", "--mof", file}).err,
+            "havhost: no such instance: 'T_Text.Name=8'\n");
 }
 
 TEST_F(Commands, ReferencesOfAnInstance) {

@@ -9,6 +9,7 @@
 #include "havhost/THostLogger.h"
 #include "havhost/TProgressLine.h"
 #include "havhost/report/Json.h"
+#include "havhost/report/TPathOrder.h"
 #include "havhost/report/Text.h"
 #include "tests/havhost/Havhost.h"
 
@@ -21,13 +22,26 @@ using namespace NORVHAV20;
 TEST(Text, ControlCharactersAreEscaped) {
   EXPECT_EQ(Printable("a\tb\nc\rd\x1b[0m\x7f"), "a\\tb\\nc\\rd\\x1b[0m\\x7f");
   EXPECT_EQ(Printable(std::string_view("\0", 1)), "\\x00");
-  EXPECT_EQ(Printable("\xC2\x9B"), "\\x9b");
+  EXPECT_EQ(Printable("\xC2\x9B"), "\\xc2\\x9b");
 }
 
-TEST(Text, BytesThatAreNoUtf8AreReplaced) {
-  EXPECT_EQ(Printable("a\xFF\xC3"), "a\xEF\xBF\xBD\xEF\xBF\xBD");
+TEST(Text, BytesThatAreNoUtf8AreEscaped) {
+  EXPECT_EQ(Printable("a\xFF\xC3"), "a\\xff\\xc3");
+  EXPECT_EQ(WithoutStrayBytes("a\xFF\n"), "a\\xff\n");
   EXPECT_EQ(Printable("\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80"),
             "\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80");
+}
+
+TEST(Text, APathIsReadAsItIsPrinted) {
+  const std::string paths[] = {"T.K=\"a\nb\tc\rd\x1b\"", "T.K=\"\xFF\xC3\"", "T.K=\"\xC2\x9B\"",
+                               std::string("T.K=\"\0\"", 7), "T.K=\"\\\\x41\\\\n\\\"\""};
+  for (const auto& path : paths) {
+    EXPECT_EQ(PathOfPrintable(Printable(path)), path);
+    EXPECT_EQ(PathOfPrintable(WithoutStrayBytes(path)), path);
+    EXPECT_EQ(PathOfPrintable(path), path);
+  }
+  for (const char* const rest : {"\\", "\\x", "\\x4", "\\xg0", "\\x-1", "\\q"})
+    EXPECT_EQ(PathOfPrintable(rest), rest);
 }
 
 TEST(Text, WidthCountsCharacters) {
@@ -84,6 +98,23 @@ TEST(Json, BytesThatAreNoUtf8AreReplaced) {
   std::ostringstream out;
   PrintJson(out, TJson("a\xFF"));
   EXPECT_EQ(out.str(), "\"a\xEF\xBF\xBD\"\n");
+}
+
+TEST(TPathOrder, NumbersInKeysOrderByTheirValue) {
+  const auto less = [](const TCIMValue& a, const TCIMValue& b) {
+    TCIMReference first({}, {{"Key", a}});
+    TCIMReference second({}, {{"Key", b}});
+    EXPECT_FALSE(TPathOrder(second) < TPathOrder(first) && TPathOrder(first) < TPathOrder(second));
+    return TPathOrder(first) < TPathOrder(second);
+  };
+  EXPECT_TRUE(less(std::uint32_t{2}, std::uint32_t{10}));
+  EXPECT_TRUE(less(std::int32_t{-10}, std::int32_t{-2}));
+  EXPECT_TRUE(less(1.25, 1.5));
+  EXPECT_TRUE(less("eth2", "eth10"));
+  EXPECT_FALSE(less("eth10", "eth2"));
+  EXPECT_TRUE(less(TCIMReference({}, {{"Key", std::int32_t{-10}}}),
+                   TCIMReference({}, {{"Key", std::int32_t{-2}}})));
+  EXPECT_FALSE(less(std::uint32_t{2}, std::uint32_t{2}));
 }
 
 TEST(Log, ErrorsAreSummedUpInOneLine) {
