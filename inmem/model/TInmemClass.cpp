@@ -68,16 +68,18 @@ TInmemClass::~TInmemClass() {
 
 // Destroying a class releases its subclasses, theirs release their own, and a deep hierarchy
 // would go down the stack with them: so the lists of those about to go are taken over first.
-void TInmemClass::ReleaseOneByOne(TClasses& classes) noexcept {
+void TInmemClass::ReleaseOneByOne(TClassSet& set) noexcept {
+  TClasses classes = set.TakeAll();
   while (!classes.empty()) {
     const auto last = std::move(classes.back());
     classes.pop_back();
     auto* cls = last.use_count() == 1 ? dynamic_cast<TInmemClass*>(last.get()) : nullptr;
     if (!cls) continue;
-    for (TClasses* list : {&cls->m_subclasses, &cls->m_associations}) {
+    for (TClassSet* list : {&cls->m_subclasses, &cls->m_associations}) {
       try {
-        classes.insert(classes.end(), list->begin(), list->end());
-        list->clear();
+        classes.reserve(classes.size() + list->Size());
+        for (auto& next : list->TakeAll())
+          if (next) classes.push_back(std::move(next));
       } catch (const std::bad_alloc&) {
         // Then it does go down the stack.
       }
@@ -170,7 +172,7 @@ boost::shared_ptr<ICIMClass> TInmemClass::GetSuperClass(TOptions) const {
 }
 
 void TInmemClass::EnumerateSubclasses(const TEnumCallback<ICIMClass>& callback, TOptions) const {
-  for (const auto& subclass : TClasses(m_subclasses)) DropExceptions([&] { callback(subclass); });
+  for (const auto& subclass : m_subclasses.All()) DropExceptions([&] { callback(subclass); });
 }
 
 bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {

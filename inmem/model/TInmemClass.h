@@ -31,6 +31,7 @@
 #include "havcore/TCIMReference.h"
 #include "inmem/model/INamespaceRegistry.h"
 #include "inmem/model/TClassCensus.h"
+#include "inmem/model/TClassSet.h"
 #include "inmem/model/TInstanceStore.h"
 #include "inmem/model/TLinkIndex.h"
 #include "inmem/model/TQualifierTable.h"
@@ -40,7 +41,7 @@ namespace NORVHAV20 {
 
 class TInmemClass final : public ICIMClass, public boost::enable_shared_from_this<TInmemClass> {
  public:
-  using TClasses = std::vector<boost::shared_ptr<ICIMClass>>;
+  using TClasses = TClassSet::TClasses;
 
   TInmemClass(const boost::shared_ptr<INamespaceRegistry>& registry,
               const boost::shared_ptr<TClassCensus>& census, const std::string& name,
@@ -73,6 +74,11 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
     return m_links && m_links->IsCurrent() ? m_links : nullptr;
   }
   bool HasInstances() const noexcept { return m_instances.Size() != 0; }
+
+  // Calls back for each association class that EnumerateAssociationClasses visits without a
+  // filter, but for those that have no instance when their turn comes. What the callback throws
+  // is dropped. Complexity: O(1) for a class that is left out.
+  void EnumeratePopulatedAssociations(const TEnumCallback<ICIMClass>& callback) const;
 
   // The class itself when it is of this make, else null.
   static const TInmemClass* Own(const ICIMClass& cls) noexcept {
@@ -187,10 +193,10 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   TClasses ClassesToRegisterWith() const;
   void RefuseCycle(const boost::shared_ptr<ICIMClass>& superclass) const;
   void Commit(TLinks& links) noexcept;
-  void TakeOver(TInmemClass& displaced, TClasses& associations) noexcept;
+  void TakeOver(TInmemClass& displaced, TClassSet& associations) noexcept;
   void LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& classes) noexcept;
-  bool Reaches(const ICIMClass& cls) const;
-  static void ReleaseOneByOne(TClasses& classes) noexcept;
+  bool Reaches(const TInmemClass& cls) const;
+  static void ReleaseOneByOne(TClassSet& set) noexcept;
 
   // Instances.
   struct TVisit;
@@ -215,8 +221,10 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // The keys, as they are while the schema clock shows this.
   mutable boost::shared_ptr<const TPropertyDecls> m_keyDecls;
   mutable std::uint64_t m_keyDeclsSchema = 0;
-  TClasses m_subclasses;
-  TClasses m_associations;
+  TClassSet m_subclasses;
+  TClassSet m_associations;
+  // How many classes list this one as a subclass, or more.
+  std::size_t m_listings = 0;
   // Where this class, an association, registered itself.
   std::vector<boost::weak_ptr<ICIMClass>> m_registeredWith;
   TInstanceStore m_instances;

@@ -1,6 +1,7 @@
 // Which association classes refer to a class, and which classes stand at their other ends.
 
 #include <algorithm>
+#include <list>
 #include <utility>
 
 #include "havcore/ICIMNamespace.h"
@@ -15,10 +16,6 @@ namespace NORVHAV20 {
 namespace {
 
 using TClasses = TInmemClass::TClasses;
-
-void AddOnce(TClasses& classes, const boost::shared_ptr<ICIMClass>& cls) {
-  if (std::find(classes.begin(), classes.end(), cls) == classes.end()) classes.push_back(cls);
-}
 
 // One reference of an association class.
 struct TEnd {
@@ -68,20 +65,15 @@ TInmemClass::TClasses TInmemClass::AssociationClasses(const std::string& resultC
     return std::any_of(ends.begin(), ends.end(),
                        [&](const TEnd& end) { return CanReferTo(end, *this, foldedRole); });
   };
-  TClasses associations;
+  TClassSet associations;
   const auto take = [&](const TClasses& level) {
-    // A class has each association once, so only those of the levels before can come again.
-    const auto before = static_cast<std::ptrdiff_t>(associations.size());
-    for (const auto& association : level) {
-      const auto end = associations.begin() + before;
-      if (std::find(associations.begin(), end, association) == end && matches(*association))
-        associations.push_back(association);
-    }
+    for (const auto& association : level)
+      if (matches(*association)) associations.Add(association);
   };
-  take(TClasses(m_associations));
+  take(m_associations.All());
   auto ancestor = m_superclass.lock();
   while (const auto* own = dynamic_cast<const TInmemClass*>(ancestor.get())) {
-    take(TClasses(own->m_associations));
+    take(own->m_associations.All());
     ancestor = own->m_superclass.lock();
   }
   // An ancestor of another kind answers for itself and for all above it.
@@ -89,7 +81,43 @@ TInmemClass::TClasses TInmemClass::AssociationClasses(const std::string& resultC
     take(Collect<ICIMClass>([&](const auto& collect) {
       ancestor->EnumerateAssociationClasses(collect, "", "", TOptions());
     }));
-  return associations;
+  return associations.All();
+}
+
+void TInmemClass::EnumeratePopulatedAssociations(const TEnumCallback<ICIMClass>& callback) const {
+  // The class and its ancestors; of the sets, a walk over each that is not empty.
+  std::list<TClassSet::TWalk> walks;
+  const auto begin = [&](const TInmemClass& cls) {
+    if (cls.m_associations.Size() != 0) walks.emplace_back(cls.m_associations);
+  };
+  begin(*this);
+  auto ancestor = m_superclass.lock();
+  while (const auto* own = dynamic_cast<const TInmemClass*>(ancestor.get())) {
+    begin(*own);
+    ancestor = own->m_superclass.lock();
+  }
+  // An ancestor of another kind answers for itself and for all above it.
+  TClassSet foreign;
+  if (ancestor) {
+    for (auto& walk : walks) walk.Prepare();
+    for (const auto& cls : Collect<ICIMClass>([&](const auto& collect) {
+           ancestor->EnumerateAssociationClasses(collect, "", "", TOptions());
+         }))
+      foreign.Add(cls);
+    walks.emplace_back(foreign);
+  }
+  bool prepared = false;
+  for (auto walk = walks.begin(); walk != walks.end(); ++walk) {
+    while (const ICIMClass* cls = walk->Next()) {
+      if (const auto* own = Own(*cls); own && !own->HasInstances()) continue;
+      if (std::any_of(walks.begin(), walk, [&](const auto& w) { return w.Covers(cls); })) continue;
+      if (!prepared)
+        for (auto& each : walks) each.Prepare();
+      prepared = true;
+      const auto association = walk->Current();
+      DropExceptions([&] { callback(association); });
+    }
+  }
 }
 
 void TInmemClass::EnumerateAssociationClasses(const TEnumCallback<ICIMClass>& callback,
@@ -108,7 +136,7 @@ void TInmemClass::EnumerateAssociatedClasses(const TEnumCallback<ICIMClass>& cal
   if (!resultClass.empty() && !(wanted = FindClass(resultClass))) return;
   const CimName foldedRole(role);
   const CimName foldedResultRole(resultRole);
-  TClasses associated;
+  TClassSet associated;
   for (const auto& association : AssociationClasses(associationClass, role)) {
     const auto ends = EndsOf(*association);
     for (const TEnd& end : ends) {
@@ -116,10 +144,10 @@ void TInmemClass::EnumerateAssociatedClasses(const TEnumCallback<ICIMClass>& cal
       for (const TEnd& other : ends)
         if (&other != &end && other.Plays(foldedResultRole) &&
             (!wanted || other.referenced->IsA(wanted, TOptions())))
-          AddOnce(associated, other.referenced);
+          associated.Add(other.referenced);
     }
   }
-  for (const auto& cls : associated) DropExceptions([&] { callback(cls); });
+  for (const auto& cls : associated.All()) DropExceptions([&] { callback(cls); });
 }
 
 }  // namespace NORVHAV20

@@ -137,7 +137,8 @@ std::vector<TInmemClass::TVisit> TInmemClass::PlanVisits() {
       continue;
     }
     visits.push_back({own, own->m_instances.All(), {}});
-    open.insert(open.end(), own->m_subclasses.rbegin(), own->m_subclasses.rend());
+    const TClasses subclasses = own->m_subclasses.All();
+    open.insert(open.end(), subclasses.rbegin(), subclasses.rend());
   }
   return visits;
 }

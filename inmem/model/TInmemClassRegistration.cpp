@@ -22,16 +22,6 @@ bool Contains(const TClasses& classes, const ICIMClass* cls) {
                      [&](const auto& entry) { return entry.get() == cls; });
 }
 
-// Removes `cls` and keeps the order of the rest; the last share of it goes when the list is
-// whole again.
-void Erase(TClasses& classes, const ICIMClass* cls) noexcept {
-  const auto found = std::find_if(classes.begin(), classes.end(),
-                                  [&](const auto& entry) { return entry.get() == cls; });
-  if (found == classes.end()) return;
-  const auto last = *found;
-  classes.erase(found);
-}
-
 }  // namespace
 
 // Everything that entering the namespace will change, computed before anything does.
@@ -40,7 +30,7 @@ struct TInmemClass::TLinks {
   boost::shared_ptr<ICIMClass> superclass;
   TClasses referenced;
   // For the association set, when there is one to take over.
-  TClasses associations;
+  TClassSet associations;
   std::vector<boost::weak_ptr<ICIMClass>> registeredWith;
   // What was not linked before, and so far is.
   bool joinedSuperclass = false;
@@ -66,9 +56,9 @@ struct TInmemClass::TLinks {
   }
 
  private:
-  static bool IsIn(const ICIMClass& cls, TClasses TInmemClass::*list, const TInmemClass& self) {
+  static bool IsIn(const ICIMClass& cls, TClassSet TInmemClass::*set, const TInmemClass& self) {
     const auto* own = dynamic_cast<const TInmemClass*>(&cls);
-    return own && Contains(own->*list, &self);
+    return own && (own->*set).Contains(&self);
   }
 };
 
@@ -107,9 +97,9 @@ TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>&
   if (IsAssociation(TOptions())) links.referenced = ClassesToRegisterWith();
   links.registeredWith.assign(links.referenced.begin(), links.referenced.end());
   if (displaced) {
-    links.associations = m_associations;
-    for (const auto& association : displaced->m_associations)
-      if (!Contains(m_associations, association.get())) links.associations.push_back(association);
+    for (const auto& association : m_associations.All()) links.associations.Add(association);
+    for (const auto& association : displaced->m_associations.All())
+      links.associations.Add(association);
   }
   return links;
 }
@@ -156,18 +146,20 @@ void TInmemClass::Commit(TLinks& links) noexcept {
 
 // The new class stands where the displaced one stood. The displaced one's instances go with
 // it: nothing but its holder could reach them any more.
-void TInmemClass::TakeOver(TInmemClass& displaced, TClasses& associations) noexcept {
+void TInmemClass::TakeOver(TInmemClass& displaced, TClassSet& associations) noexcept {
   const auto self = Self();
   const auto superclass = displaced.m_superclass.lock();
   if (superclass) DropExceptions([&] { superclass->RemoveSubclass(displaced.Self(), TOptions()); });
   m_superclass = displaced.m_superclass;
-  m_subclasses.swap(displaced.m_subclasses);
+  m_subclasses.Swap(displaced.m_subclasses);
   ReleaseOneByOne(displaced.m_subclasses);
-  for (const auto& subclass : m_subclasses)
-    if (auto* cls = dynamic_cast<TInmemClass*>(subclass.get())) cls->m_superclass = self;
-  m_associations.swap(associations);
-  for (const auto& association : m_associations)
-    if (auto* cls = dynamic_cast<TInmemClass*>(association.get()))
+  TClassSet::TWalk subclasses(m_subclasses);
+  while (ICIMClass* subclass = subclasses.Next())
+    if (auto* cls = dynamic_cast<TInmemClass*>(subclass)) cls->m_superclass = self;
+  m_associations.Swap(associations);
+  TClassSet::TWalk taken(m_associations);
+  while (ICIMClass* association = taken.Next())
+    if (auto* cls = dynamic_cast<TInmemClass*>(association))
       for (auto& entry : cls->m_registeredWith)
         if (entry.lock().get() == &displaced) entry = self;
   displaced.m_inNamespace = false;
@@ -183,9 +175,8 @@ void TInmemClass::LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& 
 }
 
 void TInmemClass::Delete(TOptions) {
-  const bool referredTo = std::any_of(m_associations.begin(), m_associations.end(),
-                                      [&](const auto& cls) { return cls.get() != this; });
-  if (!m_inNamespace || referredTo || !m_subclasses.empty()) Throw(kHAVClassInUse);
+  const bool referredTo = m_associations.Size() > (m_associations.Contains(this) ? 1u : 0u);
+  if (!m_inNamespace || referredTo || m_subclasses.Size() != 0) Throw(kHAVClassInUse);
   const auto self = Self();
   Require(m_registry.lock())->RemoveClass(self);
   if (const auto superclass = m_superclass.lock()) superclass->RemoveSubclass(self, TOptions());
@@ -195,28 +186,33 @@ void TInmemClass::Delete(TOptions) {
 
 void TInmemClass::AddSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
   Require(subclass);
-  if (Contains(m_subclasses, subclass.get())) return;
-  const auto* own = dynamic_cast<const TInmemClass*>(subclass.get());
+  if (m_subclasses.Contains(subclass.get())) return;
+  auto* own = dynamic_cast<TInmemClass*>(subclass.get());
   if (subclass.get() == this || (own && own->Reaches(*this))) Throw(kHAVAlreadyDefined);
-  m_subclasses.push_back(std::move(subclass));
+  m_subclasses.Add(subclass);
+  if (own) ++own->m_listings;
   ModelClock::SchemaChanged();
 }
 
 void TInmemClass::RemoveSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
-  Erase(m_subclasses, Require(subclass).get());
+  auto* own = dynamic_cast<TInmemClass*>(Require(subclass).get());
+  if (m_subclasses.Remove(subclass.get()) && own) --own->m_listings;
   ModelClock::SchemaChanged();
 }
 
 // Whether a walk down the subclass lists comes to `cls`. A list never leads back to where the
-// walk has been, because AddSubclass refuses that, so the walk ends.
-bool TInmemClass::Reaches(const ICIMClass& cls) const {
+// walk has been, because AddSubclass refuses that, so the walk ends. It need not begin for a
+// class that is in no list, as none is that is registered before its superclass.
+bool TInmemClass::Reaches(const TInmemClass& cls) const {
+  if (cls.m_listings == 0) return false;
   std::vector<const TInmemClass*> open{this};
   while (!open.empty()) {
     const auto* current = open.back();
     open.pop_back();
-    for (const auto& subclass : current->m_subclasses) {
-      if (subclass.get() == &cls) return true;
-      if (const auto* own = dynamic_cast<const TInmemClass*>(subclass.get())) open.push_back(own);
+    TClassSet::TWalk subclasses(current->m_subclasses);
+    while (const ICIMClass* subclass = subclasses.Next()) {
+      if (subclass == &cls) return true;
+      if (const auto* own = dynamic_cast<const TInmemClass*>(subclass)) open.push_back(own);
     }
   }
   return false;
@@ -225,14 +221,12 @@ bool TInmemClass::Reaches(const ICIMClass& cls) const {
 void TInmemClass::AddAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
   Require(association);
   Require(m_census.lock());
-  if (!Contains(m_associations, association.get()))
-    m_associations.push_back(std::move(association));
+  m_associations.Add(association);
   ModelClock::SchemaChanged();
 }
 
 void TInmemClass::RemoveAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
-  if (!Contains(m_associations, Require(association).get())) Throw(kHAVNotFound);
-  Erase(m_associations, association.get());
+  if (!m_associations.Remove(Require(association).get())) Throw(kHAVNotFound);
   ModelClock::SchemaChanged();
 }
 

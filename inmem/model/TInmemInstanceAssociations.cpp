@@ -101,8 +101,12 @@ void TInmemInstance::EnumerateAssociationInstances(const TCallback& callback,
                                                    const std::string& resultClass,
                                                    const std::string& role, TOptions options) {
   TMemoryWatch memory;
-  m_class->EnumerateAssociationClasses(TReferencesCallback{Self(), &callback, &role, &memory},
-                                       resultClass, role, options);
+  const TReferencesCallback examine{Self(), &callback, &role, &memory};
+  const auto* own = TInmemClass::Own(*m_class);
+  if (own && resultClass.empty() && role.empty())
+    own->EnumeratePopulatedAssociations(examine);
+  else
+    m_class->EnumerateAssociationClasses(examine, resultClass, role, options);
   memory.ThrowWhenOut();
 }
 
