@@ -20,15 +20,8 @@ bool IsNameStart(char c) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool IsName(std::string_view text) {
-  if (text.empty() || !IsNameStart(text.front())) return false;
-  for (const char c : text)
-    if (!IsNameStart(c) && !IsDigit(c)) return false;
-  return true;
-}
-
 // The class above all top-level classes has the one name that is no CIM name.
-bool IsClassName(std::string_view text) { return IsName(text) || text == "<root>"; }
+bool IsClassName(std::string_view text) { return IsCimName(text) || text == "<root>"; }
 
 bool IsNumber(std::string_view text) {
   if (text == "inf" || text == "-inf" || text == "nan") return true;
@@ -57,7 +50,7 @@ class TKeyReader {
     const std::size_t equals = m_rest.find('=');
     Require(equals != std::string_view::npos);
     const std::string_view name = m_rest.substr(0, equals);
-    Require(IsName(name));
+    Require(IsCimName(name));
     m_rest.remove_prefix(equals + 1);
     TKeyText key{std::string(name), TKeyText::kQuoted, {}};
     if (!m_rest.empty() && m_rest.front() == '"')
@@ -124,6 +117,13 @@ std::size_t QuotedSize(std::string_view text) {
 }
 
 }  // namespace
+
+bool IsCimName(std::string_view text) {
+  if (text.empty() || !IsNameStart(text.front())) return false;
+  for (const char c : text)
+    if (!IsNameStart(c) && !IsDigit(c)) return false;
+  return true;
+}
 
 TObjectPathText ParseObjectPath(std::string_view text) {
   // Neither a namespace name nor a class name has an equals sign, but values may have any

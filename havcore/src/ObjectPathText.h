@@ -32,6 +32,9 @@ struct TObjectPathText {
   std::vector<TKeyText> keys;  // in the order of the text, repeated names included
 };
 
+// Whether `text` can name anything: a letter or '_', then letters, digits and '_'.
+bool IsCimName(std::string_view text);
+
 TObjectPathText ParseObjectPath(std::string_view text);
 
 // The value that the text alone gives: NULL without a type, boolean, uint64, sint64 where it

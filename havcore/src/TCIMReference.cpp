@@ -15,7 +15,9 @@ namespace {
 
 using TKey = std::pair<std::string, TCIMValue>;
 
+// A key may have any name; a class is not asked for what it could only complain about.
 boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls, const std::string& name) {
+  if (!IsCimName(name)) return {};
   try {
     return cls.GetPropertyDecl(name, {});
   } catch (const THAVException&) {
@@ -91,7 +93,6 @@ TCIMReference TCIMReference::Parse(const std::string& text,
 }
 
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
-  if (m_keys.capacity() == 0) m_keys.reserve(2);  // few paths have more
   const auto cls = m_class.lock();
   const auto decl = cls ? FindDeclaration(*cls, name) : boost::shared_ptr<ICIMPropertyDecl>();
   const std::string& spelling = DeclaredName(decl.get(), name);

@@ -32,6 +32,8 @@ class INamespaceRegistry {
   // Enters a declaration. Throws as AdmitClass does.
   virtual void AddQualifierDecl(boost::shared_ptr<TInmemQualifierDecl> decl) = 0;
   virtual boost::shared_ptr<ICIMNamespace> AsNamespace() = 0;
+  // Returns the namespace itself, empty when no shared pointer owns it.
+  virtual boost::shared_ptr<INamespaceRegistry> Registry() = 0;
 
  protected:
   ~INamespaceRegistry() = default;

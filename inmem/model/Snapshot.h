@@ -22,21 +22,29 @@ std::vector<typename Map::mapped_type> Snapshot(const Map& map) {
   return elements;
 }
 
-// Returns what `enumerate` hands to the callback that it is given. Enumerations drop what
-// their callback throws; that there was no memory is carried past them.
-template <class T, class Enumerate>
-std::vector<boost::shared_ptr<T>> Collect(Enumerate&& enumerate) {
-  std::vector<boost::shared_ptr<T>> elements;
+// Calls `visit` with what `enumerate` hands to the callback that it is given; empty pointers
+// are passed over. What becomes of an exception is the enumeration's to say; but many drop
+// them, and that there was no memory is carried past those.
+template <class T, class Enumerate, class Visit>
+void Walk(Enumerate&& enumerate, Visit&& visit) {
   bool outOfMemory = false;
   enumerate(TEnumCallback<T>([&](boost::shared_ptr<T> element) {
     try {
-      if (element) elements.push_back(std::move(element));
+      if (element) visit(std::move(element));
     } catch (const std::bad_alloc&) {
       outOfMemory = true;
     }
     return true;
   }));
   if (outOfMemory) throw std::bad_alloc();
+}
+
+// Returns what `enumerate` hands to the callback that it is given.
+template <class T, class Enumerate>
+std::vector<boost::shared_ptr<T>> Collect(Enumerate&& enumerate) {
+  std::vector<boost::shared_ptr<T>> elements;
+  Walk<T>(enumerate,
+          [&](boost::shared_ptr<T>&& element) { elements.push_back(std::move(element)); });
   return elements;
 }
 

@@ -1,5 +1,6 @@
 #include "inmem/model/TInmemClass.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -55,10 +56,9 @@ void EnumerateDecls(const Decls& decls, const Callback& callback) {
 
 }  // namespace
 
-TInmemClass::TInmemClass(const boost::shared_ptr<INamespaceRegistry>& registry,
-                         const boost::shared_ptr<TClassCensus>& census, const std::string& name,
+TInmemClass::TInmemClass(const TNamespaceLink& home, const std::string& name,
                          const boost::shared_ptr<ICIMClass>& superclass)
-    : m_registry(registry), m_census(census), m_name(name), m_superclass(superclass) {}
+    : m_home(home), m_name(name), m_superclass(superclass) {}
 
 TInmemClass::~TInmemClass() {
   ModelClock::SchemaChanged();
@@ -109,7 +109,7 @@ void TInmemClass::SetUpInheritance() {
 
 TQualifierTable::TMap TInmemClass::PropagatedQualifiers(ICIMClass& superclass) {
   TQualifierTable::TMap qualifiers;
-  for (const auto& entry : m_qualifiers.Entries())
+  for (const auto& entry : TQualifierTable::TMap(m_qualifiers.Entries()))
     if (!entry.second->IsPropagated(TOptions())) qualifiers.insert(entry);
   const auto sources = Collect<ICIMQualifier>(
       [&](const auto& take) { superclass.EnumerateQualifiers(take, TOptions()); });
@@ -135,11 +135,12 @@ bool TInmemClass::HasTrueQualifier(std::string_view folded) const {
 TInmemClass::TPropertyDecls TInmemClass::PropertyDecls() const { return DeclsOf(m_properties); }
 
 TInmemClass::TPropertyDecls TInmemClass::ReferenceDecls() const {
-  TPropertyDecls references;
-  for (const auto& entry : m_properties)
-    if (entry.second.decl->GetType(TOptions()) == kCIMReference)
-      references.push_back(entry.second.decl);
-  return references;
+  TPropertyDecls decls = PropertyDecls();
+  decls.erase(
+      std::remove_if(decls.begin(), decls.end(),
+                     [](const auto& decl) { return decl->GetType(TOptions()) != kCIMReference; }),
+      decls.end());
+  return decls;
 }
 
 boost::intrusive_ptr<const TSlotDeclarations> TInmemClass::SlotDeclarations() const {
@@ -157,8 +158,7 @@ void TInmemClass::ModifyInstance(boost::shared_ptr<ICIMInstance>, TOptions) {}
 const std::string& TInmemClass::GetName(TOptions) const { return m_name; }
 
 boost::shared_ptr<ICIMNamespace> TInmemClass::GetNamespace(TOptions) const {
-  const auto registry = m_registry.lock();
-  return registry ? registry->AsNamespace() : nullptr;
+  return m_home.Namespace();
 }
 
 bool TInmemClass::IsAssociation(TOptions) const { return HasTrueQualifier("association"); }
@@ -176,6 +176,7 @@ void TInmemClass::EnumerateSubclasses(const TEnumCallback<ICIMClass>& callback, 
 }
 
 bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
+  const auto self = Self();
   const std::string& wanted = Require(other)->GetName(TOptions());
   if (m_name == wanted) return true;
   for (auto cls = m_superclass.lock(); cls; cls = cls->GetSuperClass(TOptions()))
@@ -192,6 +193,7 @@ void TInmemClass::EnumerateKeyNames(const boost::function<bool(const std::string
 boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() const {
   const std::uint64_t schema = ModelClock::Schema();
   if (m_keyDecls && m_keyDeclsSchema == schema) return m_keyDecls;
+  const auto self = Self();
   auto keys = boost::make_shared<TPropertyDecls>();
   bool own = true;
   for (const auto& decl : PropertyDecls()) {
@@ -265,10 +267,12 @@ TCIMValue TInmemClass::InvokeMethod(const std::string&, std::map<std::string, TC
 }
 
 bool TInmemClass::operator==(const ICIMClass& other) const {
+  const auto self = Self();
   return m_name == other.GetName(TOptions());
 }
 
 bool TInmemClass::operator<(const ICIMClass& other) const {
+  const auto self = Self();
   return m_name < other.GetName(TOptions());
 }
 
@@ -277,6 +281,7 @@ bool TInmemClass::IsHostMarked(TOptions) const { return m_hostMark; }
 void TInmemClass::SetHostMarked(TOptions) { m_hostMark = true; }
 
 void TInmemClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) {
+  const auto self = Self();
   m_qualifiers.AddToClass(qualifier);
   ModelClock::SchemaChanged();
 }

@@ -29,11 +29,10 @@
 #include "havcore/ICIMMethodDecl.h"
 #include "havcore/ICIMPropertyDecl.h"
 #include "havcore/TCIMReference.h"
-#include "inmem/model/INamespaceRegistry.h"
-#include "inmem/model/TClassCensus.h"
 #include "inmem/model/TClassSet.h"
 #include "inmem/model/TInstanceStore.h"
 #include "inmem/model/TLinkIndex.h"
+#include "inmem/model/TNamespaceLink.h"
 #include "inmem/model/TQualifierTable.h"
 #include "inmem/values/TSlotLayout.h"
 
@@ -43,8 +42,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
  public:
   using TClasses = TClassSet::TClasses;
 
-  TInmemClass(const boost::shared_ptr<INamespaceRegistry>& registry,
-              const boost::shared_ptr<TClassCensus>& census, const std::string& name,
+  TInmemClass(const TNamespaceLink& home, const std::string& name,
               const boost::shared_ptr<ICIMClass>& superclass);
   ~TInmemClass() override;
   TInmemClass(const TInmemClass&) = delete;
@@ -61,6 +59,9 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
 
   // Drops the instances and the association set. Throws nothing.
   void BreakCircles() noexcept;
+
+  // Does what AddPropertyDecl does and returns what the class then has under the name.
+  boost::shared_ptr<ICIMPropertyDecl> Declare(const boost::shared_ptr<ICIMPropertyDecl>& decl);
 
   // Returns the property declarations as they are now, laid out for instances.
   boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarations() const;
@@ -209,8 +210,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   TClasses AssociationClasses(const std::string& resultClass, const std::string& role) const;
   boost::shared_ptr<ICIMClass> FindClass(const std::string& name) const;
 
-  boost::weak_ptr<INamespaceRegistry> m_registry;
-  boost::weak_ptr<TClassCensus> m_census;
+  TNamespaceLink m_home;
   std::string m_name;
   boost::weak_ptr<ICIMClass> m_superclass;
   TQualifierTable m_qualifiers;

@@ -92,41 +92,56 @@ auto Standing(const Table& table, const std::string& key) {
   return found == table.end() ? decltype(found->second.decl)() : found->second.decl;
 }
 
-// Returns the entry of the declaration's name. Throws 15 when there is none.
+// Erases the entry of the declaration's name and returns what stood there, which ends when the
+// table is whole again. Throws 15 when there is none.
 template <class Table, class TDecl>
-typename Table::iterator EntryOf(Table& table, const TDecl& decl) {
+boost::shared_ptr<TDecl> TakeOut(Table& table, const TDecl& decl) {
   const auto found = table.find(CimName(decl.GetName(TOptions())).Folded());
   if (found == table.end()) Throw(kHAVNotFound);
-  return found;
+  auto removed = std::move(found->second.decl);
+  table.erase(found);
+  return removed;
 }
 
 }  // namespace
 
 void TInmemClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions) {
+  Declare(decl);
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TInmemClass::Declare(
+    const boost::shared_ptr<ICIMPropertyDecl>& decl) {
+  const auto self = Self();
   if (Require(decl)->GetType(TOptions()) == kCIMReference && !IsAssociation(TOptions())) {
     LogError("Inmem: Attempt to add reference property " + decl->GetName(TOptions()) +
              " to non-association class " + m_name);
     Throw(kHAVReferenceOutsideAssociation);
   }
   std::string key = NormalizeCimName(decl->GetName(TOptions()));
-  if (!IsPropertyDeclared(*decl, key, Standing(m_properties, key), *this)) return;
+  auto existing = Standing(m_properties, key);
+  if (!IsPropertyDeclared(*decl, key, existing, *this)) return existing;
   m_properties.insert_or_assign(std::move(key), TEntry<ICIMPropertyDecl>{decl, true});
   PropertiesChanged();
+  return decl;
 }
 
 void TInmemClass::RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions) {
-  m_properties.erase(EntryOf(m_properties, *Require(decl)));
+  const auto self = Self();
+  const auto removed = TakeOut(m_properties, *Require(decl));
   PropertiesChanged();
 }
 
 void TInmemClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions) {
+  const auto self = Self();
   std::string key = NormalizeCimName(Require(decl)->GetName(TOptions()));
-  RequireMethodDeclared(*decl, Standing(m_methods, key), *this);
+  const auto existing = Standing(m_methods, key);
+  RequireMethodDeclared(*decl, existing, *this);
   m_methods.insert_or_assign(std::move(key), TEntry<ICIMMethodDecl>{decl, true});
 }
 
 void TInmemClass::RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions) {
-  m_methods.erase(EntryOf(m_methods, *Require(decl)));
+  const auto self = Self();
+  TakeOut(m_methods, *Require(decl));
 }
 
 }  // namespace NORVHAV20

@@ -25,7 +25,8 @@ void SetSwitch(ICIMInstance& processor, const char* property, std::int32_t enabl
 
 // Rewrites the cache properties of a processor whose status says that it is enabled.
 void ApplyCacheSwitches(ICIMInstance& processor) {
-  const TCIMValue status = processor.GetProperty("CPUStatus", TOptions())->GetValue(TOptions());
+  const TCIMValue status =
+      Require(processor.GetProperty("CPUStatus", TOptions()))->GetValue(TOptions());
   const std::string text = status.ToString(10);
   LogError("cpuStatus is " + text);
   if (text != "1") return;
@@ -53,10 +54,10 @@ boost::shared_ptr<ICIMInstance> TInmemClass::AllocateInstance(TOptions) {
 // Once the namespace is gone nobody would ever empty the store, and a stored instance owns
 // its class: so it is refused then.
 void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
-  Require(instance);
-  Require(m_census.lock());
-  const auto self = Self();  // the last owner may be the instance that is replaced
-  m_instances.Add(instance->GetReference(TOptions()).GetPath(), instance);
+  const auto self = Self();
+  const std::string path = Require(instance)->GetReference(TOptions()).GetPath();
+  const auto census = Require(m_home.Census());
+  m_instances.Add(path, instance);
   m_links.reset();
 }
 
@@ -117,7 +118,7 @@ void TInmemClass::EnumerateInstances(const TEnumCallback<ICIMInstance>& callback
   }
   for (const auto& visit : PlanVisits()) {
     if (visit.foreign)
-      DropExceptions([&] { visit.foreign->EnumerateInstances(callback, deep, options); });
+      DropFailures([&] { visit.foreign->EnumerateInstances(callback, deep, options); });
     else
       visit.cls->Visit(*visit.instances, callback);
   }
@@ -147,10 +148,13 @@ void TInmemClass::Visit(const TInstanceStore::TInstances& instances,
                         const TEnumCallback<ICIMInstance>& callback) const {
   const bool processor = IsProcessor();
   for (const auto& instance : instances) {
-    DropExceptions([&] {
-      if (processor) ApplyCacheSwitches(*instance);
-      callback(instance);
-    });
+    bool ready = !processor;
+    if (processor)
+      DropFailures([&] {
+        ApplyCacheSwitches(*instance);
+        ready = true;
+      });
+    if (ready) DropExceptions([&] { callback(instance); });
   }
 }
 

@@ -47,6 +47,10 @@ struct TInmemClass::TLinks {
       cls->AddAssociation(self, TOptions());
       joined.push_back(cls);
     }
+    if (!displaced) return;
+    // Last, for a class that refers to itself has now registered with one of these two.
+    for (const TInmemClass* cls : {self.get(), displaced.get()})
+      for (const auto& association : cls->m_associations.All()) associations.Add(association);
   }
 
   void Undo(const boost::shared_ptr<TInmemClass>& self) noexcept {
@@ -63,6 +67,7 @@ struct TInmemClass::TLinks {
 };
 
 void TInmemClass::Validate(TOptions) const {
+  const auto self = Self();
   if (IsAbstract(TOptions())) return;
   const auto decls = PropertyDecls();
   if (std::any_of(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); }))
@@ -71,9 +76,9 @@ void TInmemClass::Validate(TOptions) const {
 }
 
 void TInmemClass::AddToNamespace(TOptions) {
-  Validate(TOptions());
-  const auto registry = Require(m_registry.lock());
   const auto self = Self();
+  Validate(TOptions());
+  const auto registry = Require(m_home.Registry());
   const auto admission = registry->AdmitClass(self);
   if (!admission.admitted) return;
   TLinks links = PlanLinks(admission.displaced);
@@ -96,11 +101,6 @@ TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>&
   if (displaced) RefuseCycle(links.superclass);
   if (IsAssociation(TOptions())) links.referenced = ClassesToRegisterWith();
   links.registeredWith.assign(links.referenced.begin(), links.referenced.end());
-  if (displaced) {
-    for (const auto& association : m_associations.All()) links.associations.Add(association);
-    for (const auto& association : displaced->m_associations.All())
-      links.associations.Add(association);
-  }
   return links;
 }
 
@@ -168,17 +168,18 @@ void TInmemClass::TakeOver(TInmemClass& displaced, TClassSet& associations) noex
 }
 
 void TInmemClass::LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& classes) noexcept {
-  for (const auto& entry : classes)
+  std::vector<boost::weak_ptr<ICIMClass>> left;
+  left.swap(classes);
+  for (const auto& entry : left)
     if (const auto cls = entry.lock())
       DropExceptions([&] { cls->RemoveAssociation(Self(), TOptions()); });
-  classes.clear();
 }
 
 void TInmemClass::Delete(TOptions) {
   const bool referredTo = m_associations.Size() > (m_associations.Contains(this) ? 1u : 0u);
   if (!m_inNamespace || referredTo || m_subclasses.Size() != 0) Throw(kHAVClassInUse);
   const auto self = Self();
-  Require(m_registry.lock())->RemoveClass(self);
+  Require(m_home.Registry())->RemoveClass(self);
   if (const auto superclass = m_superclass.lock()) superclass->RemoveSubclass(self, TOptions());
   m_inNamespace = false;
   LeaveAssociationSets(m_registeredWith);
@@ -220,7 +221,7 @@ bool TInmemClass::Reaches(const TInmemClass& cls) const {
 
 void TInmemClass::AddAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
   Require(association);
-  Require(m_census.lock());
+  Require(m_home.Census());
   m_associations.Add(association);
   ModelClock::SchemaChanged();
 }

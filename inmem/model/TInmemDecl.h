@@ -30,6 +30,7 @@ class TInmemDecl : public TInterface,
   const TQualifierTable& Qualifiers() const noexcept { return m_qualifiers; }
 
   void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) override {
+    const auto self = this->shared_from_this();
     m_qualifiers.AddToDeclaration(qualifier);
     ModelClock::SchemaChanged();
   }
@@ -68,11 +69,13 @@ class TInmemDecl : public TInterface,
   const std::string& GetName(TOptions) const override { return m_name; }
 
   bool operator==(const TInterface& other) const override {
-    return NormalizeCimName(m_name) == NormalizeCimName(other.GetName(TOptions()));
+    const std::string own = NormalizeCimName(m_name);
+    return own == NormalizeCimName(other.GetName(TOptions()));
   }
 
   bool operator<(const TInterface& other) const override {
-    return NormalizeCimName(m_name) < NormalizeCimName(other.GetName(TOptions()));
+    const std::string own = NormalizeCimName(m_name);
+    return own < NormalizeCimName(other.GetName(TOptions()));
   }
 
   TInterface& operator=(const TInterface&) override { return *this; }

@@ -24,9 +24,9 @@ namespace {
 boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarationsOf(const ICIMClass& cls) {
   if (const auto* own = dynamic_cast<const TInmemClass*>(&cls)) return own->SlotDeclarations();
   std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> slots;
-  const auto decls = Collect<ICIMPropertyDecl>(
-      [&](const auto& take) { cls.EnumeratePropertyDecls(take, TOptions()); });
-  for (const auto& decl : decls) slots.emplace(NormalizeCimName(decl->GetName(TOptions())), decl);
+  Walk<ICIMPropertyDecl>(
+      [&](const auto& insert) { cls.EnumeratePropertyDecls(insert, TOptions()); },
+      [&](const auto& decl) { slots.emplace(NormalizeCimName(decl->GetName(TOptions())), decl); });
   return new TSlotDeclarations(std::vector<TSlotDeclarations::TNamed>(slots.begin(), slots.end()));
 }
 
@@ -38,7 +38,7 @@ struct TBuildPathCallback {
   TCIMReference* path;
 
   bool operator()(const std::string* name) const {
-    path->AddKeyValue(*name, instance->ValueOf(*name));
+    if (name) path->AddKeyValue(*name, instance->ValueOf(*name));
     return true;
   }
 };
@@ -60,9 +60,14 @@ boost::shared_ptr<TInmemInstance> TInmemInstance::Self() const {
   return boost::const_pointer_cast<TInmemInstance>(shared_from_this());
 }
 
+// A class of our own has declared what the layout has, and an exception for each instance of
+// a class without collection time would cost more than the rest of it.
 void TInmemInstance::StampCollectionTime() {
-  if (m_values->Layout().Find("datetimeofcollection") == TSlotLayout::kNone) return;
+  if (TInmemClass::Own(*m_class) &&
+      m_values->Layout().Find("datetimeofcollection") == TSlotLayout::kNone)
+    return;
   try {
+    Require(m_class->GetPropertyDecl("DateTimeOfCollection", TOptions()));
     SetPropertyValue("DateTimeOfCollection", TCIMValue(TOSSpecific::GetLocalTime()), TOptions());
   } catch (const THAVException&) {
     // Then the instance has no collection time.
@@ -70,6 +75,7 @@ void TInmemInstance::StampCollectionTime() {
 }
 
 void TInmemInstance::Validate(TOptions) const {
+  const auto self = shared_from_this();
   if (m_flags & kValidateKeysNonNull)
     m_class->EnumerateKeyNames([this](const std::string* name) { return ValidateKeyNonNull(name); },
                                TOptions());
@@ -77,7 +83,7 @@ void TInmemInstance::Validate(TOptions) const {
 }
 
 bool TInmemInstance::ValidateKeyNonNull(const std::string* name) const {
-  if (!ValueOf(*name).IsNull()) return true;
+  if (!name || !ValueOf(*name).IsNull()) return true;
   LogNote("Inmem: Instance " + m_class->GetName(TOptions()) + ": key property " + *name +
           " is NULL");
   Throw(kHAVKeyIsNull);
@@ -99,13 +105,14 @@ void TInmemInstance::ValidateReferences() const {
 }
 
 void TInmemInstance::AddToNamespace(TOptions options) {
+  const auto self = shared_from_this();
   try {
     Validate(std::move(options));
   } catch (const THAVException&) {
     LogNote("Inmem: Instance " + m_class->GetName(TOptions()) + ": invalid references");
     return;
   }
-  m_class->AddInstance(shared_from_this(), TOptions());
+  m_class->AddInstance(self, TOptions());
 }
 
 void TInmemInstance::ModifyInstance(boost::shared_ptr<ICIMInstance>, TOptions) {}
@@ -113,12 +120,13 @@ void TInmemInstance::ModifyInstance(boost::shared_ptr<ICIMInstance>, TOptions) {
 void TInmemInstance::Delete(TOptions) { m_class->RemoveInstance(shared_from_this(), TOptions()); }
 
 TCIMReference TInmemInstance::GetReference(TOptions options) const {
+  const auto self = shared_from_this();
   TCIMReference path(boost::shared_ptr<ICIMNamespace>(), {});
   path.SetClass(m_class);
   const auto name = options.find("ProvNSP");
   path.SetNameSpaceName(name == options.end() ? std::string()
                                               : static_cast<std::string>(name->second));
-  m_class->EnumerateKeyNames(TBuildPathCallback{shared_from_this(), &path}, TOptions());
+  m_class->EnumerateKeyNames(TBuildPathCallback{self, &path}, TOptions());
   return path;
 }
 
@@ -136,11 +144,13 @@ TCIMValue TInmemInstance::InvokeMethod(const std::string&, std::map<std::string,
 }
 
 bool TInmemInstance::operator==(ICIMInstance& other) const {
-  return m_class == other.GetClass(TOptions());
+  const ICIMClass* const own = m_class.get();
+  return own == other.GetClass(TOptions()).get();
 }
 
 bool TInmemInstance::operator<(ICIMInstance& other) const {
-  return m_class.owner_before(other.GetClass(TOptions()));
+  const auto own = m_class;
+  return own.owner_before(other.GetClass(TOptions()));
 }
 
 ICIMInstance& TInmemInstance::operator=(const ICIMInstance&) { return *this; }

@@ -6,6 +6,7 @@
 #include "havcore/ICIMClass.h"
 #include "havcore/ICIMPropertyDecl.h"
 #include "havcore/THAVException.h"
+#include "inmem/model/TInmemClass.h"
 #include "inmem/model/TInmemInstance.h"
 #include "inmem/model/TInmemPropertyDecl.h"
 #include "inmem/values/CimName.h"
@@ -25,6 +26,14 @@ bool IsStatusName(const std::string& name) {
        {"CommunicationStatus", "DetailedStatus", "HealthState", "OperatingStatus", "PrimaryStatus"})
     if (Holds(name, status)) return true;
   return false;
+}
+
+// Hands the class a declaration, and returns what it then has under the name.
+boost::shared_ptr<ICIMPropertyDecl> Declare(ICIMClass& cls,
+                                            const boost::shared_ptr<ICIMPropertyDecl>& decl) {
+  if (auto* own = dynamic_cast<TInmemClass*>(&cls)) return own->Declare(decl);
+  cls.AddPropertyDecl(decl, TOptions());
+  return cls.GetPropertyDecl(decl->GetName(TOptions()), TOptions());
 }
 
 }  // namespace
@@ -48,12 +57,16 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& n
 }
 
 // The class decides what becomes of a second declaration of the name; the slot is made on
-// what the class has then, and is not kept in the instance.
+// what the class has then, and is not kept in the instance. It is made first, for once the
+// class has taken the declaration nothing may fail.
 boost::shared_ptr<ICIMProperty> TInmemInstance::DerivedProperty(
     const std::string& name, const TCIMValue& defaultValue) const {
-  m_class->AddPropertyDecl(boost::make_shared<TInmemPropertyDecl>(m_class, name, defaultValue),
-                           TOptions());
-  return TInmemProperty::Standalone(m_class->GetPropertyDecl(name, TOptions()));
+  const auto cls = m_class;
+  const boost::shared_ptr<ICIMPropertyDecl> decl =
+      boost::make_shared<TInmemPropertyDecl>(cls, name, defaultValue);
+  const auto slot = TInmemProperty::Standalone(decl);
+  const auto declared = Declare(*cls, decl);
+  return declared == decl ? slot : TInmemProperty::Standalone(declared);
 }
 
 bool TInmemInstance::IsDerivedName(const std::string& name) {

@@ -81,11 +81,13 @@ void TInmemQualifier::RemoveFlavor(ICIMQualifierDecl::EFlavor flavor, TOptions) 
 ICIMQualifierDecl::EFlavor TInmemQualifier::GetFlavor(TOptions) const { return m_flavor; }
 
 bool TInmemQualifier::operator==(const ICIMQualifier& other) const {
-  return ComparedName(*this) == ComparedName(other);
+  const std::string own = ComparedName(*this);
+  return own == ComparedName(other);
 }
 
 bool TInmemQualifier::operator<(const ICIMQualifier& other) const {
-  return ComparedName(*this) < ComparedName(other);
+  const std::string own = ComparedName(*this);
+  return own < ComparedName(other);
 }
 
 bool TInmemQualifier::IsPropagated(TOptions) const { return m_propagated; }

@@ -7,19 +7,15 @@
 
 namespace NORVHAV20 {
 
-TInmemQualifierDecl::TInmemQualifierDecl(const boost::shared_ptr<INamespaceRegistry>& owner,
-                                         const std::string& name, const TCIMValue& defaultValue,
-                                         EScope scope, EFlavor flavor)
-    : m_owner(owner),
-      m_name(name),
-      m_defaultValue(defaultValue),
-      m_scope(scope),
-      m_flavor(flavor) {}
+TInmemQualifierDecl::TInmemQualifierDecl(const TNamespaceLink& home, const std::string& name,
+                                         const TCIMValue& defaultValue, EScope scope,
+                                         EFlavor flavor)
+    : m_home(home), m_name(name), m_defaultValue(defaultValue), m_scope(scope), m_flavor(flavor) {}
 
 void TInmemQualifierDecl::Validate(TOptions) {}
 
 void TInmemQualifierDecl::AddToNamespace(TOptions) {
-  Require(m_owner.lock())->AddQualifierDecl(shared_from_this());
+  Require(m_home.Registry())->AddQualifierDecl(shared_from_this());
 }
 
 void TInmemQualifierDecl::Delete(TOptions) {}
@@ -27,8 +23,7 @@ void TInmemQualifierDecl::Delete(TOptions) {}
 const std::string& TInmemQualifierDecl::GetName(TOptions) const { return m_name; }
 
 boost::shared_ptr<ICIMNamespace> TInmemQualifierDecl::GetNamespace(TOptions) const {
-  const auto owner = m_owner.lock();
-  return owner ? owner->AsNamespace() : nullptr;
+  return m_home.Namespace();
 }
 
 TCIMValue::TCIMType TInmemQualifierDecl::GetType(TOptions) const {
@@ -56,11 +51,13 @@ void TInmemQualifierDecl::RemoveFlavor(EFlavor flavor, TOptions) {
 ICIMQualifierDecl::EFlavor TInmemQualifierDecl::GetFlavor(TOptions) const { return m_flavor; }
 
 bool TInmemQualifierDecl::operator==(const ICIMQualifierDecl& other) const {
-  return NormalizeCimName(m_name) == NormalizeCimName(other.GetName(TOptions()));
+  const std::string own = NormalizeCimName(m_name);
+  return own == NormalizeCimName(other.GetName(TOptions()));
 }
 
 bool TInmemQualifierDecl::operator<(const ICIMQualifierDecl& other) const {
-  return NormalizeCimName(m_name) < NormalizeCimName(other.GetName(TOptions()));
+  const std::string own = NormalizeCimName(m_name);
+  return own < NormalizeCimName(other.GetName(TOptions()));
 }
 
 }  // namespace NORVHAV20

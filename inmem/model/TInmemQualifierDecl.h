@@ -9,17 +9,16 @@
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
-#include <boost/weak_ptr.hpp>
 
 #include "havcore/ICIMQualifierDecl.h"
-#include "inmem/model/INamespaceRegistry.h"
+#include "inmem/model/TNamespaceLink.h"
 
 namespace NORVHAV20 {
 
 class TInmemQualifierDecl final : public ICIMQualifierDecl,
                                   public boost::enable_shared_from_this<TInmemQualifierDecl> {
  public:
-  TInmemQualifierDecl(const boost::shared_ptr<INamespaceRegistry>& owner, const std::string& name,
+  TInmemQualifierDecl(const TNamespaceLink& home, const std::string& name,
                       const TCIMValue& defaultValue, EScope scope, EFlavor flavor);
 
   void Validate(TOptions options) override;
@@ -40,7 +39,7 @@ class TInmemQualifierDecl final : public ICIMQualifierDecl,
   ICIMQualifierDecl& operator=(const ICIMQualifierDecl&) override { return *this; }
 
  private:
-  boost::weak_ptr<INamespaceRegistry> m_owner;
+  TNamespaceLink m_home;
   std::string m_name;
   TCIMValue m_defaultValue;
   EScope m_scope;

@@ -26,14 +26,9 @@ template <class Conflicts>
 void TQualifierTable::Add(const boost::shared_ptr<ICIMQualifier>& qualifier,
                           Conflicts&& conflicts) {
   std::string key = NormalizeCimName(Require(qualifier)->GetName(TOptions()));
-  const auto found = m_entries.find(key);
-  if (found == m_entries.end()) {
-    m_entries.emplace(std::move(key), qualifier);
-    return;
-  }
-  const auto standing = found->second;
-  if (standing->GetFlavor(TOptions()) & ICIMQualifierDecl::kFlavorOverridable)
-    found->second = qualifier;
+  const auto standing = FindFolded(key);
+  if (!standing || standing->GetFlavor(TOptions()) & ICIMQualifierDecl::kFlavorOverridable)
+    m_entries.insert_or_assign(std::move(key), qualifier);
   else if (conflicts(*standing))
     Throw(kHAVConflictingQualifier);
 }

@@ -8,6 +8,7 @@
 #include "inmem/model/Snapshot.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/model/TInmemQualifierDecl.h"
+#include "inmem/model/TNamespaceLink.h"
 #include "inmem/provider/TInmemNamespaceProvider.h"
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
@@ -23,6 +24,12 @@ const char kRootName[] = "<root>";
 // collector brings it along, and the first has the right one.
 const char kNeverRedefined[] = "orvsg_physicalnetworkport";
 
+// Throws 15 for a namespace that no shared pointer owns: what it allocates could never find
+// back to it.
+TNamespaceLink Link(INamespaceRegistry& maker, const boost::shared_ptr<TClassCensus>& census) {
+  return {Require(maker.Registry()), census};
+}
+
 [[noreturn]] void RefuseName(const char* kind, const std::string& name) {
   LogError(std::string("Inmem: TInmemNamespace: ") + kind + " " + name + " already defined");
   Throw(kHAVAlreadyDefined);
@@ -31,7 +38,9 @@ const char kNeverRedefined[] = "orvsg_physicalnetworkport";
 }  // namespace
 
 TInmemNamespace::TInmemNamespace(bool redefinitionAllowed)
-    : m_redefinitionAllowed(redefinitionAllowed), m_census(boost::make_shared<TClassCensus>()) {}
+    : m_redefinitionAllowed(redefinitionAllowed), m_census(boost::make_shared<TClassCensus>()) {
+  m_census->Join(*this);
+}
 
 TInmemNamespace::TInmemNamespace(const TInmemNamespace& other)
     : ICIMNamespace(),
@@ -41,7 +50,9 @@ TInmemNamespace::TInmemNamespace(const TInmemNamespace& other)
       m_classes(other.m_classes),
       m_root(other.m_root),
       m_redefinitionAllowed(other.m_redefinitionAllowed),
-      m_census(other.m_census) {}
+      m_census(other.m_census) {
+  m_census->Join(*this);
+}
 
 TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   TInmemNamespace copy(other);
@@ -49,13 +60,21 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   m_classes.swap(copy.m_classes);
   m_root.swap(copy.m_root);
   m_redefinitionAllowed = copy.m_redefinitionAllowed;
-  m_census.swap(copy.m_census);
+  // Each takes the other's place in what it shares; the copy then leaves in this one's stead.
+  if (m_census != copy.m_census) {
+    m_census->Replace(*this, copy);
+    copy.m_census->Replace(copy, *this);
+    m_census.swap(copy.m_census);
+  }
   return *this;
 }
 
 ICIMNamespace& TInmemNamespace::operator=(ICIMNamespace&) { return *this; }
 
-TInmemNamespace::~TInmemNamespace() { ModelClock::SchemaChanged(); }
+TInmemNamespace::~TInmemNamespace() {
+  m_census->Leave(*this);
+  ModelClock::SchemaChanged();
+}
 
 void TInmemNamespace::Initialize() {
   m_root = boost::static_pointer_cast<TInmemClass>(AllocateClass(kRootName, {}, TOptions()));
@@ -78,13 +97,14 @@ void TInmemNamespace::AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace>, T
 boost::shared_ptr<ICIMClass> TInmemNamespace::AllocateClass(const std::string& name,
                                                             boost::shared_ptr<ICIMClass> superclass,
                                                             TOptions) {
+  const auto self = weak_from_this().lock();  // a superclass of another make is called
   boost::shared_ptr<TInmemClass> cls;
   // Whatever keeps a class from being found means that there is none; a name that is none is
   // refused when the class is registered.
-  DropExceptions([&] { cls = FindClass(name); });
+  DropFailures([&] { cls = FindClass(name); });
   if (!cls) {
     if (!superclass) superclass = m_root;
-    cls = boost::make_shared<TInmemClass>(Registry(), m_census, name, superclass);
+    cls = boost::make_shared<TInmemClass>(Link(*this, m_census), name, superclass);
     m_census->Enter(cls);
   }
   cls->SetUpInheritance();
@@ -111,8 +131,8 @@ void TInmemNamespace::EnumerateProviders(const TEnumCallback<IProvider>&, TOptio
 boost::shared_ptr<ICIMQualifierDecl> TInmemNamespace::AllocateQualifierDecl(
     const std::string& name, const TCIMValue& defaultValue, ICIMQualifierDecl::EScope scope,
     ICIMQualifierDecl::EFlavor flavor, TOptions) {
-  const auto decl =
-      boost::make_shared<TInmemQualifierDecl>(Registry(), name, defaultValue, scope, flavor);
+  const auto decl = boost::make_shared<TInmemQualifierDecl>(Link(*this, m_census), name,
+                                                            defaultValue, scope, flavor);
   AddQualifierDecl(decl);
   return decl;
 }
@@ -160,8 +180,8 @@ INamespaceRegistry::TAdmission TInmemNamespace::AdmitClass(
   const auto found = m_classes.find(key);
   if (found == m_classes.end()) return {true, {}};
   if (!m_redefinitionAllowed) RefuseName("class", name);
-  if (key.find(kNeverRedefined) != std::string::npos) return {false, {}};
   if (found->second == cls) return {true, {}};
+  if (key.find(kNeverRedefined) != std::string::npos) return {false, {}};
   return {true, found->second};
 }
 
@@ -181,10 +201,8 @@ void TInmemNamespace::AddQualifierDecl(boost::shared_ptr<TInmemQualifierDecl> de
 
 boost::shared_ptr<ICIMNamespace> TInmemNamespace::AsNamespace() { return shared_from_this(); }
 
-// Throws 15 for a namespace that no shared pointer owns: what it allocates could never find
-// back to it.
 boost::shared_ptr<INamespaceRegistry> TInmemNamespace::Registry() {
-  return Require(weak_from_this().lock());
+  return weak_from_this().lock();
 }
 
 }  // namespace NORVHAV20

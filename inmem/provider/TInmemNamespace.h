@@ -3,7 +3,7 @@
 // their classes.
 //
 // A copy shares the classes and declarations of the original, and what becomes of them: they
-// are let go when the last of the copies is.
+// belong to the copy when the original is gone, and are let go when the last of the copies is.
 //
 // Ownership: belongs to whoever holds it; owns its classes and declarations.
 // Threads:   one thread at a time.
@@ -90,9 +90,9 @@ class INMEM_API TInmemNamespace final : public ICIMNamespace,
   void RemoveClass(boost::shared_ptr<TInmemClass> cls) override;
   void AddQualifierDecl(boost::shared_ptr<TInmemQualifierDecl> decl) override;
   boost::shared_ptr<ICIMNamespace> AsNamespace() override;
+  boost::shared_ptr<INamespaceRegistry> Registry() override;
 
   boost::shared_ptr<TInmemClass> FindClass(const std::string& name) const;
-  boost::shared_ptr<INamespaceRegistry> Registry();
 
   TQualifierDecls m_qualifierDecls;
   TClassesByName m_classes;

@@ -26,7 +26,7 @@ THeld<std::vector<TCIMValue>> ElementsOf(const TCIMValue& value) {
 
 }  // namespace
 
-std::string DisplayText(ICIMPropertyDecl& decl, const TCIMValue& value) {
+std::string DisplayText(ICIMPropertyDecl& decl, TCIMValue value) {
   const ECIMType type = decl.GetType(TOptions());
   TValueMap map;
   if (!value.IsNull() && CanHaveValueMap(type) && BuildValueMap(decl, map))
@@ -34,7 +34,7 @@ std::string DisplayText(ICIMPropertyDecl& decl, const TCIMValue& value) {
   return FormatValue(decl, value);
 }
 
-std::vector<std::string> DisplayTexts(ICIMPropertyDecl& decl, const TCIMValue& value) {
+std::vector<std::string> DisplayTexts(ICIMPropertyDecl& decl, TCIMValue value) {
   std::vector<std::string> texts;
   const ECIMType type = decl.GetType(TOptions());
   TValueMap map;

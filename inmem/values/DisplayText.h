@@ -2,7 +2,8 @@
 // property's declaration decide: "Values" and "ValueMap" give names to numbers, "UNITS" with
 // "DISPLAYFIXEDUNITS", "ABBREVIATEUNITS" and "DISPLAYCPUTIME" make quantities of them, "BASE"
 // gives the radix of a plain number, and "NULLDISPLAY" what stands for NULL. They can change
-// at any time, so nothing is remembered from one call to the next.
+// at any time, so nothing is remembered from one call to the next. A qualifier of a host's
+// making may change the model while it is asked: values are held by value.
 //
 // Errors: THAVException: what a look-up of a qualifier throws, but for 15, which says that it
 //         is absent; and the statuses given below.
@@ -19,13 +20,13 @@ class ICIMPropertyDecl;
 
 // Returns the text of `value`, an array's as a whole. Throws what LookupValueMap throws for a
 // property that has a value map, and what FormatValue throws otherwise.
-std::string DisplayText(ICIMPropertyDecl& decl, const TCIMValue& value);
+std::string DisplayText(ICIMPropertyDecl& decl, TCIMValue value);
 
 // Returns the texts of the elements of an array, or the one text of a scalar, which its value
 // map does not name. Throws what LookupValueMap throws for an array that has a value map.
 // Whatever goes wrong otherwise is hidden: the list is then the text of "NULLDISPLAY" alone,
 // or the texts made so far when that is NULL; 15 when it is absent.
-std::vector<std::string> DisplayTexts(ICIMPropertyDecl& decl, const TCIMValue& value);
+std::vector<std::string> DisplayTexts(ICIMPropertyDecl& decl, TCIMValue value);
 
 // Returns the text without value map: quantities with their units, and NULL. Throws 14 for a
 // duration that is longer than an interval can be.

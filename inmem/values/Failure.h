@@ -2,6 +2,7 @@
 // where the rule has one, then a THAVException that carries the status alone.
 #pragma once
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -44,7 +45,8 @@ boost::shared_ptr<T> Require(boost::shared_ptr<T>&& pointer) {
   return std::move(pointer);
 }
 
-// Calls `call` and drops whatever it throws, but for the cancellation of the thread.
+// Calls `call`, which is a caller's, and drops whatever it throws, but for the cancellation of
+// the thread.
 template <class F>
 INMEM_MAY_BE_CANCELLED void DropExceptions(F&& call) {
   try {
@@ -53,6 +55,21 @@ INMEM_MAY_BE_CANCELLED void DropExceptions(F&& call) {
   INMEM_PASS_CANCELLATION
   catch (...) {
   }
+}
+
+// The same for a call in which the plug-in itself has a part: that there was no memory is
+// thrown on, for nobody else would be told.
+template <class F>
+void DropFailures(F&& call) {
+  bool outOfMemory = false;
+  DropExceptions([&] {
+    try {
+      call();
+    } catch (const std::bad_alloc&) {
+      outOfMemory = true;
+    }
+  });
+  if (outOfMemory) throw std::bad_alloc();
 }
 
 }  // namespace NORVHAV20

@@ -127,9 +127,8 @@ TCIMDateTime DurationOf(std::uint64_t number, std::size_t prefix) {
 
 std::optional<std::string> FormatDuration(ICIMPropertyDecl& decl, std::uint64_t number,
                                           std::size_t prefix) {
-  const TCIMDateTime duration = DurationOf(number, prefix);
   if (!QualifierValue(decl, "DISPLAYCPUTIME")) return std::nullopt;
-  return duration.ToUIString();
+  return DurationOf(number, prefix).ToUIString();
 }
 
 }  // namespace

@@ -32,9 +32,11 @@ void RequireType(const char* operation, TCIMValue::TCIMType declared, TCIMValue:
   Throw(kHAVTypesDiffer);
 }
 
+// A reference that is declared to no class takes one to any.
 void RequireReferencedClass(const TCIMValue& declared, const TCIMValue& given) {
+  const auto declaredClass = declared.GetReferencedClass();
+  if (!declaredClass) return;
   const auto givenClass = Require(given.GetReferencedClass());
-  const auto declaredClass = Require(declared.GetReferencedClass());
   if (givenClass->IsA(declaredClass, TOptions())) return;
   LogError("SetPrevValue: decl references type " + declaredClass->GetName(TOptions()) +
            " but value references " + givenClass->GetName(TOptions()));
@@ -69,8 +71,10 @@ const TCIMValue& TInmemProperty::GetValue(TOptions) const {
 }
 
 void TInmemProperty::SetValue(const TCIMValue& value, TOptions) {
+  const boost::intrusive_ptr<TSlotTable> table(m_table);
+  const std::size_t index = m_index;
   RequireType("Inmem: SetValue", GetType(TOptions()), value.GetType());
-  m_table->Assign(m_index, value);
+  table->Assign(index, value);
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemProperty::GetDecl(TOptions) const {
@@ -78,14 +82,17 @@ boost::shared_ptr<ICIMPropertyDecl> TInmemProperty::GetDecl(TOptions) const {
 }
 
 bool TInmemProperty::operator==(const ICIMProperty& other) const {
-  return Decl() == other.GetDecl(TOptions()) && GetValue(TOptions()) == other.GetValue(TOptions());
+  const auto decl = Decl();
+  const TCIMValue value = GetValue(TOptions());
+  return decl == other.GetDecl(TOptions()) && value == other.GetValue(TOptions());
 }
 
 bool TInmemProperty::operator<(const ICIMProperty& other) const {
   const auto decl = Decl();
+  const TCIMValue value = GetValue(TOptions());
   const auto otherDecl = other.GetDecl(TOptions());
   if (decl < otherDecl) return true;
-  return decl == otherDecl && GetValue(TOptions()) < other.GetValue(TOptions());
+  return decl == otherDecl && value < other.GetValue(TOptions());
 }
 
 const TCIMValue& TInmemProperty::GetPrevValue(TOptions) const {
@@ -96,12 +103,14 @@ const TCIMValue& TInmemProperty::GetPrevValue(TOptions) const {
 void TInmemProperty::ClearPrevValue(TOptions) { m_table->SetPrevious(m_index, TCIMValue()); }
 
 void TInmemProperty::SetPrevValue(const TCIMValue& value, TOptions) {
+  const boost::intrusive_ptr<TSlotTable> table(m_table);
+  const std::size_t index = m_index;
   if (!value.IsNull()) {
     const auto decl = Decl();
     RequireType("SetPrevValue", decl->GetType(TOptions()), value.GetType());
     if (value.IsReference()) RequireReferencedClass(decl->GetDefaultValue(TOptions()), value);
   }
-  m_table->SetPrevious(m_index, value);
+  table->SetPrevious(index, value);
 }
 
 bool TInmemProperty::HasPrevValue(TOptions) const { return m_table->Previous(m_index) != nullptr; }

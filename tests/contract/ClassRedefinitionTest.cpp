@@ -123,6 +123,38 @@ TEST_F(ClassRedefinition, AssociationThatIsRedefinedLeavesNoClassBlocked) {
   EXPECT_STATUS(0, b->Delete({}));
 }
 
+// An association "Ring" with a reference to `target`, itself when that is empty.
+ClassPtr Ring(const Repository& repository, ClassPtr target = {}) {
+  auto ring = repository.Allocate("Ring", {}, {{"Association", TCIMValue(true)}});
+  repository.Reference(ring, "Next", target ? target : ring, {{"Key", TCIMValue(true)}});
+  return ring;
+}
+
+TEST_F(ClassRedefinition, KeepsTheRegistrationOfAnAssociationWithItself) {
+  auto one = Ring(repository);
+  auto two = Ring(repository);
+  one->AddToNamespace({});
+  two->AddToNamespace({});
+  for (const auto& ring : {two, one, two}) {
+    ring->AddToNamespace({});
+    EXPECT_EQ(AssociationNames(ring), Names{"Ring"});
+    EXPECT_EQ(AssociationNames(ring == one ? two : one), Names{});
+  }
+  EXPECT_STATUS(0, two->Delete({}));
+  EXPECT_EQ(AssociationNames(two), Names{});
+}
+
+TEST_F(ClassRedefinition, KeepsTheRegistrationWithTheClassItWasOnTheClassItIs) {
+  auto one = Ring(repository);
+  auto two = Ring(repository, one);
+  one->AddToNamespace({});
+  two->AddToNamespace({});
+  EXPECT_EQ(AssociationNames(two), Names{"Ring"});
+  EXPECT_EQ(AssociationNames(one), Names{});
+  EXPECT_STATUS(0, two->Delete({}));
+  EXPECT_EQ(AssociationNames(two), Names{});
+}
+
 TEST_F(ClassRedefinition, ThatWouldMakeAClassItsOwnAncestorIsRefused) {
   auto upper = repository.Allocate("Upper", {}, kAbstract);
   auto lower = repository.Allocate("Lower", upper, kAbstract);
@@ -160,6 +192,17 @@ TEST_P(NetworkPort, IsNotRedefinedAndNothingIsSaid) {
   EXPECT_EQ(RootClassNames(repository.ns), Names{GetParam()});
   EXPECT_STATUS(17, second->Delete({}));
   EXPECT_STATUS(0, first->Delete({}));
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+}
+
+TEST_P(NetworkPort, ComesBackWhenItIsDeletedAndAddedAgain) {
+  LoggedRepository repository(true);
+  auto port = repository.Allocate(GetParam(), {}, kAbstract);
+  port->AddToNamespace({});
+  port->Delete({});
+  EXPECT_STATUS(0, port->AddToNamespace({}));
+  EXPECT_EQ(RootClassNames(repository.ns), Names{GetParam()});
+  EXPECT_STATUS(0, port->Delete({}));
   EXPECT_EQ(repository.TakeLog(), kNothingLogged);
 }
 

@@ -1,5 +1,10 @@
 // Display text through the slot: value maps, radix, units, durations, NULL, arrays and
 // previous values. One case for each rule; the tables are tested where the formatting is.
+#include <memory>
+
+#include <boost/make_shared.hpp>
+
+#include "support/ForeignQualifier.h"
 #include "support/Instances.h"
 
 namespace havtest {
@@ -160,6 +165,36 @@ TEST(Display, SecondsAreADuration) {
 
 TEST(Display, ADurationNeedsDisplayCpuTime) {
   EXPECT_EQ(Text(Number(90), {{"UNITS", TCIMValue("Seconds")}}), "90");
+}
+
+TEST(Display, ADurationTooLongIsThePlainNumberWithoutDisplayCpuTime) {
+  const TCIMValue allOnes(~std::uint64_t{0});
+  EXPECT_EQ(Text(allOnes, {{"UNITS", TCIMValue("Seconds")}}), "18446744073709551615");
+  EXPECT_STATUS(14, Text(allOnes, Units("Seconds")));
+}
+
+TEST(Display, AQualifierMayChangeWhatIsShown) {
+  Shown shown(TCIMValue(kCIMUInt8, {TCIMValue(std::uint8_t{1}), TCIMValue(std::uint8_t{2})}), {});
+  const auto base = boost::make_shared<ForeignQualifier>(
+      shown.repository.Declaration("BASE", TCIMValue(std::uint8_t{})), TCIMValue(std::uint8_t{2}));
+  base->whenAskedForValue = [&] { shown.slot->SetValue(TCIMValue(kCIMUInt8, {}), {}); };
+  shown.slot->GetDecl({})->AddQualifier(base, {});
+  EXPECT_EQ(shown.slot->GetDisplayValues({}), (std::vector<std::string>{"1", "10"}));
+  EXPECT_EQ(shown.slot->GetDisplayValues({}), std::vector<std::string>{});
+}
+
+TEST(Display, AQualifierMayDropTheLastOwnerOfWhatIsShown) {
+  auto shown = std::make_unique<Shown>(TCIMValue(std::string(100, 'x')), Qualifiers{});
+  PropertyPtr slot = shown->slot;
+  const auto base = boost::make_shared<ForeignQualifier>(
+      shown->repository.Declaration("BASE", TCIMValue(std::uint8_t{})), TCIMValue(std::uint8_t{2}));
+  slot->GetDecl({})->AddQualifier(base, {});
+  ICIMProperty* const bare = slot.get();
+  base->whenAskedForValue = [&] {
+    shown.reset();
+    slot.reset();
+  };
+  EXPECT_EQ(bare->GetDisplayValue({}), std::string(100, 'x'));
 }
 
 TEST(Display, NullHasItsOwnText) {

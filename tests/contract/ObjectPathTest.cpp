@@ -174,6 +174,22 @@ TEST(ObjectPath, FindsTheInstanceWhateverTheCaseOfClassAndKeyNames) {
   EXPECT_EQ(repository.ns->GetInstance(path, {}), instance);
 }
 
+TEST(ObjectPath, OfKeysThatAreNoNamesIsLookedUpInSilence) {
+  Repository repository;
+  auto cls = repository.Class("Thing");
+  Named(repository, cls, "a");
+  RecordingLogger log;
+  TCIMReference path = ReferenceTo(cls, {{"bad-key", TCIMValue("a")}, {"1", TCIMValue("a")}});
+  path.AddKeyValue("worse key", TCIMValue("a"));
+  EXPECT_FALSE(repository.ns->GetInstance(path, {}));
+  TCIMReference unbound({}, {{"bad-key", TCIMValue("a")}});
+  EXPECT_STATUS(15, repository.ns->GetInstance(unbound, {}));
+  unbound.SetClass(cls);
+  EXPECT_STATUS(15, unbound.GetCIMElement(false));
+  EXPECT_EQ(path.GetPath(), "Thing.1=\"a\",bad-key=\"a\",worse key=\"a\"");
+  EXPECT_EQ(log.Take(), LogLines{});
+}
+
 TEST(ObjectPath, DistinguishesTheCaseOfKeyValues) {
   Repository repository;
   auto cls = repository.Class("Thing");

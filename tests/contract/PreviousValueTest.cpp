@@ -170,6 +170,21 @@ TEST(PreviousValue, OfAReferenceToTheDeclaredClassesSuperclassThrows14) {
                                    "references Wanted"}}));
 }
 
+TEST(PreviousValue, OfAReferenceThatIsDeclaredToNoClassMayBeOfAnyClass) {
+  Ends ends;
+  auto link = ends.repository.Allocate("Wide", {}, {{"Association", TCIMValue(true)}});
+  ends.repository.Property(link, "End", TCIMValue::Null(kCIMReference));
+  auto slot = link->AllocateInstance({})->GetProperty("End", {});
+  RecordingLogger log;
+  for (const auto& cls : {ends.wanted, ends.other}) {
+    EXPECT_STATUS(0, slot->SetValue(ends.To(cls), {}));
+    EXPECT_STATUS(0, slot->SetPrevValue(ends.To(cls), {}));
+    EXPECT_EQ(slot->GetPrevValue({}), ends.To(cls));
+  }
+  EXPECT_STATUS(0, slot->SetPrevValue(TCIMValue(TCIMReference({}, {})), {}));
+  EXPECT_EQ(log.Take(), LogLines{});
+}
+
 TEST(PreviousValue, ANullReferenceToAnyClassIsTaken) {
   Ends ends;
   RecordingLogger log;

@@ -79,6 +79,9 @@ class FakePropertyDecl : public Unqualified<ICIMPropertyDecl> {
 
 class FakeClass : public Unqualified<ICIMClass> {
  public:
+  // The names of the declarations that were looked for, in order.
+  mutable std::vector<std::string> asked;
+
   FakeClass(std::string name, NamespacePtr home, const std::map<std::string, ECIMType>& keys)
       : m_name(std::move(name)), m_home(home) {
     for (const auto& [key, type] : keys)
@@ -88,6 +91,7 @@ class FakeClass : public Unqualified<ICIMClass> {
   const std::string& GetName(TOptions) const override { return m_name; }
   NamespacePtr GetNamespace(TOptions) const override { return m_home.lock(); }
   PropertyDeclPtr GetPropertyDecl(const std::string& name, TOptions) const override {
+    asked.push_back(name);
     const auto decl = m_decls.find(LowerCase(name));
     if (decl == m_decls.end()) throw THAVException(kHAVNotFound);
     return decl->second;

@@ -94,6 +94,18 @@ TEST_F(TCIMReferenceTest, ABoundPathIsSpeltAsDeclared) {
   EXPECT_EQ(path.GetClass(), disk);
 }
 
+TEST_F(TCIMReferenceTest, AsksTheClassForNoKeyThatIsNoName) {
+  const auto cls = boost::make_shared<havtest::FakeClass>(
+      "C", home, std::map<std::string, ECIMType>{{"Name", kCIMString}});
+  TCIMReference path({}, {{"bad-key", TCIMValue(true)}});
+  path.SetClass(cls);
+  path.AddKeyValue("2nd", TCIMValue(true));
+  path.AddKeyValue("", TCIMValue(true));
+  path.AddKeyValue("name", TCIMValue(true));
+  EXPECT_EQ(cls->asked, std::vector<std::string>{"name"});
+  EXPECT_EQ(path.GetPath(), "C.=TRUE,2nd=TRUE,bad-key=TRUE,Name=TRUE");
+}
+
 TEST_F(TCIMReferenceTest, APathKeepsItsTextWhenItsClassGoes) {
   TCIMReference path({}, {{"index", TCIMValue(std::uint16_t{1})}});
   path.SetClass(disk);

@@ -7,13 +7,19 @@
 #include <functional>
 #include <memory>
 
+#include <boost/make_shared.hpp>
+
 #include "support/CompareNamespaces.h"
+#include "support/ForeignClass.h"
 #include "support/Repository.h"
 #include "tests/model/FailingAllocations.h"
 
 namespace {
 
 using namespace havtest;
+
+// Longer than a look-up folds without memory.
+const std::string kLongName(100, 'n');
 
 // A small namespace with everything in it that the operations need.
 struct Model {
@@ -26,6 +32,7 @@ struct Model {
     second = repository.Instance(node, {{"Name", TCIMValue("second")}});
     repository.Link(link, "From", first, "To", second);
     leaf = repository.Class("Leaf", node);
+    longNamed = repository.Class(kLongName);
     fresh = repository.Allocate("Fresh", node, {{"Version", TCIMValue("1.0")}});
     freshLink = repository.Allocate("FreshLink", link);
     method = node->AllocateMethodDecl("Reset", kCIMUInt32, {});
@@ -41,7 +48,7 @@ struct Model {
 
   RecordingLogger log;
   Repository repository;
-  ClassPtr base, node, link, leaf, fresh, freshLink;
+  ClassPtr base, node, link, leaf, longNamed, fresh, freshLink;
   InstancePtr first, second, loose, keyed, shared;
   MethodDeclPtr method;
 };
@@ -162,6 +169,68 @@ TEST(AllocationFailure, AskingForASlot) {
 
 TEST(AllocationFailure, RemovingAnInstance) {
   ExpectAllOrNothing([](Model& model) { model.second->Delete({}); });
+}
+
+TEST(AllocationFailure, ReadingADerivedProperty) {
+  for (const std::string name : {"speedDuplex", "HealthState", "Description"})
+    ExpectAllOrNothing([&](Model& model) { model.first->GetProperty(name, {}); });
+  ExpectAllOrNothing([](Model& model) { model.first->GetProperty(kLongName + "HealthState", {}); });
+}
+
+TEST(AllocationFailure, AllocatingARegisteredClassOfALongName) {
+  ExpectAllOrNothing([](Model& model) {
+    const ClassPtr registered = model.longNamed;
+    ASSERT_EQ(model.repository.ns->AllocateClass(kLongName, {}, {}), registered);
+  });
+}
+
+// Processors, whose walk logs, with a subclass of the host's making among the subclasses.
+struct Processors {
+  Processors() {
+    auto processor = repository.Allocate("ORVSG_Processor");
+    repository.Key(processor, "Name");
+    repository.Property(processor, "CPUStatus", TCIMValue(std::uint16_t{2}));
+    processor->AddToNamespace({});
+    auto sub = repository.Class("Sub", processor);
+    auto behind = repository.Class("Behind");
+    processor->AddSubclass(boost::make_shared<ForeignClass>(behind), {});
+    repository.Class("Last", processor);
+    for (const char* name : {"ORVSG_Processor", "Sub", "Behind", "Last"})
+      repository.Instance(repository.ns->GetClass(name, {}), {{"Name", TCIMValue("a")}});
+    cls = processor;
+  }
+
+  RecordingLogger log;
+  Repository repository;
+  ClassPtr cls;
+};
+
+TEST(AllocationFailure, OfADeepWalkIsNeverAPartOfTheAnswer) {
+  for (std::size_t allowed = 0; allowed < 5000; ++allowed) {
+    Processors processors;
+    int visits = 0;
+    bool failed = false;
+    bool threw = false;
+    const TEnumCallback<ICIMInstance> count = [&](InstancePtr) {
+      ++visits;
+      return true;
+    };
+    {
+      FailingAllocation failure(allowed);
+      try {
+        processors.cls->EnumerateInstances(count, true, {});
+      } catch (const std::bad_alloc&) {
+        threw = true;
+      }
+      failed = failure.HasFailed();
+    }
+    ASSERT_EQ(threw, failed) << "allocation " << allowed;
+    if (failed) continue;
+    EXPECT_EQ(visits, 4);
+    EXPECT_GT(allowed, 4u);
+    return;
+  }
+  FAIL() << "it never came to an end";
 }
 
 TEST(AllocationFailure, RepeatingTheInheritanceOfARegisteredClass) {

@@ -72,6 +72,7 @@ const std::map<std::string, std::string> kShort{
     {"Bytes", "B"}, {"Bytes per Second", "B/s"}, {"Bits per Second", "bps"}};
 
 std::string FormatPlainDuration(ICIMPropertyDecl& decl, std::uint64_t n, std::size_t index) {
+  Qualifier(decl, "DISPLAYCPUTIME");
   TCIMDateTime interval;
   if (index >= 5) {
     std::uint64_t seconds = n;
@@ -88,7 +89,6 @@ std::string FormatPlainDuration(ICIMPropertyDecl& decl, std::uint64_t n, std::si
         static_cast<std::uint16_t>(seconds / 60 % 60), static_cast<std::uint16_t>(seconds % 60),
         static_cast<std::uint32_t>(microseconds));
   }
-  Qualifier(decl, "DISPLAYCPUTIME");
   return interval.ToUIString();
 }
 
