@@ -1,0 +1,32 @@
+// The plug-in beside the model, operation by operation, over random programs. HAV_ORACLE_SEED and
+// HAV_ORACLE_PROGRAMS say where to begin and how many programs to run.
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/oracle/TProgram.h"
+
+namespace havtest::oracle {
+namespace {
+
+std::uint64_t Setting(const char* name, std::uint64_t otherwise) {
+  const char* const said = std::getenv(name);
+  return said != nullptr ? std::stoull(said) : otherwise;
+}
+
+TEST(Oracle, AnswersEveryOperationAsThePlugInDoes) {
+  constexpr std::size_t kLength = 400;
+  const auto first = Setting("HAV_ORACLE_SEED", 1);
+  const auto programs = Setting("HAV_ORACLE_PROGRAMS", 500);
+  for (std::uint64_t seed = first; seed < first + programs; ++seed) {
+    const auto program = RandomProgram(seed, kLength);
+    if (Compare(program).at == program.size()) continue;
+    FAIL() << "seed " << seed << ":\n" << Explain(program);
+  }
+  std::cout << programs * kLength << " operations compared\n";
+}
+
+}  // namespace
+}  // namespace havtest::oracle

@@ -1,0 +1,276 @@
+// Instances: their slots, how a class stores them, and what associations lead to.
+#include <algorithm>
+
+#include "tests/oracle/TModel.h"
+
+namespace havtest::oracle {
+
+namespace {
+
+bool Has(const std::string& text, const char* part) { return text.find(part) != text.npos; }
+
+TValue Text(const std::string& text) {
+  TValue value;
+  value.null = false;
+  value.text = text;
+  return value;
+}
+
+TValue Zero() {
+  TValue value;
+  value.type = kUInt16;
+  value.null = false;
+  return value;
+}
+
+}  // namespace
+
+Id TModel::AllocateInstance(Id cls) {
+  instances.push_back({cls, {}});
+  auto& slots = instances.back().slots;
+  for (const auto& [name, entry] : classes[cls].properties) {
+    slots[name] = std::make_shared<TSlot>();
+    slots[name]->decl = entry.decl;
+  }
+  return static_cast<Id>(instances.size()) - 1;
+}
+
+const TValue& TModel::ValueOf(const TSlot& slot) const {
+  return slot.value ? *slot.value : decls[slot.decl].value;
+}
+
+const TValue& TModel::PreviousOf(const TSlot& slot) const {
+  return slot.previous ? *slot.previous : ValueOf(slot);
+}
+
+void TModel::SetValue(TSlot& slot, const TValue& value) {
+  const unsigned declared = decls[slot.decl].value.type;
+  if (declared != value.type)
+    Refuse("Inmem: SetValue: decl is type " + TypeName(declared) + " but value is type " +
+               TypeName(value.type),
+           14);
+  slot.value = std::make_unique<TValue>(value);
+}
+
+void TModel::SetPrevious(TSlot& slot, const TValue& value) {
+  if (!value.null) {
+    const TValue& declared = decls[slot.decl].value;
+    if (declared.type != value.type)
+      Refuse("SetPrevValue: decl is type " + TypeName(declared.type) + " but value is type " +
+                 TypeName(value.type),
+             14);
+    if (value.type == kReference && declared.path && !IsA(value.path->cls, declared.path->cls))
+      Refuse("SetPrevValue: decl references type " + classes[declared.path->cls].name +
+                 " but value references " + classes[value.path->cls].name,
+             14);
+  }
+  slot.previous = std::make_unique<TValue>(value);
+}
+
+std::shared_ptr<TSlot> TModel::GetSlot(Id id, const std::string& name) {
+  const auto found = instances[id].slots.find(Normalize(name));
+  if (found != instances[id].slots.end()) return found->second;
+  const Id cls = instances[id].cls;
+  const auto derive = [&](const std::string& derived, const TValue& value) {
+    AddProperty(cls, NewDecl(cls, derived, value));
+    auto slot = std::make_shared<TSlot>();
+    slot->decl = GetProperty(cls, derived);
+    return slot;
+  };
+  if (Has(name, "speedDuplex")) return derive("speedDuplex", Text("Unknown"));
+  if (Has(name, "Description")) return derive("Description", Text(" "));
+  for (const char* status :
+       {"CommunicationStatus", "DetailedStatus", "HealthState", "OperatingStatus", "PrimaryStatus"})
+    if (Has(name, status)) return derive(name, Zero());
+  throw TStatus{15};
+}
+
+void TModel::SetProperty(Id id, const std::string& name, const TValue& value) {
+  const auto found = instances[id].slots.find(Normalize(name));
+  if (found != instances[id].slots.end()) return SetValue(*found->second, value);
+  if (!Has(name, "speedDuplex")) throw TStatus{15};
+}
+
+TPath TModel::Reference(Id id) {
+  const Id cls = instances[id].cls;
+  TPath path{cls, {}};
+  for (Id key : Keys(cls)) {
+    const auto name = decls[key].name;
+    path.keys.emplace_back(name, ValueOf(*GetSlot(id, name)));
+  }
+  return path;
+}
+
+Id TModel::GetInstance(Id ns, const TPath& path) {
+  const Id cls = GetClass(ns, classes[path.cls].name);
+  const auto found = classes[cls].store.find(PathText(path));
+  return found == classes[cls].store.end() ? kNone : found->second;
+}
+
+TModel::TElement TModel::Resolve(const TPath& path) {
+  const Id home = classes[path.cls].home;
+  const Id found = GetInstance(home, path);
+  if (found != kNone) return {found, kNone};
+  if (!path.keys.empty()) throw TStatus{15};
+  return {kNone, GetClass(home, classes[path.cls].name)};
+}
+
+void TModel::Validate(Id id) {
+  const TInstance& instance = instances[id];
+  const auto className = classes[instance.cls].name;
+  for (Id key : Keys(instance.cls)) {
+    const auto name = decls[key].name;
+    if (!ValueOf(*GetSlot(id, name)).null) continue;
+    Log(0, "Inmem: Instance " + className + ": key property " + name + " is NULL");
+    throw TStatus{18};
+  }
+  if (!IsTrue(instance.cls, "association")) return;
+  for (const auto& [name, slot] : instances[id].slots) {
+    const TValue value = ValueOf(*slot);
+    if (!value.IsReference()) continue;
+    try {
+      Resolve(*value.path);
+    } catch (const TStatus& status) {
+      if (status.code == 15)
+        Log(0, "Inmem: Reference " + PathText(*value.path) + " doesn't point to anything!");
+      throw;
+    }
+  }
+}
+
+void TModel::AddInstance(Id id) {
+  try {
+    Validate(id);
+  } catch (const TStatus&) {
+    Log(0, "Inmem: Instance " + classes[instances[id].cls].name + ": invalid references");
+    return;
+  }
+  Store(instances[id].cls, id);
+}
+
+void TModel::DeleteInstance(Id id) { Unstore(instances[id].cls, id); }
+
+void TModel::Store(Id cls, Id id) {
+  const auto path = PathText(Reference(id));
+  Unstore(cls, id);
+  classes[cls].store[path] = id;
+}
+
+// Both what stands under the path that the instance has now, and the instance itself under the
+// path that it was stored by.
+void TModel::Unstore(Id cls, Id id) {
+  auto& store = classes[cls].store;
+  const auto held = [&] {
+    return std::find_if(store.begin(), store.end(),
+                        [&](const auto& entry) { return entry.second == id; });
+  };
+  try {
+    store.erase(PathText(Reference(id)));
+  } catch (const TStatus&) {
+    if (held() == store.end()) throw;
+  }
+  if (held() != store.end()) store.erase(held());
+}
+
+void TModel::ClearInstances(Id ns) {
+  for (const auto& [name, cls] : namespaces[ns].classes) classes[cls].store.clear();
+}
+
+std::vector<Id> TModel::Enumerate(Id cls, bool deep) const {
+  std::vector<Id> found;
+  for (const auto& [path, instance] : classes[cls].store) found.push_back(instance);
+  if (!deep) return found;
+  for (Id subclass : classes[cls].subclasses)
+    for (Id instance : Enumerate(subclass, true)) found.push_back(instance);
+  return found;
+}
+
+bool TModel::Refers(const TValue& value, Id id) {
+  return value.IsReference() && Resolve(*value.path).instance == id;
+}
+
+std::vector<Id> TModel::References(Id id, const std::string& resultClass, const std::string& role) {
+  std::vector<Id> found;
+  for (Id cls : AssociationClasses(instances[id].cls, resultClass, role)) {
+    for (Id association : Enumerate(cls, false)) {
+      // A class drops whatever the examination of one instance throws.
+      const auto refers = [&](const TValue& value) {
+        try {
+          return Refers(value, id);
+        } catch (const TStatus&) {
+          return false;
+        }
+      };
+      if (!role.empty()) {
+        try {
+          if (refers(ValueOf(*GetSlot(association, role)))) found.push_back(association);
+        } catch (const TStatus&) {
+        }
+        continue;
+      }
+      const auto& slots = instances[association].slots;
+      if (std::any_of(slots.begin(), slots.end(),
+                      [&](const auto& slot) { return refers(ValueOf(*slot.second)); }))
+        found.push_back(association);
+    }
+  }
+  return found;
+}
+
+std::vector<Id> TModel::Associators(Id id, const std::string& associationClass,
+                                    const std::string& resultClass, const std::string& role,
+                                    const std::string& resultRole) {
+  std::vector<Id> found;
+  Id filter = kNone;
+  try {
+    filter = GetClass(classes[instances[id].cls].home, resultClass);
+  } catch (const TStatus& status) {
+    if (status.code != 15) throw;
+    return found;
+  }
+  for (Id association : References(id, associationClass, "")) {
+    try {
+      if (resultRole.empty())
+        ExamineCandidate(id, association, filter, role, found);
+      else
+        ExamineWithResultRole(association, filter, resultRole, found);
+    } catch (const TStatus&) {
+    }
+  }
+  return found;
+}
+
+void TModel::ExamineCandidate(Id self, Id association, Id resultClass, const std::string& role,
+                              std::vector<Id>& found) {
+  const auto folded = Normalize(role);
+  bool selfSeen = false;
+  for (const auto& [name, slot] : instances[association].slots) {
+    const TValue value = ValueOf(*slot);
+    if (!value.IsReference()) continue;
+    if (!selfSeen) {
+      if (!role.empty()) {
+        selfSeen = name == folded;
+      } else if (value.path->cls == instances[self].cls) {
+        try {
+          selfSeen = Refers(value, self);
+        } catch (const TStatus&) {
+        }
+      }
+      if (selfSeen) continue;
+    }
+    if (!IsA(value.path->cls, resultClass)) continue;
+    const Id other = Resolve(*value.path).instance;
+    if (other != kNone) found.push_back(other);
+    return;
+  }
+}
+
+void TModel::ExamineWithResultRole(Id association, Id resultClass, const std::string& resultRole,
+                                   std::vector<Id>& found) {
+  const TValue value = ValueOf(*GetSlot(association, resultRole));
+  if (!value.IsReference() || !IsA(value.path->cls, resultClass)) return;
+  const Id other = Resolve(*value.path).instance;
+  if (other != kNone) found.push_back(other);
+}
+
+}  // namespace havtest::oracle

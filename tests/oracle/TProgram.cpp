@@ -1,0 +1,95 @@
+#include "tests/oracle/TProgram.h"
+
+#include <algorithm>
+#include <random>
+
+namespace havtest::oracle {
+
+namespace {
+
+// How often an operation comes while the schema is made, and afterwards.
+struct TWeight {
+  EOp op;
+  unsigned early, late;
+};
+
+constexpr TWeight kWeights[] = {
+    {EOp::kNewNamespace, 1, 0},     {EOp::kAllocateQualifierDecl, 12, 1},
+    {EOp::kGetQualifierDecl, 1, 1}, {EOp::kAllocateClass, 22, 4},
+    {EOp::kGetClass, 1, 2},         {EOp::kQualifyClass, 16, 3},
+    {EOp::kQualifyDecl, 4, 2},      {EOp::kChangeQualifier, 1, 1},
+    {EOp::kDeclareProperty, 24, 3}, {EOp::kDeclareReference, 16, 3},
+    {EOp::kDeclareMethod, 4, 1},    {EOp::kAddPropertyTo, 2, 1},
+    {EOp::kRemoveProperty, 1, 1},   {EOp::kRemoveMethod, 1, 1},
+    {EOp::kSetDefault, 2, 4},       {EOp::kAddClass, 22, 5},
+    {EOp::kDeleteClass, 1, 2},      {EOp::kAllocateInstance, 4, 24},
+    {EOp::kSetProperty, 4, 50},     {EOp::kAddInstance, 2, 28},
+    {EOp::kDeleteInstance, 0, 6},   {EOp::kStoreIn, 0, 3},
+    {EOp::kRemoveFrom, 0, 2},       {EOp::kGetProperty, 1, 8},
+    {EOp::kSetSlot, 1, 8},          {EOp::kSetPrevious, 0, 4},
+    {EOp::kClearPrevious, 0, 2},    {EOp::kCompareSlots, 0, 2},
+    {EOp::kClearInstances, 0, 1},   {EOp::kFindInstance, 0, 4},
+    {EOp::kEnumerate, 0, 6},        {EOp::kReferences, 0, 16},
+    {EOp::kAssociators, 0, 16},     {EOp::kClassAssociations, 2, 4},
+    {EOp::kCompareClasses, 1, 2},   {EOp::kDump, 0, 1},
+};
+
+EOp Choose(std::uint64_t number, bool early) {
+  unsigned total = 0;
+  for (const TWeight& weight : kWeights) total += early ? weight.early : weight.late;
+  auto left = static_cast<unsigned>(number % total);
+  for (const TWeight& weight : kWeights) {
+    const unsigned share = early ? weight.early : weight.late;
+    if (left < share) return weight.op;
+    left -= share;
+  }
+  return EOp::kDump;
+}
+
+bool Differs(const TProgram& program) { return Compare(program).at < program.size(); }
+
+}  // namespace
+
+TProgram RandomProgram(std::uint64_t seed, std::size_t length) {
+  std::mt19937_64 random(seed);
+  TProgram program;
+  const std::size_t schema = length / 3 + random() % (length / 3 + 1);
+  for (std::size_t i = 0; i < length; ++i) {
+    TOperation operation{Choose(random(), i < schema), {}};
+    for (unsigned& argument : operation.arguments) argument = static_cast<unsigned>(random() >> 33);
+    program.push_back(operation);
+  }
+  return program;
+}
+
+TProgram Minimal(TProgram program) {
+  program.resize(std::min(program.size(), Compare(program).at + 1));
+  for (std::size_t chunk = program.size() / 2; chunk > 0; chunk /= 2) {
+    for (bool again = true; again;) {
+      again = false;
+      for (std::size_t at = 0; at + chunk <= program.size();) {
+        TProgram shorter = program;
+        shorter.erase(shorter.begin() + static_cast<std::ptrdiff_t>(at),
+                      shorter.begin() + static_cast<std::ptrdiff_t>(at + chunk));
+        if (!Differs(shorter)) {
+          at += chunk;
+          continue;
+        }
+        program.swap(shorter);
+        again = true;
+      }
+    }
+  }
+  return program;
+}
+
+std::string Explain(const TProgram& program) {
+  const TProgram minimal = Minimal(program);
+  std::vector<std::string> trace;
+  const TDifference difference = Compare(minimal, &trace);
+  std::string text;
+  for (const auto& line : trace) text += line + '\n';
+  return text + "plug-in: " + difference.plugin + "\nmodel:   " + difference.model + '\n';
+}
+
+}  // namespace havtest::oracle

@@ -1,0 +1,79 @@
+// TProgram: a sequence of operations on the contract, each with a few numbers for what it is done
+// to. Numbers count modulo what there is, so that any subsequence is a program too and a failing
+// one can be cut down.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace havtest::oracle {
+
+enum class EOp : unsigned {
+  kNewNamespace,
+  kAllocateQualifierDecl,
+  kGetQualifierDecl,
+  kAllocateClass,
+  kGetClass,
+  kQualifyClass,
+  kQualifyDecl,
+  kChangeQualifier,
+  kDeclareProperty,
+  kDeclareReference,
+  kDeclareMethod,
+  kAddPropertyTo,
+  kRemoveProperty,
+  kRemoveMethod,
+  kSetDefault,
+  kAddClass,
+  kDeleteClass,
+  kAllocateInstance,
+  kSetProperty,
+  kAddInstance,
+  kDeleteInstance,
+  kStoreIn,
+  kRemoveFrom,
+  kGetProperty,
+  kSetSlot,
+  kSetPrevious,
+  kClearPrevious,
+  kCompareSlots,
+  kClearInstances,
+  kFindInstance,
+  kEnumerate,
+  kReferences,
+  kAssociators,
+  kClassAssociations,
+  kCompareClasses,
+  kDump,
+  kCount
+};
+
+struct TOperation {
+  EOp op;
+  std::array<unsigned, 6> arguments;
+};
+
+using TProgram = std::vector<TOperation>;
+
+// A program of `length` operations; the same seed gives the same one.
+TProgram RandomProgram(std::uint64_t seed, std::size_t length);
+
+struct TDifference {
+  // The first operation on which the two sides differ; the program's length for none.
+  std::size_t at;
+  std::string plugin, model;
+};
+
+// Runs the program on both sides. `trace` gets a line for each operation when it is there.
+TDifference Compare(const TProgram& program, std::vector<std::string>* trace = nullptr);
+
+// The program cut down to what still makes the two sides differ.
+TProgram Minimal(TProgram program);
+
+// What a failed comparison shows: the minimal program, operation by operation, and the two
+// answers.
+std::string Explain(const TProgram& program);
+
+}  // namespace havtest::oracle
