@@ -13,8 +13,9 @@ namespace havtest::oracle {
 
 namespace {
 
-constexpr const char* kClassNames[] = {
-    "A", "B", "C", "D", "L", "M", "ORVSG_PhysicalNetworkPort", "<root>", "no name", ""};
+// No class without a name: a path without a class name leads nowhere.
+constexpr const char* kClassNames[] = {"A", "B", "C", "D", "L", "M", "ORVSG_PhysicalNetworkPort",
+                                       "<root>", "no name"};
 constexpr const char* kLookups[] = {"A", "b", "C", "D", "L", "m", "<root>", "<ROOT>", "Nowhere"};
 constexpr const char* kProperties[] = {"Name", "Left",        "Right",       "Size",
                                        "name", "PortTypeOne", "speedDuplex", "HealthState",
@@ -55,8 +56,10 @@ class TRun {
     m_what.str("");
     Dispatch(operation.op);
     what = m_what.str();
-    plugin = Answer(m_onPlugin) + PluginLog();
-    model = Answer(m_onModel) + ModelLog();
+    plugin = Answer(m_onPlugin);
+    plugin += PluginLog();
+    model = Answer(m_onModel);
+    model += ModelLog();
     return plugin == model;
   }
 

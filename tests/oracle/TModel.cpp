@@ -32,6 +32,7 @@ std::string Escaped(const std::string& text) {
 
 std::string TypeName(unsigned type) {
   switch (type) {
+    case 0: return "none";
     case kBoolean: return "boolean";
     case kUInt16: return "uint16";
     case kString: return "string";
