@@ -48,6 +48,39 @@ EOp Choose(std::uint64_t number, bool early) {
 
 bool Differs(const TProgram& program) { return Compare(program).at < program.size(); }
 
+bool RemoveOperations(TProgram& program) {
+  const std::size_t before = program.size();
+  for (std::size_t chunk = std::max<std::size_t>(before / 2, 1); chunk > 0; chunk /= 2) {
+    for (std::size_t at = 0; at + chunk <= program.size();) {
+      TProgram shorter = program;
+      const auto begin = shorter.begin() + static_cast<std::ptrdiff_t>(at);
+      shorter.erase(begin, begin + static_cast<std::ptrdiff_t>(chunk));
+      if (Differs(shorter))
+        program.swap(shorter);
+      else
+        at += chunk;
+    }
+  }
+  return program.size() < before;
+}
+
+// What stands first needs no operations before it that only count up to it.
+bool SmallerArguments(TProgram& program) {
+  bool changed = false;
+  for (TOperation& operation : program) {
+    for (unsigned& argument : operation.arguments) {
+      const unsigned given = argument;
+      for (unsigned smaller = 0; smaller < std::min(given, 12u); ++smaller) {
+        argument = smaller;
+        if (Differs(program)) break;
+        argument = given;
+      }
+      changed = changed || argument != given;
+    }
+  }
+  return changed;
+}
+
 }  // namespace
 
 TProgram RandomProgram(std::uint64_t seed, std::size_t length) {
@@ -64,21 +97,7 @@ TProgram RandomProgram(std::uint64_t seed, std::size_t length) {
 
 TProgram Minimal(TProgram program) {
   program.resize(std::min(program.size(), Compare(program).at + 1));
-  for (std::size_t chunk = program.size() / 2; chunk > 0; chunk /= 2) {
-    for (bool again = true; again;) {
-      again = false;
-      for (std::size_t at = 0; at + chunk <= program.size();) {
-        TProgram shorter = program;
-        shorter.erase(shorter.begin() + static_cast<std::ptrdiff_t>(at),
-                      shorter.begin() + static_cast<std::ptrdiff_t>(at + chunk));
-        if (!Differs(shorter)) {
-          at += chunk;
-          continue;
-        }
-        program.swap(shorter);
-        again = true;
-      }
-    }
+  while (RemoveOperations(program) || SmallerArguments(program)) {
   }
   return program;
 }
