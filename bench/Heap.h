@@ -1,4 +1,4 @@
-// Heap: what this process has allocated with `new`, in all its libraries.
+// Heap: what the calling thread has allocated with `new`, in all the libraries of the process.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 namespace havbench {
 
 struct Heap {
-  std::size_t calls;  // of operator new, since the process began
+  std::size_t calls;  // of operator new, since the thread began
   std::size_t bytes;  // in use now, as the allocator rounds them
 };
 

@@ -53,7 +53,7 @@ InmemSubject::InmemSubject()
   m_links->AddToNamespace({});
 }
 
-void InmemSubject::Make(const Disk& disk) {
+boost::shared_ptr<ICIMInstance> InmemSubject::Make(const Disk& disk) {
   const auto instance = m_disks->AllocateInstance({});
   instance->SetPropertyValue("SystemName", disk.systemName, {});
   instance->SetPropertyValue("DeviceID", disk.deviceId, {});
@@ -68,15 +68,21 @@ void InmemSubject::Make(const Disk& disk) {
   instance->SetPropertyValue("Removable", disk.removable, {});
   instance->SetPropertyValue("Healthy", disk.healthy, {});
   instance->AddToNamespace({});
+  return instance;
+}
+
+TCIMReference InmemSubject::PathTo(std::size_t number) const {
+  const Disk disk = DiskNumber(number);
+  TCIMReference path({}, {});
+  path.SetClass(m_disks);
+  path.AddKeyValue("SystemName", disk.systemName);
+  path.AddKeyValue("DeviceID", disk.deviceId);
+  return path;
 }
 
 void InmemSubject::Prepare(const std::vector<std::size_t>& numbers) {
   for (const std::size_t number : numbers) {
-    const Disk disk = DiskNumber(number);
-    TCIMReference path({}, {});
-    path.SetClass(m_disks);
-    path.AddKeyValue("SystemName", disk.systemName);
-    path.AddKeyValue("DeviceID", disk.deviceId);
+    TCIMReference path = PathTo(number);
     m_instances.push_back(m_namespace->GetInstance(path, {}));
     m_paths.push_back(std::move(path));
   }
@@ -84,6 +90,11 @@ void InmemSubject::Prepare(const std::vector<std::size_t>& numbers) {
 
 bool InmemSubject::Get(std::size_t place) const {
   return m_namespace->GetInstance(m_paths[place], {}) != nullptr;
+}
+
+std::uint64_t InmemSubject::GetAndRead(std::size_t place) const {
+  const auto instance = m_namespace->GetInstance(m_paths[place], {});
+  return static_cast<std::uint64_t>(instance->GetProperty("Size", {})->GetValue({}));
 }
 
 std::uint64_t InmemSubject::SizeOf(std::size_t place) const {
@@ -101,19 +112,58 @@ std::size_t InmemSubject::Enumerate() const {
   return visited;
 }
 
-void InmemSubject::MakeLink(std::size_t from, std::size_t to) {
+std::uint64_t InmemSubject::TotalSize() const {
+  std::uint64_t total = 0;
+  m_disks->EnumerateInstances(
+      [&](boost::shared_ptr<ICIMInstance> instance) {
+        total += static_cast<std::uint64_t>(instance->GetProperty("Size", {})->GetValue({}));
+        return true;
+      },
+      false, {});
+  return total;
+}
+
+boost::shared_ptr<ICIMInstance> InmemSubject::MakeLink(std::size_t from, std::size_t to) {
   const auto link = m_links->AllocateInstance({});
-  const auto path = [&](std::size_t number) {
-    const Disk disk = DiskNumber(number);
-    TCIMReference end({}, {});
-    end.SetClass(m_disks);
-    end.AddKeyValue("SystemName", disk.systemName);
-    end.AddKeyValue("DeviceID", disk.deviceId);
-    return TCIMValue(end);
-  };
-  link->SetPropertyValue("Antecedent", path(from), {});
-  link->SetPropertyValue("Dependent", path(to), {});
+  link->SetPropertyValue("Antecedent", PathTo(from), {});
+  link->SetPropertyValue("Dependent", PathTo(to), {});
   link->AddToNamespace({});
+  return link;
+}
+
+void InmemSubject::PrepareChanges(std::size_t firstFree) {
+  Make(DiskNumber(firstFree));
+  Make(DiskNumber(firstFree + 1));
+  m_spareLink = MakeLink(firstFree, firstFree + 1);
+  m_free = firstFree;
+  m_neighbour = std::make_unique<InmemSubject>();
+}
+
+void InmemSubject::Do(Change change) {
+  switch (change) {
+    case Change::kNone: break;
+    case Change::kInstance: m_added = Make(DiskNumber(m_free + 2)); break;
+    case Change::kLink: m_added = MakeLink(m_free + 1, m_free); break;
+    case Change::kUnlink: MakeLink(m_free + 1, m_free)->Delete({}); break;
+    case Change::kReference: m_spareLink->SetPropertyValue("Dependent", PathTo(m_free), {}); break;
+    case Change::kProperty:
+      m_instances.front()->SetPropertyValue("Caption", TCIMValue("changed"), {});
+      break;
+    case Change::kRekey:
+      m_spareLink->SetPropertyValue("Dependent", PathTo(m_free), {});
+      m_spareLink->AddToNamespace({});
+      break;
+    case Change::kNeighbour: m_added = m_neighbour->Make(DiskNumber(0)); break;
+    case Change::kDerived: m_instances.front()->GetProperty("speedDuplex", {}); break;
+  }
+}
+
+void InmemSubject::Undo(Change change) {
+  if (m_added) m_added->Delete({});
+  m_added.reset();
+  if (change != Change::kReference && change != Change::kRekey) return;
+  m_spareLink->SetPropertyValue("Dependent", PathTo(m_free + 1), {});
+  m_spareLink->AddToNamespace({});
 }
 
 std::size_t InmemSubject::Associators(std::size_t place) const {

@@ -60,9 +60,20 @@ bool ProtobufSubject::Get(std::size_t place) const {
   return m_messages.find(m_paths[place]) != m_messages.end();
 }
 
-std::uint64_t ProtobufSubject::SizeOf(std::size_t place) const {
-  const Message& message = *m_prepared[place];
+std::uint64_t ProtobufSubject::Read(const Message& message) const {
   return message.GetReflection()->GetUInt64(message, m_descriptor->FindFieldByName("Size"));
+}
+
+std::uint64_t ProtobufSubject::GetAndRead(std::size_t place) const {
+  return Read(*m_messages.find(m_paths[place])->second);
+}
+
+std::uint64_t ProtobufSubject::SizeOf(std::size_t place) const { return Read(*m_prepared[place]); }
+
+std::uint64_t ProtobufSubject::TotalSize() const {
+  std::uint64_t total = 0;
+  for (const auto& entry : m_messages) total += Read(*entry.second);
+  return total;
 }
 
 std::size_t ProtobufSubject::Enumerate() const {

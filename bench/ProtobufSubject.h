@@ -21,10 +21,14 @@ class ProtobufSubject {
   void Make(const Disk& disk);
   void Prepare(const std::vector<std::size_t>& numbers);
   bool Get(std::size_t place) const;
+  std::uint64_t GetAndRead(std::size_t place) const;
   std::uint64_t SizeOf(std::size_t place) const;
   std::size_t Enumerate() const;
+  std::uint64_t TotalSize() const;
 
  private:
+  std::uint64_t Read(const google::protobuf::Message& message) const;
+
   google::protobuf::DescriptorPool m_pool;
   google::protobuf::DynamicMessageFactory m_factory;
   const google::protobuf::Descriptor* m_descriptor;
