@@ -26,9 +26,9 @@ function capacityBar({instance, total, free, what, used}) {
   const bar = h('span.fill' + (used >= 0.9 ? '.full' : ''));
   bar.style.width = used * 100 + '%';
   return h('li', {}, h('a.bar-name', {href: objectLink(instance)}, instance.title,
-    h('small', {}, what || instance.cls.label)),
+    what !== instance.title && h('small', {}, what || instance.cls.label)),
   h('span.bar', {role: 'img', 'aria-label': `${percent} percent used`}, bar),
-  h('span.bar-text', {}, h('b', {}, percent + ' %'), ` ${free.text} free of ${total.text}`));
+  h('span.bar-text', {}, h('b', {}, percent + '%'), ` · ${free.text} free of ${total.text}`));
 }
 
 function capacityChart() {
@@ -66,7 +66,7 @@ function cacheRow(cache) {
   return h('div.cache-row', {},
     h('a.cache-name', {href: objectLink(cache)}, `L${cellOf(cache, 'Level').text} ${kind ?? ''}`,
       h('small', {}, number > 1 ? `${number.toLocaleString('en')} × ${size}` : size)),
-    boxes(number, () => h('span.box.level-' + cellOf(cache, 'Level').text, {}, size)));
+    boxes(number, () => h('span.box.level-' + cellOf(cache, 'Level').text, {}, number <= 4 ? size : '\u00a0')));
 }
 
 function processorPicture(processor) {

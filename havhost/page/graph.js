@@ -1,25 +1,32 @@
 // The association graph: objects as points, the associations between them as lines.
 const kMostNodes = 200;
+const kMostOfAClass = 12;
 const kMostNames = 60;
 const kPalette = 10;
 
 const graph = {
   element: null,
+  picture: null,
   centre: null,
   hidden: new Set(),  // names of classes
 };
 
-// Neighbours in the order of nearness, until there are enough.
+// Neighbours in the order of nearness, until there are enough. No object brings in more than a few
+// of one class, lest a hub show nothing but its many like parts.
 function around(starts, most) {
   const seen = new Set(starts);
   for (const at of seen) {
-    if (seen.size >= most) break;
+    const byClass = new Map();
     for (const {object} of at.links) {
-      if (seen.size >= most) break;
-      if (!object.isLink && !graph.hidden.has(object.cls.name)) seen.add(object);
+      if (seen.size >= most) return [...seen];
+      const brought = byClass.get(object.cls) ?? 0;
+      if (object.isLink || seen.has(object) || graph.hidden.has(object.cls.name) ||
+          brought >= kMostOfAClass) continue;
+      byClass.set(object.cls, brought + 1);
+      seen.add(object);
     }
   }
-  return [...seen].slice(0, most);
+  return [...seen];
 }
 
 function linkedObjects() {
@@ -57,7 +64,7 @@ function layOut(nodes, lines) {
     node.y = 12 * Math.sqrt(at) * Math.sin(angle);
   });
   const force = d3.layout.force().nodes(nodes).links(lines).size([0, 0])
-    .charge(-420).linkDistance(70).gravity(0.12).theta(0.9);
+    .charge(-520).linkDistance(75).gravity(0.12).theta(0.9);
   force.start();
   for (let step = 0; step < 300 && force.alpha() > 0; ++step) force.tick();
   force.stop();
@@ -69,16 +76,16 @@ function colourOf(cls) {
   return 'colour-' + graph.colours.get(cls) % kPalette;
 }
 
-function drawNode(node, hasName) {
+function drawNode(node) {
   const {instance} = node;
-  const radius = Math.min(16, 6 + Math.sqrt(instance.links.length) * 1.6);
+  node.radius = Math.min(18, 6 + Math.sqrt(instance.links.length) * 1.8);
   const element = document.createElementNS('http://www.w3.org/2000/svg', 'a');
   element.setAttribute('href', objectLink(instance));
   element.setAttribute('class', 'node ' + colourOf(instance.cls));
   element.setAttribute('tabindex', '-1');
   element.setAttribute('aria-label', `${instance.cls.label} ${instance.title}`);
-  append(element, [h('circle', {r: radius}), h('text' + (hasName ? '' : '.on-demand'),
-    {y: radius + 13, 'text-anchor': 'middle'}, shortened(instance.title))]);
+  append(element, [h('circle', {r: node.radius}),
+    h('text', {'text-anchor': 'middle'}, shortened(instance.title))]);
   node.element = element;
   return element;
 }
@@ -151,15 +158,71 @@ function letDrag(picture, node) {
   node.element.addEventListener('click', (event) => { if (moved) event.preventDefault(); });
 }
 
-// Shows the whole picture, with room for the names.
-function fitView(svg, nodes) {
-  const xs = nodes.map(({x}) => x);
-  const ys = nodes.map(({y}) => y);
-  const left = Math.min(...xs) - 70;
-  const top = Math.min(...ys) - 30;
-  const width = Math.max(260, Math.max(...xs) + 70 - left);
-  const height = Math.max(180, Math.max(...ys) + 40 - top);
-  svg.setAttribute('viewBox', [left, top, width, height].map((x) => x.toFixed(0)).join(' '));
+const span = (values) => Math.max(...values) - Math.min(...values);
+const middle = (values) => (Math.max(...values) + Math.min(...values)) / 2;
+
+// Brings the picture nearer to the shape of its frame.
+function stretch(nodes, {width, height}) {
+  const shape = (span(nodes.map(({x}) => x)) + 1) / (span(nodes.map(({y}) => y)) + 1);
+  const factor = Math.min(1.6, Math.max(0.7, Math.sqrt(width / height / shape)));
+  for (const node of nodes) {
+    node.x *= factor;
+    node.y /= factor;
+  }
+}
+
+// Pushes apart what covers another's name; `size` is that of the names.
+function makeRoom(nodes, size) {
+  const half = (node) => Math.max(node.radius, shortened(node.instance.title).length * size * 0.29) + 3;
+  for (let round = 0, moved = true; round < 80 && moved; ++round) {
+    moved = false;
+    for (const [at, a] of nodes.entries())
+      for (const b of nodes.slice(at + 1)) {
+        const x = half(a) + half(b) - Math.abs(a.x - b.x);
+        const y = (a.radius + b.radius + size * 2 + 4) / 1.5 - Math.abs(a.y - b.y);
+        if (x <= 0 || y <= 0) continue;
+        moved = true;
+        const by = Math.min(x / 3, y) / 2 + 0.5;
+        const axis = x / 3 < y ? 'x' : 'y';
+        const sign = a[axis] < b[axis] ? -1 : 1;
+        a[axis] += sign * by * (axis === 'x' ? 3 : 1);
+        b[axis] -= sign * by * (axis === 'x' ? 3 : 1);
+      }
+  }
+}
+
+// What one unit of the layout is on the screen when all is shown, with room for the names.
+function scaleOf(nodes, {width, height}) {
+  const wide = span(nodes.map(({x}) => x)) + 160;
+  const high = span(nodes.map(({y}) => y)) + 80;
+  return Math.min(width / wide, height / high, 1.3);
+}
+
+// Shows the whole picture. Names keep their size however much is shown; where they would cover
+// each other, only the names of what is pointed at are.
+function fitView({svg, nodes}) {
+  const frame = svg.getBoundingClientRect();
+  const scale = scaleOf(nodes, frame);
+  const [wide, high] = [frame.width / scale, frame.height / scale];
+  svg.setAttribute('viewBox', [middle(nodes.map(({x}) => x)) - wide / 2,
+    middle(nodes.map(({y}) => y)) + 6 - high / 2, wide, high].map((x) => x.toFixed(1)).join(' '));
+  svg.style.setProperty('--name-size', 12 / scale + 'px');
+  svg.classList.toggle('sparse', nodes.length > kMostNames || scale < 0.6);
+  for (const {element, radius} of nodes) {
+    const shown = radius * Math.max(1, 0.7 / scale);
+    element.querySelector('circle').setAttribute('r', shown.toFixed(1));
+    element.querySelector('text').setAttribute('y', (shown + 13 / scale).toFixed(1));
+  }
+}
+
+// Gives the picture the shape of its frame, which has to be on the page.
+function settle(picture) {
+  const frame = picture.svg.getBoundingClientRect();
+  stretch(picture.nodes, frame);
+  if (picture.nodes.length <= kMostNames)
+    makeRoom(picture.nodes, 12 / Math.max(0.6, scaleOf(picture.nodes, frame)));
+  place(picture);
+  fitView(picture);
 }
 
 // Wheel and touch belong to the page: buttons zoom, and the mouse drags.
@@ -189,16 +252,14 @@ function drawPicture(instances) {
     line.element = h('line.line');
     stage.append(line.element);
   }
-  for (const node of nodes) stage.append(drawNode(node, nodes.length <= kMostNames));
+  for (const node of nodes) stage.append(drawNode(node));
   const svg = h('svg.picture', {role: 'group', 'aria-label': 'Graph of objects and associations'}, stage);
   for (const node of nodes) {
     listen(picture, node);
     letDrag(picture, node);
   }
-  place(picture);
-  fitView(svg, nodes);
   nodes[0].element.setAttribute('tabindex', '0');
-  return {svg, zoom: letZoom(svg, stage)};
+  return Object.assign(picture, {svg, zoom: letZoom(svg, stage)});
 }
 
 function legend() {
@@ -216,10 +277,12 @@ function legend() {
 }
 
 function graphNote(shown) {
-  const all = objects.filter((instance) => instance.links.length).length;
-  if (graph.centre) return `${count(shown, 'object')} around ${graph.centre.title}`;
-  if (shown < all && !graph.hidden.size)
-    return `${shown} of ${all.toLocaleString('en')} linked objects: those nearest to the root. “Show in the graph” on an object draws what surrounds it.`;
+  const all = linkedObjects().length;
+  const few = `, at most ${kMostOfAClass} of a class at each`;
+  if (graph.centre) return `${count(shown, 'object')} around ${graph.centre.title}${few}.`;
+  if (shown < all)
+    return `${shown} of ${all.toLocaleString('en')} linked objects: those nearest to the root${few}. ` +
+      '“Show in the graph” on an object draws what surrounds it.';
   return `${count(shown, 'object')}. Choose one for its details; arrow keys go from one to the next.`;
 }
 
@@ -228,10 +291,12 @@ function drawGraph() {
   const button = (text, label, act) => h('button', {'aria-label': label, onclick: act}, text);
   const body = graph.element.querySelector('.graph-body');
   if (!nodes.length) {
+    graph.picture = null;
     fill(body, legend(), h('p.empty', {}, 'All classes of the graph are hidden.'));
     return;
   }
-  const {svg, zoom} = drawPicture(nodes);
+  graph.picture = drawPicture(nodes);
+  const {svg, zoom} = graph.picture;
   fill(body, legend(), h('div.frame', {}, svg, h('div.zoom', {},
     button('+', 'Larger', () => zoom.by(1.4)), button('−', 'Smaller', () => zoom.by(1 / 1.4)),
     button('⟲', 'Whole picture', zoom.reset))),
@@ -239,6 +304,7 @@ function drawGraph() {
   graph.centre && h('p', {}, h('button', {
     onclick: () => { graph.centre = null; drawGraph(); },
   }, 'Show all')));
+  settle(graph.picture);
 }
 
 // Draws what surrounds an object, and goes there.
@@ -254,7 +320,7 @@ function showAround(instance) {
 
 function graphSection() {
   const linked = objects.filter((instance) => instance.links.length);
-  graph.element = section('graph', 'Associations', null);
+  graph.element = section('graph', 'Association graph', null);
   const byNumber = [...new Set(linked.map((instance) => instance.cls))]
     .sort((a, b) => b.instances.length - a.instances.length || byName(a, b));
   graph.colours = new Map(byNumber.map((cls, at) => [cls, at]));
@@ -265,5 +331,6 @@ function graphSection() {
     return graph.element;
   }
   whenSeen(graph.element, drawGraph);
+  window.addEventListener('resize', () => graph.picture && fitView(graph.picture));
   return graph.element;
 }

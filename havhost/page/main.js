@@ -66,6 +66,13 @@ function drawContents(shown) {
     list(true).length > 0 && [h('p', {}, 'Associations'), h('ul', {}, list(true))]]);
 }
 
+// Where the contents are one line, they move along.
+function markCurrent(link) {
+  const contents = document.getElementById('contents');
+  link.setAttribute('aria-current', 'true');
+  contents.scrollLeft = link.offsetLeft - contents.clientWidth / 2 + link.offsetWidth / 2;
+}
+
 // Marks in the contents which part is being read.
 function followReading() {
   const links = new Map([...document.querySelectorAll('#contents a')].map((link) =>
@@ -74,7 +81,7 @@ function followReading() {
     for (const {target, isIntersecting} of entries)
       if (isIntersecting)
         for (const [id, link] of links)
-          if (id === target.id) link.setAttribute('aria-current', 'true');
+          if (id === target.id) markCurrent(link);
           else link.removeAttribute('aria-current');
   }, {rootMargin: '-15% 0px -75% 0px'});
   for (const part of main.querySelectorAll(':scope > section')) watcher.observe(part);

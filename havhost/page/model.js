@@ -49,8 +49,6 @@ for (const cls of classes) {
 }
 const topClasses = classes.filter((cls) => !cls.parent);
 const byName = (a, b) => collator.compare(a.name, b.name);
-for (const cls of classes) cls.subclasses.sort(byName);
-topClasses.sort(byName);
 
 // From the class up to the top.
 function lineage(cls) {
@@ -86,6 +84,12 @@ for (const instance of instances) {
   if (instance.parent) instance.parent.children.push(instance);
   for (const cls of lineage(instance.cls)) ++cls.total;
 }
+// Classes that are in use come first, and associations after what they link.
+const kKinds = ['class', 'association', 'indication'];
+const byUse = (a, b) => (b.total > 0) - (a.total > 0) ||
+  kKinds.indexOf(a.kind) - kKinds.indexOf(b.kind) || byName(a, b);
+for (const cls of classes) cls.subclasses.sort(byUse);
+topClasses.sort(byUse);
 const objects = instances.filter((instance) => !instance.isLink);
 const associations = instances.filter((instance) => instance.isLink);
 
@@ -110,6 +114,8 @@ function endsOf(association) {
 
 for (const association of associations) {
   const ends = endsOf(association);
+  // Its path names both ends by their keys, which is nothing to read.
+  if (ends.length > 1) association.title = ends.map(({object}) => object.title).join(' – ');
   for (const from of ends)
     for (const to of ends)
       if (from !== to) from.object.links.push({...to, association});

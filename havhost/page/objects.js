@@ -62,8 +62,8 @@ function linkGroups(instance) {
       h('span', {}, object.title), h('small', {}, object.cls.label)))));
 }
 
-// A list that shows its first 20, and the rest a piece at a time.
-function longList(items, draw) {
+// A list that shows its first ones, and the rest a piece at a time.
+function longList(items, draw, first = 20) {
   const list = h('ul');
   const more = h('button', {onclick: () => show(list.children.length + 200)});
   const show = (upTo) => {
@@ -72,7 +72,7 @@ function longList(items, draw) {
     more.hidden = !rest;
     more.textContent = `${rest.toLocaleString('en')} more`;
   };
-  show(20);
+  show(first);
   return [list, more];
 }
 
@@ -81,7 +81,7 @@ function crumbs(instance) {
   const above = [];
   for (let at = instance.parent; at; at = at.parent) above.unshift(at);
   return above.length > 0 && h('p.crumbs', {}, above.map((at) =>
-    [h('a', {href: objectLink(at)}, at.title), ' › ']), instance.title);
+    [h('a', {href: objectLink(at)}, at.title), ' › ']), h('span', {}, instance.title));
 }
 
 function objectDetails(instance) {

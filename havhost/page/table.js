@@ -47,6 +47,7 @@ class ClassTable {
     this.cls = cls;
     this.columns = columnsOf(cls);
     this.shown = this.columns.filter(isShownAtFirst);
+    this.titleName = cls.kind === 'association' ? 'Link' : 'Object';
     this.sort = {column: null, isDescending: false};
     this.query = '';
     this.page = 0;
@@ -96,7 +97,7 @@ class ClassTable {
     this.page = Math.min(this.page, pages - 1);
     const first = this.page * kRowsPerPage;
     const seen = rows.slice(first, first + kRowsPerPage);
-    fill(this.table, h('thead', {}, h('tr', {}, this.header(null, 'Object'),
+    fill(this.table, h('thead', {}, h('tr', {}, this.header(null, this.titleName),
       this.shown.map((column) => this.header(column, column.name)))),
     h('tbody', {}, seen.map((row) => this.row(row))));
     this.drawStatus(rows.length, first, seen.length);
@@ -120,7 +121,7 @@ class ClassTable {
     this.page = 0;
     this.draw();
     // The header was drawn anew under the one who pressed it.
-    const name = column ? column.name : 'Object';
+    const name = column ? column.name : this.titleName;
     this.table.querySelector(`[data-column="${CSS.escape(name)}"]`).focus();
   }
 
@@ -142,7 +143,8 @@ class ClassTable {
     } else {
       const range = seen < found ? `${first + 1}–${first + seen} of ` : '';
       const ofAll = found < all ? ` of ${all.toLocaleString('en')}` : '';
-      fill(this.status, range + found.toLocaleString('en') + ofAll);
+      const things = this.cls.kind === 'association' ? 'link' : 'object';
+      fill(this.status, range + (ofAll ? found.toLocaleString('en') + ofAll : count(found, things)));
     }
   }
 
@@ -164,8 +166,7 @@ class ClassTable {
 
 // One instance reads better downwards.
 function sheet(instance) {
-  const shown = columnsOf(instance.cls).filter((column) =>
-    !column.isEmpty && !kBookkeeping.has(column.name.toLowerCase()));
+  const shown = columnsOf(instance.cls).filter(isShownAtFirst);
   return h('div.sheet', {},
     h('p.sheet-title', {}, h('a', {href: objectLink(instance)}, instance.title)),
     h('dl', {}, shown.map((column) => h('div', {}, h('dt', {}, breakable(column.name)),

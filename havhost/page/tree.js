@@ -13,12 +13,12 @@ function treeList(items, draw, childrenOf, isOpen) {
     if (row.open) open();
     return row;
   };
-  return h('div.tree', {}, longList(items, branch));
+  return h('div.tree', {}, longList(items, branch, 50));
 }
 
 function objectTree() {
   const roots = objects.filter((instance) => !instance.parent);
-  const element = section('tree', 'Objects', 'Each hangs on what it is part of or depends on.');
+  const element = section('tree', 'Object tree', 'Each hangs on what it is part of or depends on.');
   const isOpen = (instance) => objects.length <= kOpenAtFirst || !instance.parent;
   const draw = (instance) => [h('a', {href: objectLink(instance)}, instance.title),
     h('small', {}, instance.cls.label,
@@ -28,7 +28,7 @@ function objectTree() {
 }
 
 function classTree() {
-  const element = section('classes', 'Classes', `${count(classes.length, ['class', 'classes'])}, each below its superclass; how many objects there are beside it.`);
+  const element = section('classes', 'Class tree', `${count(classes.length, ['class', 'classes'])}, each below its superclass, with the number of its objects.`);
   const draw = (cls) => [h('a.class-link' + (cls.total ? '' : '.without'), {href: classLink(cls)}, cls.name),
     cls.abstract && h('small', {}, 'abstract'),
     cls.kind !== 'class' && h('small', {}, cls.kind),
