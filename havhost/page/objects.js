@@ -69,11 +69,12 @@ function longList(items, draw, first = 20) {
   const show = (upTo) => {
     append(list, items.slice(list.children.length, upTo).map((item) => h('li', {}, draw(item))));
     const rest = items.length - list.children.length;
-    more.hidden = !rest;
-    more.textContent = `${rest.toLocaleString('en')} more`;
+    if (rest) fill(more, `${rest.toLocaleString('en')} more`);
+    else more.remove();
   };
+  const whole = h('div', {}, list, more);
   show(first);
-  return [list, more];
+  return whole;
 }
 
 // The objects above it in the tree.
