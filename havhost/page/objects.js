@@ -55,10 +55,11 @@ function linkGroups(instance) {
     if (!groups.has(key)) groups.set(key, []);
     groups.get(key).push(link);
   }
-  return [...groups.values()].map((links) => h('div.links', {},
+  const inOrder = [...groups].sort(([a], [b]) => collator.compare(a, b)).map(([, links]) => links);
+  return inOrder.map((links) => h('div.links', {},
     h('h4', {}, h('a', {href: classLink(links[0].association.cls)}, links[0].association.cls.label),
       h('span.role', {}, links[0].role)),
-    longList(links, ({object}) => h('a.object', {href: objectLink(object)},
+    longList(links.sort((a, b) => collator.compare(a.object.title, b.object.title)), ({object}) => h('a.object', {href: objectLink(object)},
       h('span', {}, object.title), h('small', {}, object.cls.label)))));
 }
 
@@ -157,15 +158,23 @@ function openDialog(kind, title, content) {
   dialog.scrollTop = 0;
 }
 
-// Leaves the page where it is: only the address forgets what was open.
+// The address that the open dialog shows.
+let shownAddress = '';
+
+// Leaves the page where it is: only the address forgets what was open, unless it has gone on to
+// something else since the dialog was closed.
 function forgetAddress() {
-  if (location.hash.startsWith('#/'))
+  if (location.hash === shownAddress && !dialog.open)
     history.replaceState(null, '', location.pathname + location.search);
 }
 
 function followAddress() {
+  shownAddress = location.hash;
   const [, kind, name] = /^#\/(object|class)\/(.*)$/s.exec(location.hash) ?? [];
-  if (!kind) return dialog.open && dialog.close();
+  if (!kind) {
+    dialog.close();
+    return;
+  }
   let key;
   try { key = decodeURIComponent(name); } catch { key = name; }
   if (kind === 'object' && byPath.has(key)) {

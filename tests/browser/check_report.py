@@ -185,7 +185,8 @@ class Report(browser.PageTest):
         address = self.driver.current_url
         self.driver.get(address + "#/object/" + "T_Cpu.Name%3D%22cpu%22")
         self.wait_for_dialog("cpu")
-        self.all("dialog .object")[0].click()
+        self.assertEqual(self.texts("dialog .object span"), ["L1 cache", "L2 cache", "box"])
+        self.all("dialog .object")[2].click()
         self.wait_for_dialog("box")
         self.driver.back()
         self.wait_for_dialog("cpu")
