@@ -153,12 +153,10 @@ void TInmemClass::TakeOver(TInmemClass& displaced, TClassSet& associations) noex
   m_superclass = displaced.m_superclass;
   m_subclasses.Swap(displaced.m_subclasses);
   ReleaseOneByOne(displaced.m_subclasses);
-  TClassSet::TWalk subclasses(m_subclasses);
-  while (ICIMClass* subclass = subclasses.Next())
+  for (TClassSet::TWalk taken(m_subclasses); ICIMClass* subclass = taken.Next();)
     if (auto* cls = dynamic_cast<TInmemClass*>(subclass)) cls->m_superclass = self;
   m_associations.Swap(associations);
-  TClassSet::TWalk taken(m_associations);
-  while (ICIMClass* association = taken.Next())
+  for (TClassSet::TWalk taken(m_associations); ICIMClass* association = taken.Next();)
     if (auto* cls = dynamic_cast<TInmemClass*>(association))
       for (auto& entry : cls->m_registeredWith)
         if (entry.lock().get() == &displaced) entry = self;

@@ -116,15 +116,18 @@ void TInmemProperty::SetPrevValue(const TCIMValue& value, TOptions) {
 bool TInmemProperty::HasPrevValue(TOptions) const { return m_table->Previous(m_index) != nullptr; }
 
 std::string TInmemProperty::GetDisplayValue(TOptions) const {
-  return DisplayText(*Decl(), GetValue(TOptions()));
+  const auto decl = Decl();
+  return DisplayText(*decl, GetValue(TOptions()));
 }
 
 std::string TInmemProperty::GetPrevDisplayValue(TOptions) const {
-  return DisplayText(*Decl(), GetPrevValue(TOptions()));
+  const auto decl = Decl();
+  return DisplayText(*decl, GetPrevValue(TOptions()));
 }
 
 std::vector<std::string> TInmemProperty::GetDisplayValues(TOptions) const {
-  return DisplayTexts(*Decl(), GetValue(TOptions()));
+  const auto decl = Decl();
+  return DisplayTexts(*decl, GetValue(TOptions()));
 }
 
 }  // namespace NORVHAV20

@@ -309,4 +309,76 @@ TEST(AllocationFailure, AskingForAssociatorsInAResultRole) {
   });
 }
 
+// How many elements an enumeration gives.
+template <class T, class Enumerate>
+Names Counted(Enumerate&& enumerate) {
+  std::size_t count = 0;
+  enumerate(TEnumCallback<T>([&](const boost::shared_ptr<T>&) { return ++count != 0; }));
+  return {std::to_string(count)};
+}
+
+TEST(AllocationFailure, EveryOtherQuestion) {
+  const std::function<Names(Model&)> questions[] = {
+      [](Model& m) {
+        return Counted<ICIMClass>([&](auto c) { m.base->EnumerateSubclasses(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMClass>([&](auto c) { m.repository.ns->EnumerateRootClasses(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMQualifierDecl>(
+            [&](auto c) { m.repository.ns->EnumerateQualifierDecls(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMPropertyDecl>([&](auto c) { m.link->EnumeratePropertyDecls(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMPropertyDecl>([&](auto c) { m.link->EnumerateReferenceDecls(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMMethodDecl>([&](auto c) { m.node->EnumerateMethodDecls(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMQualifier>([&](auto c) { m.link->EnumerateQualifiers(c, {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMClass>(
+            [&](auto c) { m.leaf->EnumerateAssociationClasses(c, "Link", "From", {}); });
+      },
+      [](Model& m) {
+        return Counted<ICIMClass>([&](auto c) {
+          m.leaf->EnumerateAssociatedClasses(c, "Link", "Node", "From", "To", {});
+        });
+      },
+      [](Model& m) {
+        return Counted<ICIMProperty>([&](auto c) { m.first->EnumerateProperties(c, {}); });
+      },
+      [](Model& m) {
+        std::size_t count = 0;
+        m.link->EnumerateKeyNames([&](const std::string*) { return ++count != 0; }, {});
+        return Names{std::to_string(count)};
+      },
+      [](Model& m) { return Names{m.repository.ns->GetClass(kLongName, {})->GetName({})}; },
+      [](Model& m) { return Names{m.first->GetReference({}).GetPath()}; },
+      [](Model& m) {
+        const auto path = TCIMReference::Parse("node.name=\"first\"", {});
+        return Names{m.repository.ns->GetInstance(path, {}) == m.first ? "found" : "not found"};
+      },
+      [](Model& m) { return Names{m.first->GetProperty("Size", {})->GetDisplayValue({})}; },
+      [](Model& m) { return Names{m.first->GetProperty("Name", {})->GetDisplayValues({})}; },
+      [](Model& m) {
+        m.second->Validate({});
+        return Names{m.leaf->IsA(m.base, {}) ? "is" : "is not"};
+      },
+      [](Model& m) {
+        const auto made = m.leaf->AllocateInstance({});
+        return Names{made->GetProperty("Size", {})->GetValue({}).ToString(10)};
+      },
+  };
+  for (std::size_t i = 0; i < std::size(questions); ++i) {
+    SCOPED_TRACE(i);
+    ExpectWholeOrNoAnswer(questions[i]);
+  }
+}
+
 }  // namespace
