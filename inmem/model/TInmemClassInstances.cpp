@@ -147,7 +147,7 @@ std::vector<TInmemClass::TVisit> TInmemClass::PlanVisits() {
 void TInmemClass::Visit(const TInstanceStore::TInstances& instances,
                         const TEnumCallback<ICIMInstance>& callback) const {
   const bool processor = IsProcessor();
-  for (const auto& instance : instances) {
+  instances.ForEach([&](const boost::shared_ptr<ICIMInstance>& instance) {
     bool ready = !processor;
     if (processor)
       DropFailures([&] {
@@ -155,7 +155,7 @@ void TInmemClass::Visit(const TInstanceStore::TInstances& instances,
         ready = true;
       });
     if (ready) DropExceptions([&] { callback(instance); });
-  }
+  });
 }
 
 }  // namespace NORVHAV20

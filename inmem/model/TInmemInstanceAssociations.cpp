@@ -55,16 +55,13 @@ class TResolver {
     const auto* cls = TInmemClass::Own(*association.GetClass(TOptions()));
     m_index = cls ? cls->CurrentLinks() : nullptr;
     if (!m_index) return;
-    const auto& stored = m_index->Associations();
-    m_position = TInstanceStore::PlaceIn(stored, association);
-    if (m_position == stored.size() || stored[m_position].get() != &association) m_index.reset();
+    m_position = m_index->PositionOf(association);
+    if (m_position == TLinkIndex::kNone) m_index.reset();
   }
 
   boost::shared_ptr<ICIMElement> operator()(std::size_t slot, const TCIMValue& value) const {
     const TLinkIndex::TLink* link =
-        m_index && m_index->IsCurrent()
-            ? m_index->Find(static_cast<std::uint32_t>(m_position), slot)
-            : nullptr;
+        m_index && m_index->IsCurrent() ? m_index->Find(m_position, slot) : nullptr;
     if (!link || link->kind == TLinkIndex::TLink::kNoInstance) return Resolve(value);
     if (link->kind == TLinkIndex::TLink::kNothing) Throw(kHAVNotFound);
     return link->target->shared_from_this();
@@ -72,7 +69,7 @@ class TResolver {
 
  private:
   boost::shared_ptr<const TLinkIndex> m_index;
-  std::size_t m_position = 0;
+  std::uint32_t m_position = 0;
 };
 
 // Hands an instance to the caller's callback and returns what that answers. What it throws

@@ -1,8 +1,9 @@
 #include "inmem/model/TInstanceStore.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cstdint>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <utility>
@@ -14,24 +15,27 @@
 
 namespace NORVHAV20 {
 
-// One stored instance, with the text of its path behind it in the same block of memory. It
-// has no instance any more once it is erased.
+// One stored instance, with the text of its path behind it in the same block of memory.
 struct TInstanceStore::TEntry {
   boost::shared_ptr<ICIMInstance> instance;
-  std::size_t hash;
+  std::uint32_t hash;
   std::uint32_t length;
-  // In the order of the paths, when that was last put right.
-  std::uint32_t place = 0;
+  std::uint32_t pending;  // its place among those that no walk has seen yet, or kInOrder
+  // Here the text begins, in what would be padding.
 
-  std::string_view Path() const noexcept {
-    return {reinterpret_cast<const char*>(this + 1), length};
-  }
+  static constexpr std::size_t kTextAt =
+      sizeof(boost::shared_ptr<ICIMInstance>) + 3 * sizeof(std::uint32_t);
+  static constexpr std::uint32_t kInOrder = static_cast<std::uint32_t>(-1);
 
-  static TEntry* Make(std::string_view path, std::size_t hash,
+  const char* Text() const noexcept { return reinterpret_cast<const char*>(this) + kTextAt; }
+  std::string_view Path() const noexcept { return {Text(), length}; }
+
+  static TEntry* Make(std::string_view path, std::uint32_t hash,
                       const boost::shared_ptr<ICIMInstance>& instance) {
-    void* memory = ::operator new(sizeof(TEntry) + path.size());
-    auto* entry = new (memory) TEntry{instance, hash, static_cast<std::uint32_t>(path.size())};
-    if (!path.empty()) std::memcpy(static_cast<void*>(entry + 1), path.data(), path.size());
+    void* memory = ::operator new(std::max(sizeof(TEntry), kTextAt + path.size()));
+    auto* entry =
+        new (memory) TEntry{instance, hash, static_cast<std::uint32_t>(path.size()), kInOrder};
+    std::copy(path.begin(), path.end(), static_cast<char*>(memory) + kTextAt);
     return entry;
   }
   static void Destroy(TEntry* entry) noexcept {
@@ -44,24 +48,36 @@ namespace {
 
 constexpr std::size_t kSmallestTable = 8;
 
-std::size_t HashOf(std::string_view path) { return std::hash<std::string_view>()(path); }
+std::uint32_t HashOf(std::string_view path) {
+  return static_cast<std::uint32_t>(std::hash<std::string_view>()(path));
+}
+
+// In the order of the paths.
+constexpr auto kIsBefore = [](const void* a, const void* b) {
+  using TEntry = TInstanceStore::TEntry;
+  return static_cast<const TEntry*>(a)->Path() < static_cast<const TEntry*>(b)->Path();
+};
 
 }  // namespace
 
+// In the order of the addresses, which is about that in which the instances were made: going
+// through memory as it comes, dropping a large store takes a fraction of the time.
 TInstanceStore::~TInstanceStore() {
-  for (TEntry* entry : m_order) {
-    if (entry->instance)
-      if (auto* own = TInmemInstance::Own(*entry->instance)) own->ForgetStoreEntry(entry);
+  m_table.erase(std::remove(m_table.begin(), m_table.end(), nullptr), m_table.end());
+  std::sort(m_table.begin(), m_table.end(), std::less<>());
+  for (TEntry* entry : m_table) {
+    if (auto* own = TInmemInstance::Own(*entry->instance)) own->ForgetStoreEntry(entry);
     TEntry::Destroy(entry);
   }
 }
 
 // Instances are let go when the store is whole again: their end may call back.
 void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInstance>& instance) {
-  const std::size_t hash = HashOf(path);
+  const std::uint32_t hash = HashOf(path);
   // Everything that can fail comes first.
   if (4 * (m_size + 1) > 3 * m_table.size()) GrowTable();
-  if (m_order.size() == m_order.capacity()) m_order.reserve(2 * m_order.size() + 8);
+  if (m_all && m_pending.size() == m_pending.capacity())
+    m_pending.reserve(2 * m_pending.size() + 8);
   std::unique_ptr<TEntry, void (*)(TEntry*)> made(TEntry::Make(path, hash, instance),
                                                   &TEntry::Destroy);
   auto* own = TInmemInstance::Own(*instance);
@@ -75,19 +91,16 @@ void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInst
   const auto displaced = standing ? Erase(*standing) : nullptr;
   if (remembered) own->RememberStoreEntry(entry);
   Enter(entry);
-  const auto all = std::move(m_all);
 }
 
 void TInstanceStore::Remove(std::string_view path, ICIMInstance& instance) {
   const auto removed = RemoveEntryOf(instance);
   TEntry* const standing = FindEntry(path, HashOf(path));
   const auto displaced = standing ? Erase(*standing) : nullptr;
-  const auto all = std::move(m_all);
 }
 
 bool TInstanceStore::Remove(ICIMInstance& instance) noexcept {
   const auto removed = RemoveEntryOf(instance);
-  const auto all = std::move(m_all);
   return removed != nullptr;
 }
 
@@ -102,38 +115,30 @@ boost::shared_ptr<ICIMInstance> TInstanceStore::Find(std::string_view path) cons
 }
 
 boost::shared_ptr<const TInstanceStore::TInstances> TInstanceStore::All() const {
-  if (!m_all) {
-    PutInOrder();
-    auto all = boost::make_shared<TInstances>();
-    all->reserve(m_order.size());
-    for (TEntry* entry : m_order) {
-      entry->place = static_cast<std::uint32_t>(all->size());
-      all->push_back(entry->instance);
-    }
-    m_all = std::move(all);
-  }
+  if (!m_all)
+    MakeOrder();
+  else if (!m_pending.empty())
+    PutPendingInOrder();
   return m_all;
 }
 
-std::size_t TInstanceStore::PlaceIn(const TInstances& all,
-                                    const TInmemInstance& instance) noexcept {
-  const TEntry* entry = instance.StoreEntry();
-  return entry && entry->place < all.size() ? entry->place : all.size();
+const boost::shared_ptr<ICIMInstance>& TInstanceStore::InstanceOf(const TEntry& entry) noexcept {
+  return entry.instance;
 }
+
+std::string_view TInstanceStore::PathOf(const TEntry& entry) noexcept { return entry.Path(); }
 
 void TInstanceStore::Swap(TInstanceStore& other) noexcept {
   ModelClock::LinksChanged();
   m_table.swap(other.m_table);
   std::swap(m_size, other.m_size);
-  m_order.swap(other.m_order);
-  std::swap(m_ordered, other.m_ordered);
-  std::swap(m_erased, other.m_erased);
   m_all.swap(other.m_all);
+  m_pending.swap(other.m_pending);
   m_others.swap(other.m_others);
 }
 
 TInstanceStore::TEntry* TInstanceStore::FindEntry(std::string_view path,
-                                                  std::size_t hash) const noexcept {
+                                                  std::uint32_t hash) const noexcept {
   if (m_table.empty()) return nullptr;
   const std::size_t mask = m_table.size() - 1;
   for (std::size_t slot = hash & mask; m_table[slot]; slot = (slot + 1) & mask)
@@ -170,21 +175,19 @@ void TInstanceStore::GrowTable() {
   m_table.swap(table);
 }
 
-// Into the table, and into the order, where a path above all others is in its place at once.
 void TInstanceStore::Enter(TEntry* entry) noexcept {
   const std::size_t mask = m_table.size() - 1;
   std::size_t slot = entry->hash & mask;
   while (m_table[slot]) slot = (slot + 1) & mask;
   m_table[slot] = entry;
   ++m_size;
-  const bool last =
-      m_ordered == m_order.size() && (m_order.empty() || m_order.back()->Path() < entry->Path());
-  m_order.push_back(entry);
-  if (last) ++m_ordered;
+  if (m_all) {
+    entry->pending = static_cast<std::uint32_t>(m_pending.size());
+    m_pending.push_back(entry);
+  }
   ModelClock::LinksChanged();
 }
 
-// The entry stays in the order until that is put right.
 boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
   const std::size_t mask = m_table.size() - 1;
   std::size_t hole = SlotOf(entry);
@@ -197,36 +200,59 @@ boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
   }
   m_table[hole] = nullptr;
   --m_size;
-  ++m_erased;
   ModelClock::LinksChanged();
+  LeaveOrder(entry);
   auto last = std::move(entry.instance);
   if (auto* own = TInmemInstance::Own(*last)) own->ForgetStoreEntry(&entry);
   const auto other = m_others.find(last.get());
   if (other != m_others.end() && other->second == &entry) m_others.erase(other);
-  if (m_erased > 64 && m_erased > m_order.size() / 2) PutInOrder();
+  TEntry::Destroy(&entry);
   return last;
 }
 
-void TInstanceStore::PutInOrder() const {
-  const auto before = [](const TEntry* a, const TEntry* b) { return a->Path() < b->Path(); };
-  auto kept = m_order.begin();
-  auto ordered = m_order.begin();
-  const auto end = m_order.begin() + static_cast<std::ptrdiff_t>(m_ordered);
-  for (auto entry = m_order.begin(); entry != m_order.end(); ++entry) {
-    if (entry == end) ordered = kept;
-    if ((*entry)->instance)
-      *kept++ = *entry;
-    else
-      TEntry::Destroy(*entry);
+// Where there is no memory to keep a walk apart from this, the next one makes the order anew.
+void TInstanceStore::LeaveOrder(TEntry& entry) noexcept {
+  if (!m_all) return;
+  if (entry.pending != TEntry::kInOrder) {
+    m_pending.back()->pending = entry.pending;
+    m_pending[entry.pending] = m_pending.back();
+    m_pending.pop_back();
+    return;
   }
-  if (end == m_order.end()) ordered = kept;
-  m_order.erase(kept, m_order.end());
-  m_erased = 0;
-  if (ordered != m_order.end()) {
-    std::sort(ordered, m_order.end(), before);
-    std::inplace_merge(m_order.begin(), ordered, m_order.end(), before);
+  try {
+    if (m_all.use_count() > 1) m_all = boost::make_shared<TInstanceList>(*m_all);
+    m_all->Remove(&entry, kIsBefore);
+  } catch (const std::bad_alloc&) {
+    m_all.reset();
+    m_pending.clear();
   }
-  m_ordered = m_order.size();
+}
+
+void TInstanceStore::MakeOrder() const {
+  TEntries entries;
+  entries.reserve(m_size);
+  std::copy_if(m_table.begin(), m_table.end(), std::back_inserter(entries),
+               [](const TEntry* entry) { return entry != nullptr; });
+  std::sort(entries.begin(), entries.end(), kIsBefore);
+  auto all = boost::make_shared<TInstanceList>();
+  for (TEntry* entry : entries) all->Append({entry, entry->instance});
+  for (TEntry* entry : entries) entry->pending = TEntry::kInOrder;
+  m_all = std::move(all);
+}
+
+// Where much was added it is cheaper to begin again.
+void TInstanceStore::PutPendingInOrder() const {
+  if (m_pending.size() > 64 + m_all->Size() / 4) {
+    MakeOrder();
+    m_pending.clear();
+    return;
+  }
+  if (m_all.use_count() > 1) m_all = boost::make_shared<TInstanceList>(*m_all);
+  for (; !m_pending.empty(); m_pending.pop_back()) {
+    TEntry* const entry = m_pending.back();
+    m_all->Insert({entry, entry->instance}, kIsBefore);
+    entry->pending = TEntry::kInOrder;
+  }
 }
 
 }  // namespace NORVHAV20

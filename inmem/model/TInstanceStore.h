@@ -1,8 +1,9 @@
 // TInstanceStore: the instances of one class, by the text of their object paths.
 //
 // Look-ups go through a hash table. The order of the paths is needed by walks alone: it is
-// put right when one begins, for what came since the last. A walk goes over an unchanging
-// list that it shares with the store until the store changes, so that nothing that happens
+// made by the first one, and kept from then on; what has come since the last walk is put in
+// its place by the next. A walk goes over a list that it shares with the store: whichever
+// part of it the store then changes, it changes in a copy, so that nothing that happens
 // during the walk reaches it.
 //
 // An instance whose key changed after it was stored is still found under the path that it
@@ -13,6 +14,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -21,6 +23,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/ICIMInstance.h"
+#include "inmem/model/TInstanceList.h"
 
 namespace NORVHAV20 {
 
@@ -28,7 +31,7 @@ class TInmemInstance;
 
 class TInstanceStore {
  public:
-  using TInstances = std::vector<boost::shared_ptr<ICIMInstance>>;
+  using TInstances = TInstanceList;
   struct TEntry;
 
   TInstanceStore() = default;
@@ -47,37 +50,43 @@ class TInstanceStore {
   // Returns the instance stored under `path`, empty when there is none. Complexity: O(1) on
   // average.
   boost::shared_ptr<ICIMInstance> Find(std::string_view path) const;
-  // Returns the instances in the order of their paths. Complexity: O(1) when nothing changed
-  // since the last time, else O(n) and the sorting of what was added.
+  // Returns the instances in the order of their paths. Complexity: O(1) when nothing was added
+  // since the last time, else O(log n) for each that was; the first time O(n log n).
   boost::shared_ptr<const TInstances> All() const;
   std::size_t Size() const noexcept { return m_size; }
-  // Returns the place of an instance in `all`, what All returned last. An instance that is
-  // not there gets any place at all, or none: `all` has to be asked.
-  static std::size_t PlaceIn(const TInstances& all, const TInmemInstance& instance) noexcept;
+  // In the order of the paths.
+  template <class Visit>
+  void ForEachEntry(Visit&& visit) const {
+    const auto all = All();
+    all->ForEachItem(
+        [&](const TInstanceList::TItem& item) { visit(*static_cast<const TEntry*>(item.entry)); });
+  }
+  static const boost::shared_ptr<ICIMInstance>& InstanceOf(const TEntry& entry) noexcept;
+  // Returns the path that an entry stands under.
+  static std::string_view PathOf(const TEntry& entry) noexcept;
   void Swap(TInstanceStore& other) noexcept;
 
  private:
   using TEntries = std::vector<TEntry*>;
 
   std::size_t SlotOf(const TEntry& entry) const noexcept;
-  TEntry* FindEntry(std::string_view path, std::size_t hash) const noexcept;
+  TEntry* FindEntry(std::string_view path, std::uint32_t hash) const noexcept;
   TEntry* EntryOf(ICIMInstance& instance) const noexcept;
   void GrowTable();
   void Enter(TEntry* entry) noexcept;
-  // Both leave it to the caller to let go what they return, and the list of the last walk.
+  // Both leave it to the caller to let go what they return.
   boost::shared_ptr<ICIMInstance> Erase(TEntry& entry) noexcept;
   boost::shared_ptr<ICIMInstance> RemoveEntryOf(ICIMInstance& instance) noexcept;
-  void PutInOrder() const;
+  void LeaveOrder(TEntry& entry) noexcept;
+  void MakeOrder() const;
+  void PutPendingInOrder() const;
 
   // Open addressing with linear probing; a power of two, at most three quarters full.
   TEntries m_table;
   std::size_t m_size = 0;
-  // Every entry, those erased since the order was last put right included: first what is in
-  // order, then what was added since.
-  mutable TEntries m_order;
-  mutable std::size_t m_ordered = 0;
-  mutable std::size_t m_erased = 0;
-  mutable boost::shared_ptr<const TInstances> m_all;
+  // What the last walk went over, null before the first, and what was added since.
+  mutable boost::shared_ptr<TInstanceList> m_all;
+  mutable TEntries m_pending;
   // Entries of instances that cannot remember theirs: of another make, or stored elsewhere
   // as well.
   std::unordered_map<const ICIMInstance*, TEntry*> m_others;

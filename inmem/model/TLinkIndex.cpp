@@ -40,19 +40,28 @@ boost::shared_ptr<ICIMElement> Resolve(const TCIMValue& reference) {
   return Held<TCIMReference>(reference).GetCIMElement(false);
 }
 
-TLinkIndex::TLinkIndex(const boost::shared_ptr<const TInstanceStore::TInstances>& associations)
-    : m_associations(associations),
-      m_schema(ModelClock::Schema()),
-      m_linksClock(ModelClock::Links()) {}
+TLinkIndex::TLinkIndex(const TInstanceStore::TInstances& associations)
+    : m_schema(ModelClock::Schema()), m_linksClock(ModelClock::Links()) {
+  m_associations.reserve(associations.Size());
+  associations.ForEach([&](const auto& association) {
+    m_positions[association.get()] = static_cast<std::uint32_t>(m_associations.size());
+    m_associations.push_back(association);
+  });
+}
+
+std::uint32_t TLinkIndex::PositionOf(const ICIMInstance& association) const noexcept {
+  const auto found = m_positions.find(&association);
+  return found == m_positions.end() ? kNone : found->second;
+}
 
 boost::shared_ptr<const TLinkIndex> TLinkIndex::Make(
     const boost::shared_ptr<const TInstanceStore::TInstances>& associations) {
-  if (associations->size() >= kNone) return {};
-  boost::shared_ptr<TLinkIndex> index(new TLinkIndex(associations));
-  index->m_first.reserve(associations->size() + 1);
+  if (associations->Size() >= kNone) return {};
+  boost::shared_ptr<TLinkIndex> index(new TLinkIndex(*associations));
+  index->m_first.reserve(associations->Size() + 1);
   bool complete = false;
   DropExceptions([&] {
-    for (const auto& association : *associations)
+    for (const auto& association : index->m_associations)
       if (!index->AddLinksOf(*association)) return;
     index->m_first.push_back(static_cast<std::uint32_t>(index->m_links.size()));
     index->ChainByTarget();

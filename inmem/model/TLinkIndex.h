@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -51,7 +52,11 @@ class TLinkIndex {
       const boost::shared_ptr<const TInstanceStore::TInstances>& associations);
 
   bool IsCurrent() const noexcept;
-  const TInstanceStore::TInstances& Associations() const noexcept { return *m_associations; }
+  const std::vector<boost::shared_ptr<ICIMInstance>>& Associations() const noexcept {
+    return m_associations;
+  }
+  // Returns the position of an association, kNone when it is not there.
+  std::uint32_t PositionOf(const ICIMInstance& association) const noexcept;
   const TLink& operator[](std::uint32_t link) const noexcept { return m_links[link]; }
   // Returns the first link to `target`, kNone when there is none. The links of a target come
   // in the order of their associations, then slots. Complexity: O(1) on average.
@@ -60,12 +65,13 @@ class TLinkIndex {
   const TLink* Find(std::uint32_t position, std::size_t slot) const noexcept;
 
  private:
-  explicit TLinkIndex(const boost::shared_ptr<const TInstanceStore::TInstances>& associations);
+  explicit TLinkIndex(const TInstanceStore::TInstances& associations);
 
   bool AddLinksOf(ICIMInstance& association);
   void ChainByTarget();
 
-  boost::shared_ptr<const TInstanceStore::TInstances> m_associations;
+  std::vector<boost::shared_ptr<ICIMInstance>> m_associations;
+  std::unordered_map<const ICIMInstance*, std::uint32_t> m_positions;
   std::uint64_t m_schema;
   std::uint64_t m_linksClock;
   std::vector<TLink> m_links;          // by association, then slot

@@ -167,6 +167,34 @@ TEST(AllocationFailure, AskingForASlot) {
   ExpectAllOrNothing([](Model& model) { model.first->GetProperty("Size", {}); });
 }
 
+TEST(AllocationFailure, RemovingAnInstanceDuringAWalkNeedsNoMemoryToSucceed) {
+  for (std::size_t allowed = 0; allowed < 100; ++allowed) {
+    Model model(false);
+    std::size_t visited = 0;
+    bool failed = false;
+    model.node->EnumerateInstances(
+        [&](InstancePtr) {
+          if (visited++ != 0) return true;
+          try {
+            const FailingAllocation failure(allowed);
+            model.second->Delete({});
+            failed = failure.HasFailed();
+          } catch (const std::bad_alloc&) {
+            failed = true;
+            model.second->Delete({});
+          }
+          return true;
+        },
+        false, {});
+    EXPECT_EQ(visited, 4u);
+    const auto left =
+        Paths([&](const auto& callback) { model.node->EnumerateInstances(callback, false, {}); });
+    EXPECT_EQ(left.size(), 3u);
+    if (!failed) return;
+  }
+  FAIL() << "it never came to an end";
+}
+
 TEST(AllocationFailure, RemovingAnInstance) {
   ExpectAllOrNothing([](Model& model) { model.second->Delete({}); });
 }

@@ -1,0 +1,97 @@
+// TInstanceList: instances in the order of their paths, in chunks that copies share. Changing a
+// copy copies the chunk that changes and nothing else.
+//
+// Ownership: shares the instances; the entries of the store that it is made for are only good
+//            in the list that the store itself uses.
+// Threads:   one thread at a time per namespace.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "havcore/ICIMInstance.h"
+
+namespace NORVHAV20 {
+
+class TInstanceList {
+ public:
+  struct TItem {
+    void* entry;
+    boost::shared_ptr<ICIMInstance> instance;
+  };
+
+  // Calls `visit` with each instance, or with each item.
+  template <class Visit>
+  void ForEach(Visit&& visit) const {
+    ForEachItem([&](const TItem& item) { visit(item.instance); });
+  }
+  template <class Visit>
+  void ForEachItem(Visit&& visit) const {
+    for (const auto& chunk : m_chunks)
+      for (const TItem& item : *chunk) visit(item);
+  }
+  std::size_t Size() const noexcept { return m_size; }
+
+  // Appends an item that comes after all others.
+  void Append(TItem item);
+  // Inserts an item; `isBefore(a, b)` compares entries. On failure nothing has changed.
+  // Complexity: O(log n) comparisons.
+  template <class Before>
+  void Insert(TItem item, Before&& isBefore) {
+    const TPlace place = Find(item.entry, isBefore);
+    InsertAt(place, std::move(item));
+  }
+  // Removes the item of an entry that is there. Throws std::bad_alloc when there is no memory
+  // to copy what others share; then nothing has changed. Complexity: as Insert.
+  template <class Before>
+  void Remove(void* entry, Before&& isBefore) {
+    RemoveAt(Find(entry, isBefore));
+  }
+
+ private:
+  static constexpr std::size_t kChunkSize = 256;
+  using TChunk = std::vector<TItem>;
+
+  struct TPlace {
+    std::size_t chunk;
+    std::size_t item;
+  };
+
+  // Where the entry stands, or would.
+  template <class Before>
+  TPlace Find(void* entry, Before&& isBefore) const {
+    if (m_chunks.empty()) return {0, 0};
+    // The last chunk that does not begin behind the entry, then the place in it.
+    const std::size_t chunk =
+        CountNotAfter(1, m_chunks.size(),
+                      [&](std::size_t i) { return isBefore(entry, m_chunks[i]->front().entry); }) -
+        1;
+    const TChunk& items = *m_chunks[chunk];
+    const std::size_t item = CountNotAfter(
+        0, items.size(), [&](std::size_t i) { return !isBefore(items[i].entry, entry); });
+    return {chunk, item};
+  }
+  // The first number from `from` to `to` for which `isAfter` holds; it holds for all above.
+  template <class After>
+  static std::size_t CountNotAfter(std::size_t from, std::size_t to, After&& isAfter) {
+    while (from < to) {
+      const std::size_t middle = from + (to - from) / 2;
+      if (isAfter(middle))
+        to = middle;
+      else
+        from = middle + 1;
+    }
+    return from;
+  }
+
+  void InsertAt(TPlace place, TItem item);
+  void RemoveAt(TPlace place);
+  TChunk& Writable(std::size_t chunk);
+
+  std::vector<boost::shared_ptr<TChunk>> m_chunks;  // none of them empty
+  std::size_t m_size = 0;
+};
+
+}  // namespace NORVHAV20
