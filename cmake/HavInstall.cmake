@@ -10,9 +10,15 @@ else()
   set(HAV_INSTALL_PLUGIN
       ${HAV_INSTALL_PLUGINDIR}/${CMAKE_SHARED_LIBRARY_PREFIX}inmem${CMAKE_SHARED_LIBRARY_SUFFIX})
 endif()
+set(HAV_INSTALL_SCHEMADIR ${CMAKE_INSTALL_DATADIR}/havhost/schema)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/havcore)
 
-file(GLOB inventory_headers CONFIGURE_DEPENDS inventory/*.h)
+# What users of the libraries include; the rest is theirs to change.
+set(mof_headers mof/IMofSource.h mof/TMofFolderSource.h mof/TMofLoader.h mof/TMofReport.h
+    mof/TMofText.h mof/TMofWriter.h)
+set(inventory_headers inventory/CachesFound.h inventory/ICollector.h inventory/Inventory.h
+    inventory/TCollection.h inventory/TMachine.h)
+set(HAV_PUBLIC_HEADERS havcore/include/havcore havcore/client ${mof_headers} ${inventory_headers})
 
 install(TARGETS inmem
         LIBRARY DESTINATION ${HAV_INSTALL_PLUGINDIR}
@@ -33,14 +39,19 @@ if(NOT HAVCORE_ROOT)
     install(EXPORT havinventoryTargets NAMESPACE hav:: DESTINATION ${package_dir})
     install(DIRECTORY havcore/client DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/havcore
             FILES_MATCHING PATTERN "*.h")
-    install(DIRECTORY mof DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/hav
-            FILES_MATCHING PATTERN "*.h")
+    install(FILES ${mof_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/hav/mof)
     install(FILES ${inventory_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/hav/inventory)
+    foreach(library client mof inventory)
+      configure_file(cmake/hav${library}.pc.in ${PROJECT_BINARY_DIR}/hav${library}.pc @ONLY)
+      install(FILES ${PROJECT_BINARY_DIR}/hav${library}.pc
+              DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    endforeach()
+    install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
   endif()
   install(EXPORT havcoreTargets NAMESPACE hav:: DESTINATION ${package_dir})
   configure_package_config_file(cmake/havcoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/havcoreConfig.cmake
-    INSTALL_DESTINATION ${package_dir} PATH_VARS HAV_INSTALL_PLUGIN)
+    INSTALL_DESTINATION ${package_dir} PATH_VARS HAV_INSTALL_PLUGIN HAV_INSTALL_SCHEMADIR)
   # Before 1.0 a minor version may change the contract.
   write_basic_package_version_file(${PROJECT_BINARY_DIR}/havcoreConfigVersion.cmake
                                    COMPATIBILITY SameMinorVersion)
@@ -53,10 +64,13 @@ endif()
 
 if(TARGET havhost)
   install(TARGETS havhost RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(DIRECTORY inventory/schema/ DESTINATION ${CMAKE_INSTALL_DATADIR}/havhost/schema
+  install(DIRECTORY inventory/schema/ DESTINATION ${HAV_INSTALL_SCHEMADIR}
           FILES_MATCHING PATTERN "*.mof")
 endif()
-install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES docs/conformance.md docs/design.md docs/hosting.md docs/performance.md
+              docs/performance.svg docs/windows.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 
 set(CPACK_PACKAGE_NAME inmem)
 set(CPACK_PACKAGE_VENDOR "the inmem authors")

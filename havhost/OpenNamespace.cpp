@@ -39,7 +39,7 @@ void PrintMessages(const TConsole& console, const TMofReport& report) {
     console.err << "havhost: " << Printable(message.ToString()) << '\n';
 }
 
-boost::shared_ptr<ICIMNamespace> LoadMof(const TPlugin& plugin, TSettings& settings,
+boost::shared_ptr<ICIMNamespace> LoadMof(const TPluginLoader& plugin, TSettings& settings,
                                          const std::vector<std::string>& files,
                                          const TConsole& console) {
   std::vector<std::filesystem::path> searchPath;
@@ -78,7 +78,7 @@ std::vector<std::string> SchemaFiles(const TSettings& settings) {
   return files;
 }
 
-void TakeInventory(TPlugin& plugin, ICIMNamespace& target, const TSettings& settings,
+void TakeInventory(TPluginLoader& plugin, ICIMNamespace& target, const TSettings& settings,
                    const TConsole& console) {
   std::error_code failure;
   if (!std::filesystem::is_directory(PathOf(settings.rootFolder), failure))
@@ -93,7 +93,7 @@ void TakeInventory(TPlugin& plugin, ICIMNamespace& target, const TSettings& sett
 
 }  // namespace
 
-boost::shared_ptr<ICIMNamespace> OpenNamespace(TPlugin& plugin, TSettings& settings,
+boost::shared_ptr<ICIMNamespace> OpenNamespace(TPluginLoader& plugin, TSettings& settings,
                                                const TConsole& console) {
   if (!settings.mofFiles.empty()) return LoadMof(plugin, settings, settings.mofFiles, console);
   auto target = LoadMof(plugin, settings, SchemaFiles(settings), console);

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "havcore/THAVException.h"
+#include "havcore/client/TPluginLoader.h"
 #include "havcore/client/Utf8.h"
 #include "havhost/CommandLine.h"
 #include "havhost/OpenNamespace.h"
@@ -16,10 +17,11 @@
 #include "havhost/THostError.h"
 #include "havhost/THostLogger.h"
 #include "havhost/TOutputBuffer.h"
-#include "havhost/TPlugin.h"
 #include "havhost/report/Text.h"
 
 namespace havhost {
+
+using namespace hav::client;
 
 using namespace NORVHAV20;
 
@@ -86,14 +88,14 @@ void Finish(std::ostream& out) {
 
 void WriteFile(const std::string& name, const std::string& text) {
   errno = 0;
-  std::ofstream file(hav::client::PathOf(name), std::ios::binary);
+  std::ofstream file(PathOf(name), std::ios::binary);
   file << text;
   file.close();
   if (!file)
     throw THostError("cannot write " + name + ": " + std::generic_category().message(errno));
 }
 
-void Execute(TPlugin& plugin, TCommandLine& line, const TConsole& console) {
+void Execute(TPluginLoader& plugin, TCommandLine& line, const TConsole& console) {
   const auto target = OpenNamespace(plugin, line.settings, console);
   if (line.settings.outputFile.empty()) {
     line.action(target, line.settings, console.out);
@@ -114,8 +116,7 @@ std::string Describe(const THAVException& failure, THostLogger& logger) {
 void RunCommand(TCommandLine& line, const TConsole& console) {
   const auto& settings = line.settings;
   THostLogger logger(console.err, settings.verbose);
-  TPlugin plugin(settings.plugin.empty() ? InstalledPlugin()
-                                         : hav::client::PathOf(settings.plugin));
+  TPluginLoader plugin(settings.plugin.empty() ? InstalledPlugin() : PathOf(settings.plugin));
   // The log would break up the line that says how far the work is.
   const bool showsProgress = console.showsProgress && !settings.verbose;
   std::string failure;

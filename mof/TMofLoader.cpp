@@ -2,6 +2,7 @@
 
 #include "havcore/client/FoldedName.h"
 #include "mof/TMofInstanceBuilder.h"
+#include "mof/TMofReader.h"
 #include "mof/TMofSchemaBuilder.h"
 
 namespace hav::mof {

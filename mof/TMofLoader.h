@@ -11,6 +11,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,11 @@
 #include "havcore/ICIMNamespace.h"
 #include "havcore/INamespaceProvider.h"
 #include "mof/IMofSource.h"
-#include "mof/TMofReader.h"
 #include "mof/TMofReport.h"
 
 namespace hav::mof {
+
+struct TMofFile;
 
 class TMofLoader {
  public:
@@ -47,7 +49,8 @@ class TMofLoader {
 
  private:
   std::function<void(std::size_t, std::size_t)> ProgressOf(EStep step) const;
-  std::string ChooseName(const TMofReader::TFiles& files, TMofReport& report) const;
+  std::string ChooseName(const std::vector<std::unique_ptr<TMofFile>>& files,
+                         TMofReport& report) const;
 
   const NORVHAV20::INamespaceProvider& m_provider;
   IMofSource& m_source;

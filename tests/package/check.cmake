@@ -1,10 +1,11 @@
 # Installs BUILD_DIR, compares what lies there with the committed list, builds and runs the
-# consumer against it, builds the plug-in against it, and makes the packages.
+# consumer and the installed examples against it, builds the plug-in against it, and makes the
+# packages.
 cmake_minimum_required(VERSION 3.22)
 
 set(work ${BUILD_DIR}/package-test)
 set(prefix ${work}/prefix)
-set(expected_output "Example_Volume.Name=\"data\": 4096\n")
+set(expected_output "Example_Volume[.]Name=\"data\": 4096\n")
 string(TOLOWER ${SYSTEM} system)
 set(list_file ${CMAKE_CURRENT_LIST_DIR}/installed-files.${system}.txt)
 file(REMOVE_RECURSE ${work})
@@ -25,7 +26,7 @@ function(run_consumer what program)
   execute_process(COMMAND ${EMULATOR} ${program} ${ARGN} RESULT_VARIABLE result
                   OUTPUT_VARIABLE output ERROR_VARIABLE errors WORKING_DIRECTORY ${prefix}/bin)
   string(REPLACE "\r" "" output "${output}")
-  if(NOT result EQUAL 0 OR NOT output STREQUAL expected_output)
+  if(NOT result EQUAL 0 OR NOT output MATCHES "^${expected_output}$")
     message("printed:\n${output}${errors}instead of:\n${expected_output}")
     message(FATAL_ERROR "${what} ended with ${result}")
   endif()
@@ -58,6 +59,7 @@ function(expect_archive what listing top)
   string(REPLACE "\n" ";" entries "${listing}")
   list(FILTER entries INCLUDE REGEX "^${top}.*[^/]$")
   list(TRANSFORM entries REPLACE "^${top}(.*)$" "\\1")
+  list(TRANSFORM entries REPLACE " -> .*$" "")
   expect_files(${what} "${entries}")
 endfunction()
 
@@ -96,6 +98,78 @@ if(pkg_config AND SYSTEM STREQUAL "Linux")
   run_consumer("the consumer through pkg-config" ${work}/consumer-pkg-config)
 endif()
 
+# build_example(NAME): the installed example, built where nothing of the sources is near. Its
+# program in `example`.
+function(build_example name)
+  file(COPY ${prefix}/share/doc/inmem/examples/${name} DESTINATION ${work}/examples)
+  run("configuring the example ${name}" ${CMAKE_COMMAND} -S ${work}/examples/${name}
+      -B ${work}/examples/${name}/build ${common} -D havcore_DIR=${prefix}/lib/cmake/havcore)
+  run("building the example ${name}" ${CMAKE_COMMAND} --build ${work}/examples/${name}/build)
+  file(GLOB program ${work}/examples/${name}/build/${name}
+       ${work}/examples/${name}/build/${name}.exe)
+  set(example ${program} PARENT_SCOPE)
+endfunction()
+
+file(GLOB installed_plugin ${prefix}/lib/libinmem.so ${prefix}/bin/inmem.dll)
+build_example(host)
+file(STRINGS ${work}/examples/host/Host.cpp lines)
+list(LENGTH lines line_count)
+if(line_count GREATER 50)
+  message(FATAL_ERROR "the host of 50 lines has ${line_count}")
+endif()
+# What does not belong to a path is matched by a point: quotes and backslashes.
+string(CONCAT expected_output
+  "Example_System.Name=.box.\n  Example_Disk.Name=.first.\n  Example_Disk.Name=.second.\n"
+  "Example_Disk.Name=.first.\n  Example_System.Name=.box.\n"
+  "Example_Disk.Name=.second.\n  Example_System.Name=.box.\n"
+  "Example_SystemDisk.GroupComponent=[^\n]*\n"
+  "Example_SystemDisk.GroupComponent=[^\n]*\n")
+run_consumer("the example host" ${example} ${installed_plugin}
+             ${work}/examples/host/disks.mof)
+set(host_output ${expected_output})
+build_example(inventory)
+file(GLOB schema ${prefix}/share/havhost/schema/*.mof)
+set(expected_output ".*ORVSG_ComputerSystem 1\n.*ORVSG_Processor [1-9][0-9]*\n.*")
+run_consumer("the example inventory" ${example} ${installed_plugin} ${schema})
+
+if(pkg_config AND SYSTEM STREQUAL "Linux")
+  foreach(library mof inventory)
+    run(pkg-config ${pkg_config} --cflags --libs hav${library})
+    separate_arguments(flags_${library} UNIX_COMMAND "${run_output}")
+  endforeach()
+  run("compiling the example host with pkg-config's flags" ${CXX_COMPILER} -std=c++17
+      ${work}/examples/host/Host.cpp -o ${work}/host-pkg-config -Wl,-rpath,${prefix}/lib
+      ${flags_mof})
+  set(expected_output ${host_output})
+  run_consumer("the example host through pkg-config" ${work}/host-pkg-config ${installed_plugin}
+               ${work}/examples/host/disks.mof)
+  run("compiling the example inventory with pkg-config's flags" ${CXX_COMPILER} -std=c++17
+      ${work}/examples/inventory/Inventory.cpp -o ${work}/inventory-pkg-config
+      -Wl,-rpath,${prefix}/lib ${flags_mof} ${flags_inventory})
+endif()
+set(expected_output "Example_Volume[.]Name=\"data\": 4096\n")
+
+# The version that a library carries: in its name, or on Windows as a resource.
+if(SYSTEM STREQUAL "Windows")
+  foreach(file havcore.dll inmem.dll havhost.exe)
+    file(READ ${prefix}/bin/${file} content HEX)
+    string(HEX "FileVersion" wanted)
+    string(REGEX REPLACE "(..)" "\\100" wanted "${wanted}")
+    if(NOT content MATCHES "${wanted}")
+      message(FATAL_ERROR "${file} carries no version")
+    endif()
+  endforeach()
+else()
+  file(READ_SYMLINK ${prefix}/lib/libhavcore.so soname)
+  if(NOT soname MATCHES "^libhavcore[.]so[.][0-9]+[.][0-9]+$")
+    message(FATAL_ERROR "libhavcore.so leads to ${soname}")
+  endif()
+  if(IS_SYMLINK ${prefix}/lib/libinmem.so)
+    message(FATAL_ERROR "hosts know the plug-in by its path: it has no version in its name")
+  endif()
+endif()
+message(STATUS "the libraries carry their version")
+
 set(plugin_only -S ${SOURCE_DIR} ${common} -D HAV_BUILD_HOST=OFF -D HAV_BUILD_TESTS=OFF)
 find_program(ccache ccache)
 if(ccache)
@@ -109,7 +183,7 @@ run_consumer("the plug-in built against HAVCORE_ROOT" ${consumer} ${plugin})
 
 # A vendor's havcore comes as a library alone.
 file(GLOB library ${prefix}/lib/libhavcore.so ${prefix}/lib/libhavcore.dll.a)
-file(COPY ${library} DESTINATION ${work}/vendor/lib)
+file(COPY ${library} DESTINATION ${work}/vendor/lib FOLLOW_SYMLINK_CHAIN)
 run("configuring against a bare library" ${CMAKE_COMMAND} ${plugin_only} -B ${work}/bare
     -D HAVCORE_ROOT=${work}/vendor)
 if(NOT run_output MATCHES "havcore: ${work}/vendor/lib/libhavcore[^ ]* with the headers of ${SOURCE_DIR}")

@@ -1,16 +1,17 @@
-#include "havhost/TPlugin.h"
+#include "havcore/client/TPluginLoader.h"
 
 #include <system_error>
 
+#define BOOST_DLL_USE_STD_FS
+#include <boost/dll/shared_library.hpp>
 #include <boost/make_shared.hpp>
 
 #include "havcore/THAVException.h"
+#include "havcore/TNamespaceProviderManager.h"
 #include "havcore/TRootObject.h"
 #include "havcore/client/Utf8.h"
-#include "havhost/Paths.h"
-#include "havhost/THostError.h"
 
-namespace havhost {
+namespace hav::client {
 
 using namespace NORVHAV20;
 
@@ -23,7 +24,6 @@ constexpr char kInitialize[] =
 #else
 constexpr char kInitialize[] = "_ZN9NORVHAV2023TInmemNamespaceProvider10InitializeEv";
 #endif
-constexpr char kProviderName[] = "inmem";
 
 // The system's own words out of what Boost.DLL makes of them.
 std::string SystemMessage(const std::system_error& failure) {
@@ -50,31 +50,36 @@ class TManagerInUse {
 
 }  // namespace
 
-TPlugin::TPlugin(const std::filesystem::path& library)
-    : m_path(library), m_manager(boost::make_shared<TNamespaceProviderManager>()) {
+class TPluginLoader::TLibrary : public boost::dll::shared_library {};
+
+TPluginLoader::TPluginLoader(const std::filesystem::path& library)
+    : m_path(library), m_library(std::make_unique<TLibrary>()) {
   Load();
   Initialize();
 }
 
-void TPlugin::Load() {
+TPluginLoader::~TPluginLoader() = default;
+
+void TPluginLoader::Load() {
   std::error_code missing;
   if (!std::filesystem::exists(m_path, missing)) Fail("there is no such file");
   try {
-    m_library.load(m_path, boost::dll::load_mode::rtld_now);
+    m_library->load(m_path, boost::dll::load_mode::rtld_now);
   } catch (const std::system_error& failure) {
     Fail(SystemMessage(failure));
   }
-  if (!m_library.has(kInitialize))
+  if (!m_library->has(kInitialize))
     Fail("it is no plug-in: it exports no TInmemNamespaceProvider::Initialize");
   for (const char* name : {"g_L1Enabled", "g_L2Enabled", "g_L3Enabled"})
-    if (!m_library.has(name)) Fail(std::string("it exports no ") + name);
+    if (!m_library->has(name)) Fail(std::string("it exports no ") + name);
 }
 
-void TPlugin::Initialize() {
-  const TManagerInUse use(m_manager);
+void TPluginLoader::Initialize() {
+  const auto manager = boost::make_shared<TNamespaceProviderManager>();
+  const TManagerInUse use(manager);
   std::string failure;
   try {
-    const THAVStatusCode status = m_library.get<THAVStatusCode()>(kInitialize)();
+    const THAVStatusCode status = m_library->get<THAVStatusCode()>(kInitialize)();
     if (status.GetStatusCode() != kHAVSuccess) failure = status.TranslateStatusCode();
   } catch (const std::exception& thrown) {
     // The exception may be the plug-in's, so no more than its text may leave here.
@@ -83,18 +88,19 @@ void TPlugin::Initialize() {
     failure = "it threw what is no standard exception";
   }
   if (failure.empty()) {
-    m_provider = m_manager->FindNamespaceProvider(kProviderName);
+    m_provider = manager->FindNamespaceProvider(kProviderName);
     if (!m_provider) failure = std::string("it registered no provider \"") + kProviderName + "\"";
   }
   if (!failure.empty()) Fail("its initialisation failed: " + failure);
 }
 
-void TPlugin::Fail(const std::string& what) const {
-  throw THostError("cannot load the plug-in " + hav::client::Utf8(m_path) + ": " + what);
+void TPluginLoader::Fail(const std::string& what) const {
+  throw TPluginError("cannot load the plug-in " + Utf8(m_path) + ": " + what);
 }
 
-std::int32_t& TPlugin::CacheSwitch(int level) {
-  return m_library.get<std::int32_t>("g_L" + std::to_string(level) + "Enabled");
+std::int32_t& TPluginLoader::CacheSwitch(int level) {
+  if (level < 1 || level > 3) throw std::out_of_range("cache levels are 1 to 3");
+  return m_library->get<std::int32_t>("g_L" + std::to_string(level) + "Enabled");
 }
 
-}  // namespace havhost
+}  // namespace hav::client
