@@ -14,30 +14,38 @@ namespace havtest::oracle {
 namespace {
 
 // No class without a name: a path without a class name leads nowhere.
-constexpr const char* kClassNames[] = {"A", "B", "C", "D", "L", "M", "ORVSG_PhysicalNetworkPort",
-                                       "<root>", "no name"};
+constexpr const char* kClassNames[] = {
+    "A", "B", "C", "D", "L", "M", "ORVSG_PhysicalNetworkPort", "<root>", "no name"};
 constexpr const char* kLookups[] = {"A", "b", "C", "D", "L", "m", "<root>", "<ROOT>", "Nowhere"};
-constexpr const char* kProperties[] = {"Name", "Left",        "Right",       "Size",
-                                       "name", "PortTypeOne", "speedDuplex", "HealthState",
-                                       "LEFT", "Other",       "1st"};
+constexpr const char* kProperties[] = {"Name",        "Left",        "Right",       "Size", "name",
+                                       "PortTypeOne", "speedDuplex", "HealthState", "LEFT", "Other",
+                                       "1st",         "CPUStatus",   "L1Enabled"};
 constexpr const char* kReads[] = {"Name",        "left",
                                   "Right",       "Size",
                                   "PortTypeOne", "speedDuplex",
                                   "HealthState", "MyHealthStateToday",
                                   "healthstate", "ElementDescription",
-                                  "Missing",     "no name"};
+                                  "Missing",     "no name",
+                                  "CPUStatus",   "L1Enabled",
+                                  "L2Enabled"};
 constexpr const char* kRoles[] = {"", "", "Left", "right", "Other", "Name", "Missing"};
 constexpr const char* kFilters[] = {"", "<root>", "<root>", "A", "B", "C", "L", "m", "Nowhere"};
 constexpr const char* kResults[] = {"<root>", "<root>", "<root>", "A", "B", "C", "", "Nowhere"};
 constexpr const char* kQualifiers[] = {"Key",         "Override", "Association", "Abstract",
                                        "dontcollect", "Note",     "key",         "a note"};
 constexpr const char* kMethods[] = {"Reset", "reset", "Start", "1st"};
-constexpr const char* kTexts[] = {"x", "y", "z", "a\"b\\c", ""};
+constexpr const char* kTexts[] = {"x", "y", "z", "a\"b\\c", "", "1"};
 constexpr unsigned kTypes[] = {kString, kString, kUInt16, kBoolean};
 
 template <std::size_t n>
 const char* Pick(const char* const (&pool)[n], unsigned number) {
   return pool[number % n];
+}
+
+// Half of the time the first of the pool: the filter that lets everything pass.
+template <std::size_t n>
+const char* Filter(const char* const (&pool)[n], unsigned number) {
+  return number % 2 == 0 ? pool[0] : Pick(pool, number / 2);
 }
 
 std::string Quoted(const std::string& text) { return '"' + text + '"'; }
@@ -46,6 +54,7 @@ std::string Quoted(const std::string& text) { return '"' + text + '"'; }
 class TRun {
  public:
   TRun() {
+    for (int level = 1; level <= 3; ++level) CacheSwitch(level) = -1;
     AddNamespace(true);
     AddNamespace(false);
   }
@@ -323,6 +332,11 @@ class TRun {
       case EOp::kAssociators: return Associators();
       case EOp::kClassAssociations: return ClassAssociations();
       case EOp::kCompareClasses: return CompareClasses();
+      case EOp::kSetSwitch: return SetSwitch();
+      case EOp::kMakeClass: return MakeClass(false);
+      case EOp::kMakeAssociation: return MakeClass(true);
+      case EOp::kMakeInstance: return MakeInstance(false);
+      case EOp::kMakeLink: return MakeInstance(true);
       default: return Dump();
     }
   }
@@ -370,14 +384,18 @@ class TRun {
   }
 
   void AllocateClass() {
+    AllocateClass(Pick(kClassNames, Arg(1)), [](Id) { return true; });
+  }
+
+  // A superclass comes from the same namespace, as collectors have it.
+  void AllocateClass(const std::string& name, const std::function<bool(Id)>& mayBeSuperclass) {
     const auto ns = Place(m_namespaces, 0);
-    const std::string name = Pick(kClassNames, Arg(1));
-    // A superclass comes from the same namespace, as collectors have it.
     std::vector<std::size_t> supers;
     for (std::size_t i = 0; i < m_classes.size(); ++i)
-      if (m_model.classes[m_classIds[i]].home == Number(ns)) supers.push_back(i);
-    const bool top = Arg(2) % 3 == 0;
-    const auto super = supers[Arg(3) % supers.size()];
+      if (m_model.classes[m_classIds[i]].home == Number(ns) && mayBeSuperclass(m_classIds[i]))
+        supers.push_back(i);
+    const bool top = Arg(2) % 3 == 0 || supers.empty();
+    const auto super = top ? 0 : supers[Arg(3) % supers.size()];
     m_what << "namespace " << ns << ": allocate class " << Quoted(name) << " under "
            << (top ? "nothing" : "C" + std::to_string(super));
     Both(
@@ -768,13 +786,56 @@ class TRun {
         });
   }
 
+  // What a callback does at one of its visits, on either side.
+  struct TMischief {
+    unsigned visit;
+    std::string what;
+    TAction onPlugin, onModel;
+  };
+
+  // Most walks are quiet; in the others a callback changes the model while it is walked. The
+  // operations that make something new are left out: both sides number what they make.
+  TMischief Mischief() {
+    constexpr EOp kOps[] = {EOp::kSetProperty, EOp::kAddInstance,    EOp::kDeleteInstance,
+                            EOp::kStoreIn,     EOp::kRemoveFrom,     EOp::kClearInstances,
+                            EOp::kSetDefault,  EOp::kRemoveProperty, EOp::kAddClass,
+                            EOp::kDeleteClass, EOp::kEnumerate};
+    if (Arg(5) % 3 != 0) return {};
+    const auto* const given = m_arguments;
+    const std::array<unsigned, 10> own{Arg(6), Arg(7), Arg(8), 1, 1, 1, 1, 1, 1, 1};
+    const std::string said = m_what.str();
+    m_what.str("");
+    m_arguments = &own;
+    Dispatch(kOps[(*given)[9] % std::size(kOps)]);
+    TMischief mischief{(*given)[5] / 3 % 3, m_what.str(), m_onPlugin, m_onModel};
+    m_arguments = given;
+    m_what.str("");
+    m_what << said;
+    if (!mischief.what.empty()) m_what << ", at visit " << mischief.visit << ": " << mischief.what;
+    return mischief;
+  }
+
   template <class Run>
-  std::string Visited(Run&& run) const {
+  std::string Visited(Run&& run, const TMischief& mischief = {}) const {
     std::string text;
+    unsigned visits = 0;
     run(TEnumCallback<ICIMInstance>([&](InstancePtr instance) {
       text += Text(instance) + ' ';
+      if (mischief.onPlugin && visits++ == mischief.visit)
+        text += '(' + Answer(mischief.onPlugin) + ") ";
       return false;
     }));
+    return text;
+  }
+  template <class Run>
+  std::string VisitedInModel(Run&& run, const TMischief& mischief = {}) const {
+    std::string text;
+    unsigned visits = 0;
+    run([&](Id instance) {
+      text += TextOfInstance(instance) + ' ';
+      if (mischief.onModel && visits++ == mischief.visit)
+        text += '(' + Answer(mischief.onModel) + ") ";
+    });
     return text;
   }
   template <class Run>
@@ -784,11 +845,6 @@ class TRun {
       text += Text(cls) + ' ';
       return false;
     }));
-    return text;
-  }
-  static std::string Instances(const std::vector<Id>& ids) {
-    std::string text;
-    for (Id id : ids) text += TextOfInstance(id) + ' ';
     return text;
   }
   std::string Classes(const std::vector<Id>& ids) const {
@@ -801,53 +857,71 @@ class TRun {
     const auto cls = Place(m_classes, 0);
     const bool deep = Arg(1) % 2 == 0;
     m_what << 'C' << cls << ": enumerate instances" << (deep ? ", deep" : "");
+    const auto mischief = Mischief();
     Both(
         [=] {
-          return Visited([&](const auto& callback) {
-            m_classes[cls]->EnumerateInstances(callback, deep, {});
-          });
+          return Visited(
+              [&](const auto& callback) { m_classes[cls]->EnumerateInstances(callback, deep, {}); },
+              mischief);
         },
-        [=] { return Instances(m_model.Enumerate(m_classIds[cls], deep)); });
+        [=] {
+          return VisitedInModel(
+              [&](const auto& visit) { m_model.Enumerate(m_classIds[cls], deep, visit); },
+              mischief);
+        });
   }
 
   void References() {
     if (m_instances.empty()) return Nothing();
-    const auto instance = Place(m_instances, 0);
-    const std::string cls = Pick(kFilters, Arg(1)), role = Pick(kRoles, Arg(2));
+    const auto instance = AskedInstance();
+    const std::string cls = Filter(kFilters, Arg(1)), role = Filter(kRoles, Arg(2));
     m_what << 'I' << instance << ": references, class " << Quoted(cls) << ", role " << Quoted(role);
+    const auto mischief = Mischief();
     Both(
         [=] {
-          return Visited([&](const auto& callback) {
-            m_instances[instance]->EnumerateAssociationInstances(callback, cls, role, {});
-          });
+          return Visited(
+              [&](const auto& callback) {
+                m_instances[instance]->EnumerateAssociationInstances(callback, cls, role, {});
+              },
+              mischief);
         },
-        [=] { return Instances(m_model.References(Number(instance), cls, role)); });
+        [=] {
+          return VisitedInModel(
+              [&](const auto& visit) { m_model.References(Number(instance), cls, role, visit); },
+              mischief);
+        });
   }
 
   void Associators() {
     if (m_instances.empty()) return Nothing();
-    const auto instance = Place(m_instances, 0);
-    const std::string association = Pick(kFilters, Arg(1)), result = Pick(kResults, Arg(2));
-    const std::string role = Pick(kRoles, Arg(3)), resultRole = Pick(kRoles, Arg(4));
+    const auto instance = AskedInstance();
+    const std::string association = Filter(kFilters, Arg(1)), result = Filter(kResults, Arg(2));
+    const std::string role = Filter(kRoles, Arg(3)), resultRole = Filter(kRoles, Arg(4));
     m_what << 'I' << instance << ": associators, class " << Quoted(association) << ", result "
            << Quoted(result) << ", role " << Quoted(role) << ", result role " << Quoted(resultRole);
+    const auto mischief = Mischief();
     Both(
         [=] {
-          return Visited([&](const auto& callback) {
-            m_instances[instance]->EnumerateAssociatedInstances(callback, association, result, role,
-                                                                resultRole, {});
-          });
+          return Visited(
+              [&](const auto& callback) {
+                m_instances[instance]->EnumerateAssociatedInstances(callback, association, result,
+                                                                    role, resultRole, {});
+              },
+              mischief);
         },
         [=] {
-          return Instances(
-              m_model.Associators(Number(instance), association, result, role, resultRole));
+          return VisitedInModel(
+              [&](const auto& visit) {
+                m_model.Associators(Number(instance), association, result, role, resultRole, visit);
+              },
+              mischief);
         });
   }
 
   void ClassAssociations() {
     const auto cls = Place(m_classes, 0);
-    const std::string association = Pick(kFilters, Arg(1)), result = Pick(kFilters, Arg(2));
-    const std::string role = Pick(kRoles, Arg(3)), resultRole = Pick(kRoles, Arg(4));
+    const std::string association = Filter(kFilters, Arg(1)), result = Filter(kFilters, Arg(2));
+    const std::string role = Filter(kRoles, Arg(3)), resultRole = Filter(kRoles, Arg(4));
     m_what << 'C' << cls << ": association classes " << Quoted(association) << ", role "
            << Quoted(role) << "; associated classes, result " << Quoted(result) << ", result role "
            << Quoted(resultRole);
@@ -885,6 +959,156 @@ class TRun {
           return std::string(m_model.IsA(m_classIds[a], m_classIds[b]) ? "is a" : "is no") +
                  (left.name == right.name ? ", equal" : "") +
                  (left.name < right.name ? ", less" : "");
+        });
+  }
+
+  void SetSwitch() {
+    const int level = static_cast<int>(Arg(0) % 3), value = static_cast<int>(Arg(1) % 4) - 1;
+    m_what << "switch " << level + 1 << " = " << value;
+    Both([=] { CacheSwitch(level + 1) = value; }, [=] { m_model.switches[level] = value; });
+  }
+
+  // A registered class with keys, of any namespace; any class where there is none.
+  std::size_t KeyedClass(std::size_t i) const {
+    std::vector<std::size_t> keyed;
+    for (std::size_t place = 0; place < m_classes.size(); ++place)
+      if (m_model.classes[m_classIds[place]].inNamespace &&
+          !m_model.Keys(m_classIds[place]).empty() &&
+          (Arg(i) % 8 == 1 || !m_model.IsTrue(m_classIds[place], "association")))
+        keyed.push_back(place);
+    return keyed.empty() || Arg(i) % 16 == 0 ? Place(m_classes, i) : keyed[Place(keyed, i)];
+  }
+
+  // An instance to ask, mostly one that is stored.
+  std::size_t AskedInstance() const {
+    std::vector<std::size_t> stored;
+    for (const TClass& cls : m_model.classes)
+      for (const auto& [path, instance] : cls.store)
+        stored.push_back(static_cast<std::size_t>(instance));
+    return stored.empty() || Arg(0) % 8 == 0 ? Place(m_instances, 0) : stored[Place(stored, 0)];
+  }
+
+  // A class with a key "Name", or an association with two references as its keys, registered.
+  void MakeClass(bool association) {
+    constexpr const char* classes[] = {"A", "B", "C", "D", "ORVSG_CPU"};
+    constexpr const char* associations[] = {"L", "M", "N"};
+    const auto isAssociation = [this](Id cls) { return m_model.IsTrue(cls, "association"); };
+    AllocateClass(association ? Pick(associations, Arg(1)) : Pick(classes, Arg(1)),
+                  [&](Id cls) { return isAssociation(cls) == association; });
+    const auto allocatePlugin = m_onPlugin, allocateModel = m_onModel;
+    const std::size_t ends[] = {KeyedClass(4), KeyedClass(5)};
+    m_what << (association ? ", association of C" + std::to_string(ends[0]) + " and C" +
+                                 std::to_string(ends[1])
+                           : ", with a key")
+           << ", and add it";
+    const auto key = QualifierDeclNamed("Key"), marks = QualifierDeclNamed("Association");
+    Both(
+        [=] {
+          std::string text = allocatePlugin();
+          const auto cls = m_newClass ? m_newClass : m_classes[std::stoul(text.substr(1))];
+          if (association) {
+            cls->AllocateQualifier(m_qualifierDecls[marks], TCIMValue(true), {});
+            for (const int end : {0, 1}) {
+              const auto decl =
+                  cls->AllocateReferenceDecl(end == 0 ? "Left" : "Right", m_classes[ends[end]], {});
+              decl->AllocateQualifier(m_qualifierDecls[key], TCIMValue(true), {});
+              decl->AddToClass({});
+            }
+          } else {
+            const auto decl = cls->AllocatePropertyDecl("Name", TCIMValue::Null(kCIMString), {});
+            decl->AllocateQualifier(m_qualifierDecls[key], TCIMValue(true), {});
+            decl->AddToClass({});
+          }
+          cls->AddToNamespace({});
+          return text;
+        },
+        [=] {
+          std::string text = allocateModel();
+          const Id cls = m_classIds[std::stoul(text.substr(1))];
+          const auto declare = [&](const char* name, const TValue& value) {
+            const Id decl = m_model.NewDecl(cls, name, value);
+            const Id id = m_qualifierDeclIds[key];
+            m_model.QualifyDecl(decl, id, ModelValue({2, 1, 0}), m_model.qualifierDecls[id].flavor);
+            m_model.AddProperty(cls, decl);
+          };
+          if (association) {
+            const Id id = m_qualifierDeclIds[marks];
+            m_model.QualifyClass(cls, id, ModelValue({2, 1, 0}), m_model.qualifierDecls[id].flavor);
+            for (const int end : {0, 1}) {
+              TValue value;
+              value.type = kReference;
+              value.path = std::make_shared<TPath>(TPath{m_classIds[ends[end]], {}});
+              declare(end == 0 ? "Left" : "Right", value);
+            }
+          } else {
+            declare("Name", TValue());
+          }
+          m_model.AddClass(cls);
+          return text;
+        });
+  }
+
+  // A stored instance that the reference `role` of the class may well point at; any where there
+  // is none.
+  unsigned StoredFor(Id cls, const std::string& role, unsigned number) const {
+    const auto entry = m_model.classes[cls].properties.find(role);
+    if (entry == m_model.classes[cls].properties.end()) return number;
+    const TValue& declared = m_model.decls[entry->second.decl].value;
+    std::vector<unsigned> fitting;
+    for (const TClass& holder : m_model.classes)
+      for (const auto& [path, instance] : holder.store)
+        if (declared.path && m_model.IsA(m_model.instances[instance].cls, declared.path->cls))
+          fitting.push_back(static_cast<unsigned>(instance));
+    return fitting.empty() ? number : fitting[number % fitting.size()];
+  }
+
+  // An instance with a name, or a link with two ends, added.
+  void MakeInstance(bool link) {
+    std::vector<std::size_t> classes;
+    for (std::size_t i = 0; i < m_classes.size(); ++i)
+      if (m_model.IsTrue(m_classIds[i], "association") == link) classes.push_back(i);
+    if (classes.empty() || m_instances.empty()) return AllocateInstance();
+    const auto cls = classes[Arg(0) % classes.size()];
+    const TValueSpec name{10, Arg(1), 0};
+    const TValueSpec ends[] = {{6, StoredFor(m_classIds[cls], "left", Arg(2)), 0},
+                               {6, StoredFor(m_classIds[cls], "right", Arg(3)), 0}};
+    m_what << "make instance I" << m_instances.size() << " of C" << cls;
+    if (link)
+      m_what << ", Left = " << Named(ends[0]) << ", Right = " << Named(ends[1]);
+    else
+      m_what << ", Name = " << Named(name);
+    Both(
+        [=] {
+          const auto left = PluginValue(ends[0]), right = PluginValue(ends[1]);
+          m_instances.push_back(m_classes[cls]->AllocateInstance({}));
+          const auto instance = m_instances.back();
+          m_placeOfInstance[instance.get()] = m_instances.size() - 1;
+          if (link) {
+            instance->SetPropertyValue("Left", left, {});
+            instance->SetPropertyValue("Right", right, {});
+          } else {
+            instance->SetPropertyValue("Name", PluginValue(name), {});
+          }
+          instance->AddToNamespace({});
+        },
+        [=] {
+          // The plug-in's side has counted the new instance already when it came that far.
+          const auto instances = m_model.instances.size();
+          const auto end = [&](const TValueSpec& spec) {
+            TValue value = ModelValue({5, 0, 0});
+            value.path =
+                std::make_shared<TPath>(m_model.Reference(static_cast<Id>(spec.a % instances)));
+            return value;
+          };
+          const TValue left = end(ends[0]), right = end(ends[1]);
+          const Id instance = m_model.AllocateInstance(m_classIds[cls]);
+          if (link) {
+            m_model.SetProperty(instance, "Left", left);
+            m_model.SetProperty(instance, "Right", right);
+          } else {
+            m_model.SetProperty(instance, "Name", ModelValue(name));
+          }
+          m_model.AddInstance(instance);
         });
   }
 
@@ -948,7 +1172,7 @@ class TRun {
            "; instances " +
            Visited([&](const auto& callback) { cls.EnumerateInstances(callback, false, {}); });
   }
-  std::string DumpOf(Id id) const {
+  std::string DumpOf(Id id) {
     const TClass& cls = m_model.classes[id];
     std::string text = cls.name + " under " + TextOfClass(cls.superclass) +
                        Qualifiers(cls.qualifiers) +
@@ -967,7 +1191,7 @@ class TRun {
       text += ") of " + TextOfClass(decl.origin);
     }
     return text + "; subclasses " + Classes(cls.subclasses) + "; instances " +
-           Instances(m_model.Enumerate(id, false));
+           VisitedInModel([&](const auto& visit) { m_model.Enumerate(id, false, visit); });
   }
 
   void Dump() {
@@ -978,7 +1202,7 @@ class TRun {
 
   RecordingLogger m_log;
   TModel m_model;
-  const std::array<unsigned, 6>* m_arguments = nullptr;
+  const std::array<unsigned, 10>* m_arguments = nullptr;
   std::ostringstream m_what;
   TAction m_onPlugin, m_onModel;
 

@@ -1,8 +1,10 @@
 // The plug-in beside the model, operation by operation, over random programs. HAV_ORACLE_SEED and
-// HAV_ORACLE_PROGRAMS say where to begin and how many programs to run.
+// HAV_ORACLE_PROGRAMS say where to begin and how many programs to run; with HAV_ORACLE_TRACE the
+// operations are shown with what both sides answered.
 #include <cstdlib>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -20,9 +22,13 @@ TEST(Oracle, AnswersEveryOperationAsThePlugInDoes) {
   constexpr std::size_t kLength = 400;
   const auto first = Setting("HAV_ORACLE_SEED", 1);
   const auto programs = Setting("HAV_ORACLE_PROGRAMS", 500);
+  const bool show = std::getenv("HAV_ORACLE_TRACE") != nullptr;
   for (std::uint64_t seed = first; seed < first + programs; ++seed) {
     const auto program = RandomProgram(seed, kLength);
-    if (Compare(program).at == program.size()) continue;
+    std::vector<std::string> trace;
+    const auto difference = Compare(program, show ? &trace : nullptr);
+    for (const auto& line : trace) std::cout << line << '\n';
+    if (difference.at == program.size()) continue;
     FAIL() << "seed " << seed << ":\n" << Explain(program);
   }
   std::cout << programs * kLength << " operations compared\n";

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -99,6 +100,8 @@ struct TNamespace {
 
 class TModel {
  public:
+  using TVisit = std::function<void(Id)>;
+
   Id NewNamespace(bool redefinition);
   Id AllocateQualifierDecl(Id ns, const std::string& name, unsigned flavor);
   Id GetQualifierDecl(Id ns, const std::string& name);
@@ -142,11 +145,12 @@ class TModel {
   std::shared_ptr<TSlot> GetSlot(Id instance, const std::string& name);
   void SetProperty(Id instance, const std::string& name, const TValue& value);
   TPath Reference(Id instance);
-  std::vector<Id> Enumerate(Id cls, bool deep) const;
-  std::vector<Id> References(Id instance, const std::string& resultClass, const std::string& role);
-  std::vector<Id> Associators(Id instance, const std::string& associationClass,
-                              const std::string& resultClass, const std::string& role,
-                              const std::string& resultRole);
+  // Walks call `visit` for each instance, which may change anything.
+  void Enumerate(Id cls, bool deep, const TVisit& visit);
+  void References(Id instance, const std::string& resultClass, const std::string& role,
+                  const TVisit& visit);
+  void Associators(Id instance, const std::string& associationClass, const std::string& resultClass,
+                   const std::string& role, const std::string& resultRole, const TVisit& visit);
 
   const TValue& ValueOf(const TSlot& slot) const;
   const TValue& PreviousOf(const TSlot& slot) const;
@@ -163,6 +167,7 @@ class TModel {
   std::vector<TClass> classes;
   std::vector<TInstance> instances;
   std::vector<std::pair<int, std::string>> log;
+  int switches[3] = {-1, -1, -1};
 
  private:
   struct TElement {
@@ -184,10 +189,12 @@ class TModel {
   TElement Resolve(const TPath& path);
   bool Refers(const TValue& value, Id instance);
   void Validate(Id instance);
+  void Stored(Id cls, bool deep, std::vector<std::pair<Id, Id>>& found) const;
+  void ApplySwitches(Id instance);
   void ExamineCandidate(Id self, Id association, Id resultClass, const std::string& role,
-                        std::vector<Id>& found);
+                        const TVisit& visit);
   void ExamineWithResultRole(Id association, Id resultClass, const std::string& resultRole,
-                             std::vector<Id>& found);
+                             const TVisit& visit);
 };
 
 bool SameValue(const TModel& model, const TValue& a, const TValue& b);

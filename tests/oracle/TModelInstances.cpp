@@ -176,72 +176,91 @@ void TModel::ClearInstances(Id ns) {
   for (const auto& [name, cls] : namespaces[ns].classes) classes[cls].store.clear();
 }
 
-std::vector<Id> TModel::Enumerate(Id cls, bool deep) const {
-  std::vector<Id> found;
-  for (const auto& [path, instance] : classes[cls].store) found.push_back(instance);
-  if (!deep) return found;
-  for (Id subclass : classes[cls].subclasses)
-    for (Id instance : Enumerate(subclass, true)) found.push_back(instance);
-  return found;
+void TModel::Stored(Id cls, bool deep, std::vector<std::pair<Id, Id>>& found) const {
+  for (const auto& [path, instance] : classes[cls].store) found.emplace_back(cls, instance);
+  if (!deep) return;
+  for (Id subclass : classes[cls].subclasses) Stored(subclass, true, found);
+}
+
+void TModel::ApplySwitches(Id id) {
+  const TValue status = ValueOf(*GetSlot(id, "CPUStatus"));
+  std::string text = status.text;
+  if (status.type == kBoolean) text = status.number != 0 ? "TRUE" : "FALSE";
+  if (status.type == kUInt16) text = std::to_string(status.number);
+  if (status.IsReference()) text = PathText(*status.path);
+  if (status.null) text = "NULL";
+  Log(3, "cpuStatus is " + text);
+  if (text != "1") return;
+  for (int level = 0; level < 3; ++level) {
+    if (switches[level] != 0 && switches[level] != 1) continue;
+    TValue enabled;
+    enabled.type = kBoolean;
+    enabled.null = false;
+    enabled.number = static_cast<unsigned>(switches[level]);
+    SetProperty(id, "L" + std::to_string(level + 1) + "Enabled", enabled);
+  }
+}
+
+void TModel::Enumerate(Id cls, bool deep, const TVisit& visit) {
+  std::vector<std::pair<Id, Id>> found;
+  Stored(cls, deep, found);
+  for (const auto& [owner, instance] : found) {
+    try {
+      const auto& name = classes[owner].name;
+      if (name == "ORVSG_CPU" || name == "ORVSG_Processor") ApplySwitches(instance);
+      visit(instance);
+    } catch (const TStatus&) {
+    }
+  }
 }
 
 bool TModel::Refers(const TValue& value, Id id) {
   return value.IsReference() && Resolve(*value.path).instance == id;
 }
 
-std::vector<Id> TModel::References(Id id, const std::string& resultClass, const std::string& role) {
-  std::vector<Id> found;
+void TModel::References(Id id, const std::string& resultClass, const std::string& role,
+                        const TVisit& visit) {
   for (Id cls : AssociationClasses(instances[id].cls, resultClass, role)) {
-    for (Id association : Enumerate(cls, false)) {
-      // A class drops whatever the examination of one instance throws.
-      const auto refers = [&](const TValue& value) {
+    Enumerate(cls, false, [&](Id association) {
+      const auto refers = [&](const TSlot& slot) {
         try {
+          const TValue value = ValueOf(slot);
           return Refers(value, id);
         } catch (const TStatus&) {
           return false;
         }
       };
-      if (!role.empty()) {
-        try {
-          if (refers(ValueOf(*GetSlot(association, role)))) found.push_back(association);
-        } catch (const TStatus&) {
-        }
-        continue;
-      }
-      const auto& slots = instances[association].slots;
-      if (std::any_of(slots.begin(), slots.end(),
-                      [&](const auto& slot) { return refers(ValueOf(*slot.second)); }))
-        found.push_back(association);
-    }
+      bool found = false;
+      if (role.empty())
+        for (const auto& [name, slot] : instances[association].slots)
+          found = found || refers(*slot);
+      else
+        found = refers(*GetSlot(association, role));
+      if (found) visit(association);
+    });
   }
-  return found;
 }
 
-std::vector<Id> TModel::Associators(Id id, const std::string& associationClass,
-                                    const std::string& resultClass, const std::string& role,
-                                    const std::string& resultRole) {
-  std::vector<Id> found;
+void TModel::Associators(Id id, const std::string& associationClass, const std::string& resultClass,
+                         const std::string& role, const std::string& resultRole,
+                         const TVisit& visit) {
   Id filter = kNone;
   try {
     filter = GetClass(classes[instances[id].cls].home, resultClass);
   } catch (const TStatus& status) {
     if (status.code != 15) throw;
-    return found;
+    return;
   }
-  for (Id association : References(id, associationClass, "")) {
-    try {
-      if (resultRole.empty())
-        ExamineCandidate(id, association, filter, role, found);
-      else
-        ExamineWithResultRole(association, filter, resultRole, found);
-    } catch (const TStatus&) {
-    }
-  }
-  return found;
+  References(id, associationClass, "", [&](Id association) {
+    if (resultRole.empty())
+      ExamineCandidate(id, association, filter, role, visit);
+    else
+      ExamineWithResultRole(association, filter, resultRole, visit);
+  });
 }
 
 void TModel::ExamineCandidate(Id self, Id association, Id resultClass, const std::string& role,
-                              std::vector<Id>& found) {
+                              const TVisit& visit) {
   const auto folded = Normalize(role);
   bool selfSeen = false;
   for (const auto& [name, slot] : instances[association].slots) {
@@ -260,17 +279,17 @@ void TModel::ExamineCandidate(Id self, Id association, Id resultClass, const std
     }
     if (!IsA(value.path->cls, resultClass)) continue;
     const Id other = Resolve(*value.path).instance;
-    if (other != kNone) found.push_back(other);
+    if (other != kNone) visit(other);
     return;
   }
 }
 
 void TModel::ExamineWithResultRole(Id association, Id resultClass, const std::string& resultRole,
-                                   std::vector<Id>& found) {
+                                   const TVisit& visit) {
   const TValue value = ValueOf(*GetSlot(association, resultRole));
   if (!value.IsReference() || !IsA(value.path->cls, resultClass)) return;
   const Id other = Resolve(*value.path).instance;
-  if (other != kNone) found.push_back(other);
+  if (other != kNone) visit(other);
 }
 
 }  // namespace havtest::oracle

@@ -13,32 +13,73 @@ struct TWeight {
   unsigned early, late;
 };
 
-constexpr TWeight kWeights[] = {
-    {EOp::kNewNamespace, 1, 0},     {EOp::kAllocateQualifierDecl, 12, 1},
-    {EOp::kGetQualifierDecl, 1, 1}, {EOp::kAllocateClass, 22, 4},
-    {EOp::kGetClass, 1, 2},         {EOp::kQualifyClass, 16, 3},
-    {EOp::kQualifyDecl, 4, 2},      {EOp::kChangeQualifier, 1, 1},
-    {EOp::kDeclareProperty, 24, 3}, {EOp::kDeclareReference, 16, 3},
-    {EOp::kDeclareMethod, 4, 1},    {EOp::kAddPropertyTo, 2, 1},
-    {EOp::kRemoveProperty, 1, 1},   {EOp::kRemoveMethod, 1, 1},
-    {EOp::kSetDefault, 2, 4},       {EOp::kAddClass, 22, 5},
-    {EOp::kDeleteClass, 1, 2},      {EOp::kAllocateInstance, 4, 24},
-    {EOp::kSetProperty, 4, 50},     {EOp::kAddInstance, 2, 28},
-    {EOp::kDeleteInstance, 0, 6},   {EOp::kStoreIn, 0, 3},
-    {EOp::kRemoveFrom, 0, 2},       {EOp::kGetProperty, 1, 8},
-    {EOp::kSetSlot, 1, 8},          {EOp::kSetPrevious, 0, 4},
-    {EOp::kClearPrevious, 0, 2},    {EOp::kCompareSlots, 0, 2},
-    {EOp::kClearInstances, 0, 1},   {EOp::kFindInstance, 0, 4},
-    {EOp::kEnumerate, 0, 6},        {EOp::kReferences, 0, 16},
-    {EOp::kAssociators, 0, 16},     {EOp::kClassAssociations, 2, 4},
-    {EOp::kCompareClasses, 1, 2},   {EOp::kDump, 0, 1},
+// A collector's way: classes with a key, associations between them, instances and links; then
+// questions, with changes between them.
+constexpr TWeight kOrderly[] = {
+    {EOp::kMakeClass, 30, 1},        {EOp::kMakeAssociation, 20, 1},
+    {EOp::kMakeInstance, 0, 30},     {EOp::kMakeLink, 0, 40},
+    {EOp::kDeclareProperty, 2, 1},   {EOp::kAddClass, 1, 1},
+    {EOp::kSetProperty, 0, 12},      {EOp::kAddInstance, 0, 8},
+    {EOp::kDeleteInstance, 0, 5},    {EOp::kStoreIn, 0, 1},
+    {EOp::kGetProperty, 0, 4},       {EOp::kSetSlot, 0, 3},
+    {EOp::kSetDefault, 0, 2},        {EOp::kClearInstances, 0, 1},
+    {EOp::kFindInstance, 0, 3},      {EOp::kEnumerate, 0, 10},
+    {EOp::kReferences, 0, 40},       {EOp::kAssociators, 0, 40},
+    {EOp::kClassAssociations, 1, 5}, {EOp::kSetSwitch, 0, 2},
+    {EOp::kDeleteClass, 0, 1},       {EOp::kDump, 0, 2},
 };
 
-EOp Choose(std::uint64_t number, bool early) {
+// Anything in any order.
+constexpr TWeight kUnruly[] = {
+    {EOp::kNewNamespace, 1, 0},
+    {EOp::kAllocateQualifierDecl, 12, 1},
+    {EOp::kGetQualifierDecl, 1, 1},
+    {EOp::kAllocateClass, 22, 4},
+    {EOp::kGetClass, 1, 2},
+    {EOp::kQualifyClass, 16, 3},
+    {EOp::kQualifyDecl, 4, 2},
+    {EOp::kChangeQualifier, 1, 1},
+    {EOp::kDeclareProperty, 24, 3},
+    {EOp::kDeclareReference, 16, 3},
+    {EOp::kDeclareMethod, 4, 1},
+    {EOp::kAddPropertyTo, 2, 1},
+    {EOp::kRemoveProperty, 1, 1},
+    {EOp::kRemoveMethod, 1, 1},
+    {EOp::kSetDefault, 2, 4},
+    {EOp::kAddClass, 22, 5},
+    {EOp::kDeleteClass, 1, 2},
+    {EOp::kAllocateInstance, 4, 24},
+    {EOp::kSetProperty, 4, 50},
+    {EOp::kAddInstance, 2, 28},
+    {EOp::kDeleteInstance, 0, 6},
+    {EOp::kStoreIn, 0, 3},
+    {EOp::kRemoveFrom, 0, 2},
+    {EOp::kGetProperty, 1, 8},
+    {EOp::kSetSlot, 1, 8},
+    {EOp::kSetPrevious, 0, 4},
+    {EOp::kClearPrevious, 0, 2},
+    {EOp::kCompareSlots, 0, 2},
+    {EOp::kClearInstances, 0, 1},
+    {EOp::kFindInstance, 0, 4},
+    {EOp::kEnumerate, 0, 6},
+    {EOp::kReferences, 0, 16},
+    {EOp::kAssociators, 0, 16},
+    {EOp::kClassAssociations, 2, 4},
+    {EOp::kCompareClasses, 1, 2},
+    {EOp::kSetSwitch, 0, 2},
+    {EOp::kMakeClass, 14, 1},
+    {EOp::kMakeAssociation, 8, 1},
+    {EOp::kMakeInstance, 1, 22},
+    {EOp::kMakeLink, 0, 40},
+    {EOp::kDump, 0, 1},
+};
+
+template <std::size_t n>
+EOp Choose(const TWeight (&weights)[n], std::uint64_t number, bool early) {
   unsigned total = 0;
-  for (const TWeight& weight : kWeights) total += early ? weight.early : weight.late;
+  for (const TWeight& weight : weights) total += early ? weight.early : weight.late;
   auto left = static_cast<unsigned>(number % total);
-  for (const TWeight& weight : kWeights) {
+  for (const TWeight& weight : weights) {
     const unsigned share = early ? weight.early : weight.late;
     if (left < share) return weight.op;
     left -= share;
@@ -86,10 +127,17 @@ bool SmallerArguments(TProgram& program) {
 TProgram RandomProgram(std::uint64_t seed, std::size_t length) {
   std::mt19937_64 random(seed);
   TProgram program;
-  const std::size_t schema = length / 3 + random() % (length / 3 + 1);
+  const bool orderly = random() % 3 != 0;
+  const std::size_t schema =
+      orderly ? length / 20 + random() % 20 : length / 3 + random() % (length / 3 + 1);
   for (std::size_t i = 0; i < length; ++i) {
-    TOperation operation{Choose(random(), i < schema), {}};
+    const auto number = random();
+    TOperation operation{
+        orderly ? Choose(kOrderly, number, i < schema) : Choose(kUnruly, number, i < schema), {}};
     for (unsigned& argument : operation.arguments) argument = static_cast<unsigned>(random() >> 33);
+    // First some classes to associate.
+    if (orderly && operation.op == EOp::kMakeAssociation && i < schema / 2)
+      operation.op = EOp::kMakeClass;
     program.push_back(operation);
   }
   return program;

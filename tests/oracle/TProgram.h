@@ -46,13 +46,19 @@ enum class EOp : unsigned {
   kAssociators,
   kClassAssociations,
   kCompareClasses,
+  kSetSwitch,
+  // Several operations at once, so that there is something to ask about.
+  kMakeClass,
+  kMakeAssociation,
+  kMakeInstance,
+  kMakeLink,
   kDump,
   kCount
 };
 
 struct TOperation {
   EOp op;
-  std::array<unsigned, 6> arguments;
+  std::array<unsigned, 10> arguments;
 };
 
 using TProgram = std::vector<TOperation>;
