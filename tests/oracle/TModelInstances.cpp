@@ -103,7 +103,16 @@ TPath TModel::Reference(Id id) {
 
 Id TModel::GetInstance(Id ns, const TPath& path) {
   const Id cls = GetClass(ns, classes[path.cls].name);
-  const auto found = classes[cls].store.find(PathText(path));
+  auto found = classes[cls].store.find(PathText(path));
+  if (found == classes[cls].store.end()) {
+    // Keys are spelt as they are declared by now.
+    TPath spelt = path;
+    for (auto& [name, value] : spelt.keys) {
+      const auto entry = classes[cls].properties.find(Normalize(name));
+      if (entry != classes[cls].properties.end()) name = decls[entry->second.decl].name;
+    }
+    found = classes[cls].store.find(PathText(spelt));
+  }
   return found == classes[cls].store.end() ? kNone : found->second;
 }
 
@@ -226,7 +235,9 @@ void TModel::References(Id id, const std::string& resultClass, const std::string
         try {
           const TValue value = ValueOf(slot);
           return Refers(value, id);
-        } catch (const TStatus&) {
+        } catch (const TStatus& status) {
+          // Any other ends this association, and its class drops it.
+          if (status.code != 15) throw;
           return false;
         }
       };
@@ -272,7 +283,8 @@ void TModel::ExamineCandidate(Id self, Id association, Id resultClass, const std
       } else if (value.path->cls == instances[self].cls) {
         try {
           selfSeen = Refers(value, self);
-        } catch (const TStatus&) {
+        } catch (const TStatus& status) {
+          if (status.code != 15) throw;
         }
       }
       if (selfSeen) continue;
