@@ -8,7 +8,8 @@
 //   service                                     without it
 //   what a value holds, by reference or view    a copy is made
 //   TCIMValue::NullReference                    status 1: a host without it declares references
-//                                               as properties whose default it makes itself
+//                                               as properties whose default it makes itself; and
+//                                               one to a class that is gone counts as one to none
 //   TCIMReference::GetNamespace                 no index of links is made; walks answer
 //
 // Errors: THAVException 14 where a value is read as a type that it does not have; what the
@@ -101,6 +102,15 @@ Value NullReferenceTo(const boost::shared_ptr<ICIMClass>& referenced) {
     return Value::NullReference(referenced);
   else
     Throw(kHAVNotSupported);
+}
+
+// Whether a reference whose class is not there was declared to none in the first place.
+template <class Value>
+bool IsToNoClass(const Value& declared) {
+  if constexpr (host::TMakesNullReferences<Value>::value)
+    return declared == Value::NullReference({});
+  else
+    return true;
 }
 
 // Whether the core tells in which namespace a path is resolved, and which that is; empty where

@@ -8,6 +8,7 @@
 #include "havcore/ICIMPropertyDecl.h"
 #include "inmem/values/DisplayText.h"
 #include "inmem/values/Failure.h"
+#include "inmem/values/HostServices.h"
 
 namespace NORVHAV20 {
 
@@ -35,8 +36,9 @@ void RequireType(const char* operation, TCIMValue::TCIMType declared, TCIMValue:
 // A reference that is declared to no class takes one to any.
 void RequireReferencedClass(const TCIMValue& declared, const TCIMValue& given) {
   const auto declaredClass = declared.GetReferencedClass();
-  if (!declaredClass) return;
+  if (!declaredClass && IsToNoClass(declared)) return;
   const auto givenClass = Require(given.GetReferencedClass());
+  Require(declaredClass);
   if (givenClass->IsA(declaredClass, TOptions())) return;
   LogError("SetPrevValue: decl references type " + declaredClass->GetName(TOptions()) +
            " but value references " + givenClass->GetName(TOptions()));

@@ -185,6 +185,21 @@ TEST(PreviousValue, OfAReferenceThatIsDeclaredToNoClassMayBeOfAnyClass) {
   EXPECT_EQ(log.Take(), LogLines{});
 }
 
+TEST(PreviousValue, OfAReferenceWhoseDeclaredClassIsGoneThrows15) {
+  Ends ends;
+  auto link = ends.repository.Allocate("Lost", {}, {{"Association", TCIMValue(true)}});
+  {
+    Repository other;
+    ends.repository.Reference(link, "End", other.Class("Gone"));
+  }
+  auto slot = link->AllocateInstance({})->GetProperty("End", {});
+  RecordingLogger log;
+  EXPECT_STATUS(15, slot->SetPrevValue(ends.To(ends.wanted), {}));
+  EXPECT_FALSE(slot->HasPrevValue({}));
+  EXPECT_STATUS(0, slot->SetPrevValue(TCIMValue(), {}));
+  EXPECT_EQ(log.Take(), LogLines{});
+}
+
 TEST(PreviousValue, ANullReferenceToAnyClassIsTaken) {
   Ends ends;
   RecordingLogger log;

@@ -127,6 +127,7 @@ TEST(HostClass, MayDropTheInstanceThatIsAdded) {
   model.cls->whenAskedForKeys = [&] { instance.reset(); };
   bare.AddToNamespace({});
   EXPECT_EQ(model.cls->added.get(), &bare);
+  model.cls->added.reset();  // which keeps the class
 }
 
 TEST(HostClass, TakesTheDeclarationOfADerivedProperty) {
