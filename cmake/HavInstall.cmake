@@ -66,6 +66,7 @@ if(TARGET havhost)
   install(TARGETS havhost RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(DIRECTORY inventory/schema/ DESTINATION ${HAV_INSTALL_SCHEMADIR}
           FILES_MATCHING PATTERN "*.mof")
+  install(FILES docs/havhost.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/havhost)
 endif()
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES docs/conformance.md docs/design.md docs/hosting.md docs/performance.md

@@ -59,8 +59,9 @@ function linkGroups(instance) {
   return inOrder.map((links) => h('div.links', {},
     h('h4', {}, h('a', {href: classLink(links[0].association.cls)}, links[0].association.cls.label),
       h('span.role', {}, links[0].role)),
-    longList(links.sort((a, b) => collator.compare(a.object.title, b.object.title)), ({object}) => h('a.object', {href: objectLink(object)},
-      h('span', {}, object.title), h('small', {}, object.cls.label)))));
+    longList(links.sort((a, b) => collator.compare(a.object.title, b.object.title)), ({object}) =>
+      h('a.object', {href: objectLink(object)}, h('span', {}, object.title),
+        h('small', {}, object.cls.label)))));
 }
 
 // A list that shows its first ones, and the rest a piece at a time.

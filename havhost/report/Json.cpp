@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "havhost/report/Text.h"
@@ -111,8 +112,10 @@ TJson ToJson(const TClassReport& cls) {
           {"methods", ListToJson(cls.methods)}};
 }
 
-void PrintJson(std::ostream& out, const TJson& document) {
-  out << document.dump(2, ' ', false, TJson::error_handler_t::replace) << '\n';
+void PrintJson(std::ostream& out, TJson document) {
+  TJson versioned = {{"version", kJsonVersion}};
+  for (auto& [name, value] : document.items()) versioned[name] = std::move(value);
+  out << versioned.dump(2, ' ', false, TJson::error_handler_t::replace) << '\n';
 }
 
 }  // namespace havhost

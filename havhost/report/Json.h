@@ -24,8 +24,12 @@ TJson ToJson(const NORVHAV20::TCIMValue& value);
 TJson ToJson(const TInstanceReport& instance);
 TJson ToJson(const TClassReport& cls);
 
-// Writes the document, indented, and ends the line. Bytes that are no UTF-8 become the
-// replacement character.
-void PrintJson(std::ostream& out, const TJson& document);
+// The version of all documents, which docs/havhost.schema.json describes: any change to
+// what stands there makes it a higher one.
+constexpr int kJsonVersion = 1;
+
+// Writes the document, indented, the version before its own fields, and ends the line. Bytes that
+// are no UTF-8 become the replacement character.
+void PrintJson(std::ostream& out, TJson document);
 
 }  // namespace havhost

@@ -52,7 +52,7 @@ TEST_F(Commands, ClassesStandBelowTheirSuperclasses) {
 
 TEST_F(Commands, ClassesAsJsonHaveTheirKind) {
   EXPECT_EQ(Json({"classes", "--class", "T_FastDisk"}), TJson::parse(R"({
-    "namespace": "root/cimv2",
+    "version": 1, "namespace": "root/cimv2",
     "classes": [{"name": "T_FastDisk", "superclass": "T_Disk", "association": false,
                  "abstract": false, "indication": false, "instances": 1}]})"));
   EXPECT_EQ(Json({"classes"})["classes"][2], TJson::parse(R"(
@@ -154,7 +154,7 @@ TEST_F(Commands, DeepInstancesAreThoseOfSubclassesToo) {
 
 TEST_F(Commands, InstancesAsJsonHaveRawAndDisplay) {
   EXPECT_EQ(Json({"instances", "T_FastDisk"}), TJson::parse(R"({
-    "namespace": "root/cimv2",
+    "version": 1, "namespace": "root/cimv2",
     "instances": [{
       "path": "T_FastDisk.Name=\"disk10\"", "class": "T_FastDisk",
       "properties": {
@@ -166,7 +166,7 @@ TEST_F(Commands, InstancesAsJsonHaveRawAndDisplay) {
   EXPECT_EQ(Json({"instances", "T_Disk"})["instances"][0]["properties"]["Labels"],
             TJson::parse(R"({"type": "string[]", "value": ["a", "b"], "display": ["a", "b"]})"));
   EXPECT_EQ(Json({"instances", "T_Element"}),
-            TJson::parse(R"({"namespace": "root/cimv2", "instances": []})"));
+            TJson::parse(R"({"version": 1, "namespace": "root/cimv2", "instances": []})"));
 }
 
 TEST_F(Commands, GetFindsAnInstanceByItsPath) {
@@ -179,7 +179,7 @@ TEST_F(Commands, GetFindsAnInstanceByItsPath) {
   EXPECT_EQ(Text({"get", "T_Disk.Name=\"disk2\""}), expected);
   EXPECT_EQ(Text({"get", "root/cimv2:t_disk.name=\"disk2\""}), expected);
   EXPECT_EQ(Json({"get", "T_Cpu.Name=\"cpu\""}), TJson::parse(R"({
-    "path": "T_Cpu.Name=\"cpu\"", "class": "T_Cpu",
+    "version": 1, "path": "T_Cpu.Name=\"cpu\"", "class": "T_Cpu",
     "properties": {"Name": {"type": "string", "value": "cpu", "display": "cpu"}}})"));
 }
 
@@ -258,7 +258,9 @@ TEST(Paths, AsPrintedAreAcceptedWhateverIsInThem) {
         TJson::parse(Havhost({"instances", cls, "--format", "json", "--mof", file}).out);
     for (const auto& instance : listing["instances"]) {
       const auto one = Havhost({"get", "--format", "json", "--mof", file, "--", instance["path"]});
-      EXPECT_EQ(TJson::parse(one.out), instance);
+      TJson expected = {{"version", 1}};
+      expected.update(instance);
+      EXPECT_EQ(TJson::parse(one.out), expected);
     }
   }
   EXPECT_EQ(count, 19u);
@@ -431,7 +433,7 @@ TEST_F(Commands, LoadSumsUp) {
             "Instances                 6\n"
             "Associations              5\n");
   EXPECT_EQ(TJson::parse(Havhost({"load", File(), "--format", "json"}).out), TJson::parse(R"({
-    "namespace": "root/cimv2", "qualifierDeclarations": 9,
+    "version": 1, "namespace": "root/cimv2", "qualifierDeclarations": 9,
     "classes": {"total": 10, "ordinary": 7, "association": 3, "indication": 0, "abstract": 1},
     "instances": 6, "associations": 5})"));
 }

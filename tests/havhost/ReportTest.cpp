@@ -96,8 +96,8 @@ TEST(Json, ValuesKeepTheirKind) {
 
 TEST(Json, BytesThatAreNoUtf8AreReplaced) {
   std::ostringstream out;
-  PrintJson(out, TJson("a\xFF"));
-  EXPECT_EQ(out.str(), "\"a\xEF\xBF\xBD\"\n");
+  PrintJson(out, {{"text", "a\xFF"}});
+  EXPECT_EQ(out.str(), "{\n  \"version\": 1,\n  \"text\": \"a\xEF\xBF\xBD\"\n}\n");
 }
 
 TEST(TPathOrder, NumbersInKeysOrderByTheirValue) {
