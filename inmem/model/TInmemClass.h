@@ -17,6 +17,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -67,13 +68,11 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarations() const;
 
   // Returns the index of the links that the stored instances, as those of an association,
-  // make. Empty when there is none: because there can be none, or because nothing suggests
-  // yet that making it pays. Complexity: O(1) while the model stands.
-  boost::shared_ptr<const TLinkIndex> Links() const;
-  // The same, but nothing is made for asking.
-  boost::shared_ptr<const TLinkIndex> CurrentLinks() const {
-    return m_links && m_links->IsCurrent() ? m_links : nullptr;
-  }
+  // make; null where there is none. It is there until the instances are asked for or changed.
+  // Complexity: O(1) but for the second question, which makes it.
+  TLinkIndex* Links() const;
+  // How often an instance of this class has come or gone.
+  std::uint64_t Moves() const noexcept { return m_instances.Moves(); }
   bool HasInstances() const noexcept { return m_instances.Size() != 0; }
 
   // Calls back for each association class that EnumerateAssociationClasses visits without a
@@ -227,13 +226,9 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   std::size_t m_listings = 0;
   // Where this class, an association, registered itself.
   std::vector<boost::weak_ptr<ICIMClass>> m_registeredWith;
-  TInstanceStore m_instances;
-  // Shares the instances, so it goes when one of them does.
-  mutable boost::shared_ptr<const TLinkIndex> m_links;
-  // The clocks when the links were last asked for and not there.
-  mutable std::uint64_t m_linksAskedSchema = 0;
-  mutable std::uint64_t m_linksAskedLinks = 0;
-  mutable bool m_linksRefused = false;
+  mutable TInstanceStore m_instances;  // asked for, it puts itself in order
+  mutable std::unique_ptr<TLinkIndex> m_links;
+  mutable bool m_linksAsked = false;
   bool m_inNamespace = false;
   bool m_hostMark = false;
 };

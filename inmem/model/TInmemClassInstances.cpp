@@ -57,8 +57,9 @@ void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions
   const auto self = Self();
   const std::string path = Require(instance)->GetReference(TOptions()).GetPath();
   const auto census = Require(m_home.Census());
+  auto* const own = TInmemInstance::Own(*instance);
+  if (own && !own->IsOf(*this)) own->Stray();
   m_instances.Add(path, instance);
-  m_links.reset();
 }
 
 void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
@@ -70,7 +71,6 @@ void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOpti
     // The class may have got a key since, for which the instance has no slot.
     if (!m_instances.Remove(*instance)) throw;
   }
-  m_links.reset();
 }
 
 boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& path) const {
@@ -84,26 +84,20 @@ boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& p
 }
 
 void TInmemClass::ClearInstances() noexcept {
-  const auto links = std::move(m_links);
+  m_links.reset();
+  m_linksAsked = false;
   TInstanceStore released;
   released.Swap(m_instances);
 }
 
-// Who changes the model between one traversal and the next gains nothing by an index: it is
-// made for the second one that finds the model as the first one left it.
-boost::shared_ptr<const TLinkIndex> TInmemClass::Links() const {
-  if (m_links && m_links->IsCurrent()) return m_links;
+// Made for the second question: many a class is asked about once, or never.
+TLinkIndex* TInmemClass::Links() const {
+  if (m_links && m_links->IsWhole()) return m_links.get();
   m_links.reset();
-  const std::uint64_t schema = ModelClock::Schema();
-  const std::uint64_t links = ModelClock::Links();
-  const bool again = m_linksAskedSchema == schema && m_linksAskedLinks == links;
-  if (!again) m_linksRefused = false;
-  m_linksAskedSchema = schema;
-  m_linksAskedLinks = links;
-  if (!again || m_linksRefused || IsProcessor()) return {};
-  m_links = TLinkIndex::Make(m_instances.All());
-  m_linksRefused = !m_links;
-  return m_links;
+  if (!std::exchange(m_linksAsked, true) || IsProcessor()) return nullptr;
+  // Where there was no memory for it the answer comes without.
+  DropExceptions([&] { m_links = std::make_unique<TLinkIndex>(*this, m_instances); });
+  return m_links.get();
 }
 
 bool TInmemClass::IsProcessor() const {

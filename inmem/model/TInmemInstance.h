@@ -93,7 +93,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   TInmemProperty SlotHandle(std::size_t index) const noexcept {
     return TInmemProperty(*m_values, index);
   }
-  bool IsAssigned(std::size_t index) const noexcept { return m_values->Assigned(index); }
+  const TSlotTable& Values() const noexcept { return *m_values; }
   const ICIMPropertyDecl& DeclAt(std::size_t index) const noexcept {
     return *m_declarations->decls[index];
   }
@@ -101,6 +101,11 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   // Where the instance is stored, for the store's own use: the first one that asks is
   // remembered.
   TInstanceStore::TEntry* StoreEntry() const noexcept { return m_storeEntry; }
+  // Told when it is stored in another class than its own.
+  void Stray() noexcept { m_strayed = true; }
+  bool IsOf(const ICIMClass& cls) const noexcept { return m_class.get() == &cls; }
+  // Compares different when the instance may have come to stand, or to go, anywhere.
+  std::uint64_t Moves() const noexcept;
   void RememberStoreEntry(TInstanceStore::TEntry* entry) noexcept { m_storeEntry = entry; }
   void ForgetStoreEntry(const TInstanceStore::TEntry* entry) noexcept {
     if (m_storeEntry == entry) m_storeEntry = nullptr;
@@ -136,7 +141,9 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
                                       const std::string& resultRole,
                                       boost::shared_ptr<TInmemInstance> association);
   bool ExamineLinks(const TCallback& callback, const std::string& role, TMemoryWatch& memory,
-                    const boost::shared_ptr<const TLinkIndex>& index);
+                    TLinkIndex& index);
+  bool ExamineAssociation(const TCallback& callback, const std::string& role,
+                          const boost::shared_ptr<ICIMInstance>& association);
   TCallback ExamineCallback(const TCallback& callback, const std::string& role,
                             TMemoryWatch& memory);
   bool IsReferredToBy(const TCIMValue& value) const;
@@ -151,6 +158,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   boost::intrusive_ptr<TSlotTable> m_values;
   TInstanceStore::TEntry* m_storeEntry = nullptr;
   int m_flags;
+  bool m_strayed = false;
 };
 
 }  // namespace NORVHAV20

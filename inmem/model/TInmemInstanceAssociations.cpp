@@ -47,31 +47,6 @@ void ForEachValue(ICIMInstance& instance, F&& visit) {
     if (!visit([&]() -> TCIMValue { return slot->GetValue(TOptions()); })) return;
 }
 
-// Resolves the references of one association: by the index where one is current, else each by
-// itself.
-class TResolver {
- public:
-  explicit TResolver(const TInmemInstance& association) {
-    const auto* cls = TInmemClass::Own(*association.GetClass(TOptions()));
-    m_index = cls ? cls->CurrentLinks() : nullptr;
-    if (!m_index) return;
-    m_position = m_index->PositionOf(association);
-    if (m_position == TLinkIndex::kNone) m_index.reset();
-  }
-
-  boost::shared_ptr<ICIMElement> operator()(std::size_t slot, const TCIMValue& value) const {
-    const TLinkIndex::TLink* link =
-        m_index && m_index->IsCurrent() ? m_index->Find(m_position, slot) : nullptr;
-    if (!link || link->kind == TLinkIndex::TLink::kNoInstance) return Resolve(value);
-    if (link->kind == TLinkIndex::TLink::kNothing) Throw(kHAVNotFound);
-    return link->target->shared_from_this();
-  }
-
- private:
-  boost::shared_ptr<const TLinkIndex> m_index;
-  std::uint32_t m_position = 0;
-};
-
 // Hands an instance to the caller's callback and returns what that answers. What it throws
 // concerns nobody else.
 bool Report(const TInmemInstance::TCallback& callback,
@@ -113,8 +88,8 @@ bool TInmemInstance::ExamineCandidateClass(const TCallback& callback, const std:
   if (!candidate) return true;
   if (const auto* own = TInmemClass::Own(*candidate)) {
     if (!own->HasInstances()) return true;
-    if (const auto links = own->Links(); links && !IsDerivedName(role))
-      return ExamineLinks(callback, role, memory, links);
+    TLinkIndex* const links = m_strayed || IsDerivedName(role) ? nullptr : own->Links();
+    if (links) return ExamineLinks(callback, role, memory, *links);
   }
   candidate->EnumerateInstances(ExamineCallback(callback, role, memory), false, TOptions());
   return true;
@@ -127,27 +102,47 @@ TInmemInstance::TCallback TInmemInstance::ExamineCallback(const TCallback& callb
   return TExamineInstanceWithRoleCallback{Self(), &callback, &role, &memory};
 }
 
-// What examining one association after the other finds, from the index. It finds it for the
-// model as it is: once a callback has changed that, the rest is examined as it comes.
+// Finds what examining one association after the other finds, from those that the index offers.
+// Once a callback has changed the model by more than that, the rest is examined as it comes.
 bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& role,
-                                  TMemoryWatch& memory,
-                                  const boost::shared_ptr<const TLinkIndex>& index) {
+                                  TMemoryWatch& memory, TLinkIndex& index) {
   const CimName foldedRole(role);
-  const auto& associations = index->Associations();
-  std::size_t next = 0;
-  for (auto i = index->FirstTo(*this); i != TLinkIndex::kNone; i = (*index)[i].next) {
-    const auto& link = (*index)[i];
-    const auto& association = associations[link.position];
-    if (link.position < next) continue;
-    if (!role.empty() && Own(*association)->SlotName(link.slot) != foldedRole.Folded()) continue;
-    next = link.position + 1;
-    DropExceptions([&] { callback(association); });
-    if (index->IsCurrent()) continue;
-    const auto examine = ExamineCallback(callback, role, memory);
-    for (; next < associations.size(); ++next) DropExceptions([&] { examine(associations[next]); });
+  TLinkIndex::TWalk walk(index, *this);
+  const ICIMInstance* found = nullptr;
+  for (const auto& [association, slot, entry] : walk.Candidates()) {
+    if (association.get() == found) continue;
+    const auto refers = [&, slot = slot] {
+      const auto& own = static_cast<TInmemInstance&>(*association);
+      if (!role.empty() && own.SlotName(slot) != foldedRole.Folded()) return false;
+      return TrueUnlessNotFound(
+          [&] { return IsReferredToBy(own.SlotHandle(slot).GetValue(TOptions())); });
+    };
+    const auto examine = [&, slot = slot] {
+      if (slot == TLinkIndex::TWalk::kEvery) return ExamineAssociation(callback, role, association);
+      if (!refers()) return true;
+      found = association.get();
+      DropExceptions([&] { callback(association); });
+      return true;
+    };
+    DropExceptions([&] { memory.Over(examine); });
+    if (walk.IsCurrent()) continue;
+    for (const auto& next : walk.After(*association))
+      DropExceptions(
+          [&] { memory.Over([&] { return ExamineAssociation(callback, role, next); }); });
     break;
   }
   return true;
+}
+
+bool TInmemInstance::ExamineAssociation(const TCallback& callback, const std::string& role,
+                                        const boost::shared_ptr<ICIMInstance>& association) {
+  return role.empty() ? ExamineCandidateClassInstance(callback, association)
+                      : ExamineCandidateClassInstanceWithRole(callback, role, association);
+}
+
+std::uint64_t TInmemInstance::Moves() const noexcept {
+  const auto* own = TInmemClass::Own(*m_class);
+  return 2 * (own ? own->Moves() : 0) + m_strayed;
 }
 
 bool TInmemInstance::ExamineCandidateClassInstance(const TCallback& callback,
@@ -206,18 +201,17 @@ bool TInmemInstance::ExamineCandidate(const TCallback& callback,
                                       boost::shared_ptr<TInmemInstance> association) {
   if (!association) return true;
   const CimName foldedRole(role);
-  const TResolver resolve(*association);
   const auto isSelf = [&](std::size_t slot, const TCIMValue& value) {
     if (!role.empty()) return association->SlotName(slot) == foldedRole.Folded();
     return value.GetReferencedClass() == m_class &&
-           TrueUnlessNotFound([&] { return resolve(slot, value).get() == this; });
+           TrueUnlessNotFound([&] { return IsReferredToBy(value); });
   };
   bool selfSeen = false;
   for (std::size_t slot = 0; slot < association->SlotCount(); ++slot) {
     const TCIMValue value = association->SlotHandle(slot).GetValue(TOptions());
     if (!value.IsReference()) continue;
     if (!selfSeen && (selfSeen = isSelf(slot, value))) continue;
-    if (IsReferenceTo(value, resultClass)) return Report(callback, resolve(slot, value));
+    if (IsReferenceTo(value, resultClass)) return Report(callback, Resolve(value));
   }
   return true;
 }
@@ -229,8 +223,7 @@ bool TInmemInstance::ExamineCandidateWithResultRole(const TCallback& callback,
   if (!association) return true;
   const TCIMValue value = association->ValueOf(resultRole);
   if (!IsReferenceTo(value, resultClass)) return true;
-  const std::size_t slot = association->m_values->Layout().Find(CimName(resultRole));
-  Report(callback, TResolver(*association)(slot, value));
+  Report(callback, Resolve(value));
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include "inmem/model/TInmemPropertyDecl.h"
 
 #include "havcore/ICIMClass.h"
+#include "inmem/values/ReferenceDefaults.h"
 
 namespace NORVHAV20 {
 
@@ -31,6 +32,8 @@ bool TInmemPropertyDecl::IsArray(TOptions) const { return m_defaultValue.IsArray
 const TCIMValue& TInmemPropertyDecl::GetDefaultValue(TOptions) const { return m_defaultValue; }
 
 void TInmemPropertyDecl::SetDefaultValue(const TCIMValue& value, TOptions) {
+  ReferenceDefaults::Count(m_defaultValue.GetType() == kCIMReference,
+                           value.GetType() == kCIMReference);
   m_defaultValue = value;
   ModelClock::SchemaChanged();
 }

@@ -11,7 +11,7 @@
 #include <boost/make_shared.hpp>
 
 #include "inmem/model/TInmemInstance.h"
-#include "inmem/values/ModelClock.h"
+#include "inmem/model/TLinkIndex.h"
 
 namespace NORVHAV20 {
 
@@ -74,6 +74,7 @@ TInstanceStore::~TInstanceStore() {
 // Instances are let go when the store is whole again: their end may call back.
 void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInstance>& instance) {
   const std::uint32_t hash = HashOf(path);
+  if (m_links) m_links->BeforeChange();
   // Everything that can fail comes first.
   if (4 * (m_size + 1) > 3 * m_table.size()) GrowTable();
   if (m_all && m_pending.size() == m_pending.capacity())
@@ -94,12 +95,14 @@ void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInst
 }
 
 void TInstanceStore::Remove(std::string_view path, ICIMInstance& instance) {
+  if (m_links) m_links->BeforeChange();
   const auto removed = RemoveEntryOf(instance);
   TEntry* const standing = FindEntry(path, HashOf(path));
   const auto displaced = standing ? Erase(*standing) : nullptr;
 }
 
 bool TInstanceStore::Remove(ICIMInstance& instance) noexcept {
+  if (m_links) m_links->BeforeChange();
   const auto removed = RemoveEntryOf(instance);
   return removed != nullptr;
 }
@@ -129,7 +132,6 @@ const boost::shared_ptr<ICIMInstance>& TInstanceStore::InstanceOf(const TEntry& 
 std::string_view TInstanceStore::PathOf(const TEntry& entry) noexcept { return entry.Path(); }
 
 void TInstanceStore::Swap(TInstanceStore& other) noexcept {
-  ModelClock::LinksChanged();
   m_table.swap(other.m_table);
   std::swap(m_size, other.m_size);
   m_all.swap(other.m_all);
@@ -185,10 +187,12 @@ void TInstanceStore::Enter(TEntry* entry) noexcept {
     entry->pending = static_cast<std::uint32_t>(m_pending.size());
     m_pending.push_back(entry);
   }
-  ModelClock::LinksChanged();
+  ++m_moves;
+  if (m_links) m_links->Entered(*entry);
 }
 
 boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
+  if (m_links) m_links->Leaving(entry);
   const std::size_t mask = m_table.size() - 1;
   std::size_t hole = SlotOf(entry);
   for (std::size_t next = (hole + 1) & mask; m_table[next]; next = (next + 1) & mask) {
@@ -200,7 +204,7 @@ boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
   }
   m_table[hole] = nullptr;
   --m_size;
-  ModelClock::LinksChanged();
+  ++m_moves;
   LeaveOrder(entry);
   auto last = std::move(entry.instance);
   if (auto* own = TInmemInstance::Own(*last)) own->ForgetStoreEntry(&entry);

@@ -28,6 +28,7 @@
 namespace NORVHAV20 {
 
 class TInmemInstance;
+class TLinkIndex;
 
 class TInstanceStore {
  public:
@@ -54,6 +55,10 @@ class TInstanceStore {
   // since the last time, else O(log n) for each that was; the first time O(n log n).
   boost::shared_ptr<const TInstances> All() const;
   std::size_t Size() const noexcept { return m_size; }
+  // How often an instance has come or gone.
+  std::uint64_t Moves() const noexcept { return m_moves; }
+  // Whom to tell of every change from now on; null: nobody.
+  void Tell(TLinkIndex* links) noexcept { m_links = links; }
   // In the order of the paths.
   template <class Visit>
   void ForEachEntry(Visit&& visit) const {
@@ -84,6 +89,8 @@ class TInstanceStore {
   // Open addressing with linear probing; a power of two, at most three quarters full.
   TEntries m_table;
   std::size_t m_size = 0;
+  std::uint64_t m_moves = 0;
+  TLinkIndex* m_links = nullptr;
   // What the last walk went over, null before the first, and what was added since.
   mutable boost::shared_ptr<TInstanceList> m_all;
   mutable TEntries m_pending;

@@ -1,37 +1,65 @@
 #include "inmem/model/TLinkIndex.h"
 
-#include <limits>
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <typeinfo>
+#include <utility>
 
 #include "havcore/ICIMClass.h"
 #include "havcore/ICIMNamespace.h"
-#include "havcore/ICIMPropertyDecl.h"
 #include "havcore/TCIMReference.h"
-#include "havcore/THAVException.h"
 #include "inmem/model/INamespaceRegistry.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/model/TInmemInstance.h"
 #include "inmem/model/TInmemPropertyDecl.h"
+#include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
 #include "inmem/values/HostServices.h"
-#include "inmem/values/ModelClock.h"
+#include "inmem/values/ReferenceDefaults.h"
 
 namespace NORVHAV20 {
 
 namespace {
 
-std::size_t HashOf(const TInmemInstance* target) noexcept {
-  const auto bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(target));
-  return static_cast<std::size_t>((bits * 0x9E3779B97F4A7C15ULL) >> 20);
+std::uint64_t Mixed(std::uint64_t hash, std::uint64_t word) noexcept {
+  hash = (hash ^ word) * 0x9E3779B97F4A7C15ULL;
+  return hash ^ (hash >> 29);
 }
 
-// A class or namespace of another make may resolve the same path to something else the next
-// time, without a clock having moved.
-bool IsResolvedByOurs(const TCIMValue& reference) {
+// Equal for texts that differ in the case of letters. Some other bytes are folded with them,
+// which does no harm: what has the same hash is only offered.
+std::uint64_t HashOfPath(std::string_view path) noexcept {
+  constexpr std::uint64_t kFold = 0x2020202020202020ULL;
+  std::uint64_t hash = path.size();
+  while (path.size() >= sizeof hash) {
+    std::uint64_t word;
+    std::memcpy(&word, path.data(), sizeof word);
+    hash = Mixed(hash, word | kFold);
+    path.remove_prefix(sizeof word);
+  }
+  std::uint64_t rest = 0;
+  if (!path.empty()) std::memcpy(&rest, path.data(), path.size());
+  return Mixed(hash, rest | kFold);
+}
+
+std::uint64_t HashOfKey(const void* key) noexcept {
+  return Mixed(0, static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(key)));
+}
+
+// Whether the text of its path tells where a reference can lead, and asking leaves no trace.
+bool IsToldByText(const TCIMValue& reference) {
   if (!kTellsNamespace<TCIMReference>) return false;
-  const auto home = NamespaceOf<TCIMReference>(Held<TCIMReference>(reference));
+  const TCIMReference& path = Held<TCIMReference>(reference);
+  const auto home = NamespaceOf(path);
   if (home && !dynamic_cast<const INamespaceRegistry*>(home.get())) return false;
+  if (!IsCimName(path.GetClassName())) return false;
   const auto cls = reference.GetReferencedClass();
-  return !cls || dynamic_cast<const TInmemClass*>(cls.get());
+  return !cls || TInmemClass::Own(*cls);
+}
+
+std::uint64_t HashOfReference(const TCIMValue& reference) {
+  return HashOfPath(Held<TCIMReference>(reference).GetPath());
 }
 
 }  // namespace
@@ -40,96 +68,334 @@ boost::shared_ptr<ICIMElement> Resolve(const TCIMValue& reference) {
   return Held<TCIMReference>(reference).GetCIMElement(false);
 }
 
-TLinkIndex::TLinkIndex(const TInstanceStore::TInstances& associations)
-    : m_schema(ModelClock::Schema()), m_linksClock(ModelClock::Links()) {
-  m_associations.reserve(associations.Size());
-  associations.ForEach([&](const auto& association) {
-    m_positions[association.get()] = static_cast<std::uint32_t>(m_associations.size());
-    m_associations.push_back(association);
-  });
+TLinkIndex::TLinkIndex(const ICIMClass& cls, TInstanceStore& store)
+    : m_class(cls), m_store(store), m_retyped(ReferenceDefaults::Retyped()) {
+  NewTarget(0);  // kAny
+  try {
+    // In the order of the paths, so that nothing has to be sorted.
+    m_records.reserve(store.Size());
+    store.ForEachEntry([this](const TEntry& entry) { Enter(entry); });
+  } catch (...) {
+    for (const auto& layout : m_layouts) layout->Watch(nullptr);
+    throw;
+  }
+  store.Tell(this);
 }
 
-std::uint32_t TLinkIndex::PositionOf(const ICIMInstance& association) const noexcept {
-  const auto found = m_positions.find(&association);
-  return found == m_positions.end() ? kNone : found->second;
+TLinkIndex::~TLinkIndex() {
+  BeforeChange();
+  m_store.Tell(nullptr);
+  for (const auto& layout : m_layouts) layout->Watch(nullptr);
 }
 
-boost::shared_ptr<const TLinkIndex> TLinkIndex::Make(
-    const boost::shared_ptr<const TInstanceStore::TInstances>& associations) {
-  if (associations->Size() >= kNone) return {};
-  boost::shared_ptr<TLinkIndex> index(new TLinkIndex(*associations));
-  index->m_first.reserve(associations->Size() + 1);
-  bool complete = false;
+bool TLinkIndex::IsWhole() const noexcept {
+  return !m_broken && m_retyped == ReferenceDefaults::Retyped();
+}
+
+void TLinkIndex::BeforeChange() noexcept {
+  while (m_walk) m_walk->Keep();
+}
+
+void TLinkIndex::Entered(const TEntry& entry) noexcept {
+  if (m_broken) return;
+  m_broken = true;
   DropExceptions([&] {
-    for (const auto& association : index->m_associations)
-      if (!index->AddLinksOf(*association)) return;
-    index->m_first.push_back(static_cast<std::uint32_t>(index->m_links.size()));
-    index->ChainByTarget();
-    complete = true;
+    Enter(entry);
+    m_broken = false;
   });
-  // Resolving may have run somebody's code.
-  if (!complete || !index->IsCurrent()) return {};
-  return index;
 }
 
-bool TLinkIndex::AddLinksOf(ICIMInstance& association) {
+void TLinkIndex::Leaving(const TEntry& entry) noexcept {
+  if (m_broken) return;
+  ICIMInstance& association = *TInstanceStore::InstanceOf(entry);
   const auto* own = TInmemInstance::Own(association);
-  if (!own) return false;
-  const auto position = static_cast<std::uint32_t>(m_first.size());
-  m_first.push_back(static_cast<std::uint32_t>(m_links.size()));
-  for (std::size_t slot = 0; slot < own->SlotCount(); ++slot) {
-    const TCIMValue& value = own->SlotHandle(slot).GetValue(TOptions());
-    if (!value.IsReference()) continue;
-    if (m_links.size() >= kNone - 1 || !IsResolvedByOurs(value)) return false;
-    if (!own->IsAssigned(slot) && !dynamic_cast<const TInmemPropertyDecl*>(&own->DeclAt(slot)))
-      return false;
-    TLink link{nullptr, position, kNone, static_cast<std::uint32_t>(slot), TLink::kNothing};
-    try {
-      const auto element = Resolve(value);
-      auto* instance = dynamic_cast<ICIMInstance*>(element.get());
-      link.target = instance ? TInmemInstance::Own(*instance) : nullptr;
-      if (instance && !link.target) return false;
-      link.kind = instance ? TLink::kInstance : TLink::kNoInstance;
-    } catch (const THAVException& failure) {
-      if (failure.GetStatusCode() != kHAVNotFound) return false;
+  const std::uint32_t record = RecordOf(own ? static_cast<const void*>(&own->Values())
+                                            : static_cast<const void*>(&association));
+  UnlinkAll(record);
+  m_byKey.Erase(record, [this](std::uint32_t id) { return HashOfRecord(id); });
+  m_records[record] = {nullptr, nullptr, std::exchange(m_freeRecord, record)};
+}
+
+void TLinkIndex::Assigning(const TSlotTable& values) noexcept {
+  if (!m_broken && RecordOf(&values) != kNone) BeforeChange();
+}
+
+void TLinkIndex::Assigned(const TSlotTable& values) noexcept {
+  const std::uint32_t record = m_broken ? kNone : RecordOf(&values);
+  if (record == kNone) return;
+  m_broken = true;
+  DropExceptions([&] {
+    UnlinkAll(record);
+    LinkAll(record);
+    m_broken = false;
+  });
+}
+
+std::uint32_t TLinkIndex::RecordOf(const void* key) const noexcept {
+  return m_byKey.Find(HashOfKey(key), [&](std::uint32_t id) { return m_records[id].key == key; });
+}
+
+std::uint64_t TLinkIndex::HashOfRecord(std::uint32_t record) const noexcept {
+  return HashOfKey(m_records[record].key);
+}
+
+void TLinkIndex::Enter(const TEntry& entry) {
+  ICIMInstance& association = *TInstanceStore::InstanceOf(entry);
+  const auto* own = TInmemInstance::Own(association);
+  const void* key =
+      own ? static_cast<const void*>(&own->Values()) : static_cast<const void*>(&association);
+  if (m_freeRecord == kNone) {
+    if (m_records.size() >= kNone) throw std::bad_alloc();
+    m_records.push_back({nullptr, nullptr, kNone});
+    m_freeRecord = static_cast<std::uint32_t>(m_records.size() - 1);
+  }
+  const std::uint32_t record = m_freeRecord;
+  m_freeRecord = m_records[record].first;
+  m_records[record] = {key, &entry, kNone};
+  m_byKey.Insert(record, [this](std::uint32_t id) { return HashOfRecord(id); });
+  LinkAll(record);
+}
+
+void TLinkIndex::LinkAll(std::uint32_t record) {
+  ICIMInstance& association = *TInstanceStore::InstanceOf(*m_records[record].entry);
+  const auto* own = TInmemInstance::Own(association);
+  if (own && own->GetClass(TOptions()).get() == &m_class) {
+    Watch(own->Values().Layout());
+    if (LinkSlots(record, *own)) return;
+    UnlinkAll(record);
+  }
+  Link(record, TWalk::kEvery, kAny);
+}
+
+// False when the association has to be offered to everybody.
+bool TLinkIndex::LinkSlots(std::uint32_t record, const TInmemInstance& association) {
+  const TSlotTable& values = association.Values();
+  for (std::size_t slot = 0; slot < association.SlotCount(); ++slot) {
+    if (const TCIMValue* value = values.Assigned(slot)) {
+      if (!value->IsReference()) continue;
+      if (!IsToldByText(*value)) return false;
+      Link(record, slot, TargetOf(HashOfReference(*value)));
+      continue;
     }
-    m_links.push_back(link);
+    const ICIMPropertyDecl& decl = association.DeclAt(slot);
+    if (typeid(decl) != typeid(TInmemPropertyDecl)) return false;
+    if (decl.GetType(TOptions()) == kCIMReference)
+      Link(record, slot, TargetOf(static_cast<const TInmemPropertyDecl&>(decl)));
   }
   return true;
 }
 
-void TLinkIndex::ChainByTarget() {
-  std::size_t size = 16;
-  while (size < 2 * m_links.size()) size *= 2;
-  m_heads.assign(size, kNone);
-  // From the back, so that each chain runs forward.
-  for (std::size_t i = m_links.size(); i-- > 0;) {
-    TLink& link = m_links[i];
-    if (!link.target) continue;
-    std::size_t head = HashOf(link.target) & (size - 1);
-    while (m_heads[head] != kNone && m_links[m_heads[head]].target != link.target)
-      head = (head + 1) & (size - 1);
-    link.next = m_heads[head];
-    m_heads[head] = static_cast<std::uint32_t>(i);
+void TLinkIndex::Link(std::uint32_t record, std::size_t slot, std::uint32_t target) {
+  std::uint32_t link = m_freeLink;
+  if (link == kNone) {
+    if (m_links.size() >= kNone) throw std::bad_alloc();
+    link = static_cast<std::uint32_t>(m_links.size());
+    m_links.push_back({kNone, 0, 0, 0, kNone});
+    m_freeLink = link;
+  }
+  TTarget& to = m_targets[target];
+  if (to.links.size() > 2 * (to.live + 8)) CloseGaps(to);
+  to.links.push_back(link);
+  m_freeLink = m_links[link].next;
+  ++to.live;
+  m_links[link] = {record, static_cast<std::uint32_t>(slot), target,
+                   static_cast<std::uint32_t>(to.links.size() - 1), m_records[record].first};
+  m_records[record].first = link;
+  // What is made in order stays in order.
+  if (to.ordered + 1 == to.links.size() &&
+      (to.ordered == 0 ||
+       (to.links[to.ordered - 1] != kNone && IsBefore(to.links[to.ordered - 1], link))))
+    ++to.ordered;
+}
+
+void TLinkIndex::UnlinkAll(std::uint32_t record) noexcept {
+  std::uint32_t link = std::exchange(m_records[record].first, kNone);
+  while (link != kNone) {
+    const std::uint32_t next = m_links[link].next;
+    TTarget& target = m_targets[m_links[link].target];
+    target.links[m_links[link].place] = kNone;
+    --target.live;
+    if (target.live == 0) Release(m_links[link].target);
+    m_links[link].next = std::exchange(m_freeLink, link);
+    link = next;
   }
 }
 
-bool TLinkIndex::IsCurrent() const noexcept {
-  return m_schema == ModelClock::Schema() && m_linksClock == ModelClock::Links();
+std::uint32_t TLinkIndex::TargetOf(std::uint64_t hash) {
+  const auto isIt = [&](std::uint32_t id) { return m_targets[id].hash == hash; };
+  const std::uint32_t known = m_byHash.Find(hash, isIt);
+  if (known != kNone) return known;
+  const std::uint32_t target = NewTarget(hash);
+  m_byHash.Insert(target, [this](std::uint32_t id) { return m_targets[id].hash; });
+  return target;
 }
 
-std::uint32_t TLinkIndex::FirstTo(const TInmemInstance& target) const noexcept {
-  const std::size_t mask = m_heads.size() - 1;
-  std::size_t head = HashOf(&target) & mask;
-  while (m_heads[head] != kNone && m_links[m_heads[head]].target != &target)
-    head = (head + 1) & mask;
-  return m_heads[head];
+std::uint32_t TLinkIndex::TargetOf(const TInmemPropertyDecl& decl) {
+  for (const TDefault& known : m_defaults)
+    if (known.decl == &decl) return known.target;
+  m_defaults.reserve(m_defaults.size() + 1);
+  const std::uint32_t target = NewTarget(0);
+  m_defaults.push_back({&decl, target});
+  return target;
 }
 
-const TLinkIndex::TLink* TLinkIndex::Find(std::uint32_t position, std::size_t slot) const noexcept {
-  for (std::uint32_t link = m_first[position]; link < m_first[position + 1]; ++link)
-    if (m_links[link].slot == slot) return &m_links[link];
-  return nullptr;
+std::uint32_t TLinkIndex::NewTarget(std::uint64_t hash) {
+  if (m_freeTarget == kNone) {
+    m_targets.push_back({0, 0, kNone, {}});
+    m_freeTarget = static_cast<std::uint32_t>(m_targets.size() - 1);
+  }
+  const std::uint32_t target = m_freeTarget;
+  m_freeTarget = m_targets[target].ordered;
+  m_targets[target].hash = hash;
+  m_targets[target].ordered = 0;
+  return target;
+}
+
+// A target that nothing refers to any more.
+void TLinkIndex::Release(std::uint32_t target) noexcept {
+  m_targets[target].links = {};
+  m_targets[target].ordered = 0;
+  if (target == kAny) return;
+  const auto known = std::find_if(m_defaults.begin(), m_defaults.end(),
+                                  [&](const TDefault& it) { return it.target == target; });
+  if (known != m_defaults.end())
+    m_defaults.erase(known);
+  else
+    m_byHash.Erase(target, [this](std::uint32_t id) { return m_targets[id].hash; });
+  m_targets[target].ordered = std::exchange(m_freeTarget, target);
+}
+
+// Every instance has the layout that its class had when it was made.
+void TLinkIndex::Watch(const TSlotLayout& layout) {
+  if (layout.Watcher() == this) return;
+  m_layouts.emplace_back(&layout);
+  layout.Watch(this);
+}
+
+void TLinkIndex::CloseGaps(TTarget& target) noexcept {
+  if (target.live == target.links.size()) return;
+  std::uint32_t kept = 0;
+  std::uint32_t ordered = 0;
+  for (std::uint32_t place = 0; place < target.links.size(); ++place) {
+    const std::uint32_t link = target.links[place];
+    if (link == kNone) continue;
+    if (place < target.ordered) ++ordered;
+    m_links[link].place = kept;
+    target.links[kept++] = link;
+  }
+  target.links.resize(kept);
+  target.ordered = ordered;
+}
+
+const std::vector<std::uint32_t>& TLinkIndex::InOrder(std::uint32_t id) {
+  TTarget& target = m_targets[id];
+  CloseGaps(target);
+  auto& links = target.links;
+  if (target.ordered == links.size()) return links;
+  const auto before = [this](std::uint32_t a, std::uint32_t b) { return IsBefore(a, b); };
+  const auto begin = links.begin();
+  const auto added = begin + static_cast<std::ptrdiff_t>(target.ordered);
+  std::sort(added, links.end(), before);
+  // A look-up for each costs less than going over all.
+  if (links.end() - added < 8) {
+    for (auto it = added; it != links.end(); ++it)
+      std::rotate(std::upper_bound(begin, it, *it, before), it, it + 1);
+  } else {
+    std::inplace_merge(begin, added, links.end(), before);
+  }
+  target.ordered = target.live;
+  for (std::uint32_t place = 0; place < links.size(); ++place) m_links[links[place]].place = place;
+  return links;
+}
+
+bool TLinkIndex::IsBefore(std::uint32_t a, std::uint32_t b) const noexcept {
+  const TLink& first = m_links[a];
+  const TLink& second = m_links[b];
+  if (first.record == second.record) return first.slot < second.slot;
+  return TInstanceStore::PathOf(*m_records[first.record].entry) <
+         TInstanceStore::PathOf(*m_records[second.record].entry);
+}
+
+// The targets whose references may lead to what is stored under `path`; empty: to what is
+// stored nowhere.
+template <class Visit>
+void TLinkIndex::ForEachTarget(std::string_view path, Visit&& visit) const {
+  visit(kAny);
+  const std::uint64_t hash = HashOfPath(path);
+  if (!path.empty()) {
+    const std::uint32_t target =
+        m_byHash.Find(hash, [&](std::uint32_t id) { return m_targets[id].hash == hash; });
+    if (target != kNone) visit(target);
+  }
+  for (const TDefault& it : m_defaults) {
+    const TCIMValue& value = it.decl->GetDefaultValue(TOptions());
+    if (value.IsReference() &&
+        (!IsToldByText(value) || (!path.empty() && HashOfReference(value) == hash)))
+      visit(it.target);
+  }
+}
+
+TLinkIndex::TWalk::TWalk(TLinkIndex& index, const TInmemInstance& target)
+    : m_index(&index),
+      m_target(target),
+      m_moves(target.Moves()),
+      m_defaults(ReferenceDefaults::Changed()) {
+  const TEntry* entry = target.StoreEntry();
+  std::size_t sources = 0;
+  index.ForEachTarget(entry ? TInstanceStore::PathOf(*entry) : std::string_view(),
+                      [&](std::uint32_t id) {
+                        if (index.m_targets[id].live == 0) return;
+                        ++sources;
+                        Take(id);
+                      });
+  if (sources > 1)
+    std::sort(m_candidates.begin(), m_candidates.end(), [](const auto& a, const auto& b) {
+      if (a.entry == b.entry) return a.slot < b.slot;
+      return TInstanceStore::PathOf(*a.entry) < TInstanceStore::PathOf(*b.entry);
+    });
+  m_other = std::exchange(index.m_walk, this);
+}
+
+TLinkIndex::TWalk::~TWalk() {
+  if (!m_index) return;
+  TWalk** link = &m_index->m_walk;
+  while (*link != this) link = &(*link)->m_other;
+  *link = m_other;
+}
+
+void TLinkIndex::TWalk::Take(std::uint32_t target) {
+  const auto& links = m_index->InOrder(target);
+  m_candidates.reserve(m_candidates.size() + links.size());
+  for (const std::uint32_t id : links) {
+    const TLink& link = m_index->m_links[id];
+    const TEntry* entry = m_index->m_records[link.record].entry;
+    const std::size_t slot = target == kAny ? kEvery : link.slot;
+    m_candidates.push_back({TInstanceStore::InstanceOf(*entry), slot, entry});
+  }
+}
+
+bool TLinkIndex::TWalk::IsCurrent() const noexcept {
+  return m_index && m_moves == m_target.Moves() && m_defaults == ReferenceDefaults::Changed();
+}
+
+// Of two walks under way the one that began last stands first: it leaves first.
+void TLinkIndex::TWalk::Keep() noexcept {
+  DropExceptions([&] { m_kept = m_index->m_store.All(); });
+  m_index->m_walk = m_other;
+  m_index = nullptr;
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> TLinkIndex::TWalk::After(
+    const ICIMInstance& association) {
+  if (m_index) m_index->BeforeChange();
+  if (!m_kept) throw std::bad_alloc();
+  std::vector<boost::shared_ptr<ICIMInstance>> after;
+  bool passed = false;
+  m_kept->ForEach([&](const auto& it) {
+    if (passed) after.push_back(it);
+    passed = passed || it.get() == &association;
+  });
+  return after;
 }
 
 }  // namespace NORVHAV20

@@ -1,82 +1,174 @@
-// TLinkIndex: which association instances of one class refer to which instances, with every
-// reference resolved once.
+// TLinkIndex: which stored association instances of one class may refer to an instance that is
+// stored under a given path.
 //
-// An index is an accelerator, never an authority. What it says is what resolving each
-// reference would say, for as long as neither clock of the model has moved since it was made;
-// after that it is thrown away. Where resolving does anything but succeed or answer that
-// there is nothing, or involves objects of another make, which may change unseen, there is
-// no index.
+// An index is an accelerator and never an authority. It goes by the text of the path that each
+// reference names, without regard to case, because binding a path to its class changes no more
+// of it than the case of names. So it leaves out nothing that resolves to the instance; what
+// it offers is resolved by who asks, when its turn comes. What happens to the instances that
+// are referred to, or to their classes, is nothing to the index. It is told by the store and
+// by the slots of its own associations when these change.
 //
-// Ownership: shares the association instances; the instances referred to are not owned, and
-//            are there while the index is current.
+// Associations that it cannot judge by a text are offered to everybody: of another make, or of
+// another class, or with a reference that is resolved by a namespace or class of another make.
+//
+// Ownership: refers to its store and to what that holds; owned by the class of both.
 // Threads:   one thread at a time per namespace.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 
+#include "inmem/model/TIdTable.h"
 #include "inmem/model/TInstanceStore.h"
+#include "inmem/values/TSlotLayout.h"
 
 namespace NORVHAV20 {
 
+class ICIMClass;
 class ICIMElement;
+class TCIMReference;
 class TCIMValue;
 class TInmemInstance;
+class TInmemPropertyDecl;
 
 // Returns the element that a reference value names. Throws 15 when there is none, and what
 // resolving throws.
 boost::shared_ptr<ICIMElement> Resolve(const TCIMValue& reference);
 
-class TLinkIndex {
+class TLinkIndex final : public IReferenceWatcher {
  public:
-  static constexpr std::uint32_t kNone = static_cast<std::uint32_t>(-1);
+  using TEntry = TInstanceStore::TEntry;
+  class TWalk;
 
-  // One reference of one association instance.
-  struct TLink {
-    enum EKind : std::uint8_t { kInstance, kNothing, kNoInstance };
+  // Indexes what the store of `cls` holds; from then on the store tells of its changes.
+  // Complexity: O(n).
+  TLinkIndex(const ICIMClass& cls, TInstanceStore& store);
+  ~TLinkIndex();
+  TLinkIndex(const TLinkIndex&) = delete;
+  TLinkIndex& operator=(const TLinkIndex&) = delete;
 
-    TInmemInstance* target;  // null unless it resolves to an instance
-    std::uint32_t position;  // of the association instance, in the order of the paths
-    std::uint32_t next;      // the next link to the same target, kNone after the last
-    std::uint32_t slot;
-    EKind kind;
-  };
+  // Whether it still says what there is: not when memory was lacking for a change, or a
+  // declaration has turned into one of references.
+  bool IsWhole() const noexcept;
 
-  // Returns an index of `associations`, empty when there can be none. Complexity: O(n), a
-  // resolution for each reference.
-  static boost::shared_ptr<const TLinkIndex> Make(
-      const boost::shared_ptr<const TInstanceStore::TInstances>& associations);
-
-  bool IsCurrent() const noexcept;
-  const std::vector<boost::shared_ptr<ICIMInstance>>& Associations() const noexcept {
-    return m_associations;
-  }
-  // Returns the position of an association, kNone when it is not there.
-  std::uint32_t PositionOf(const ICIMInstance& association) const noexcept;
-  const TLink& operator[](std::uint32_t link) const noexcept { return m_links[link]; }
-  // Returns the first link to `target`, kNone when there is none. The links of a target come
-  // in the order of their associations, then slots. Complexity: O(1) on average.
-  std::uint32_t FirstTo(const TInmemInstance& target) const noexcept;
-  // Returns the link of one slot of an association, null when it has no reference there.
-  const TLink* Find(std::uint32_t position, std::size_t slot) const noexcept;
+  // For the store: what is about to change, has come, is about to go.
+  void BeforeChange() noexcept;
+  void Entered(const TEntry& entry) noexcept;
+  void Leaving(const TEntry& entry) noexcept;
+  // For the slots: a reference is about to be assigned, and has been.
+  void Assigning(const TSlotTable& values) noexcept override;
+  void Assigned(const TSlotTable& values) noexcept override;
 
  private:
-  explicit TLinkIndex(const TInstanceStore::TInstances& associations);
+  static constexpr std::uint32_t kNone = TIdTable::kNone;
+  static constexpr std::uint32_t kAny = 0;  // the target of what is offered to everybody
 
-  bool AddLinksOf(ICIMInstance& association);
-  void ChainByTarget();
+  // An association instance that is stored.
+  struct TRecord {
+    const void* key;  // its slot table, or the instance when it is of another make
+    const TEntry* entry;
+    std::uint32_t first;  // of its links; of a free record the next free one
+  };
+  // One reference of an association.
+  struct TLink {
+    std::uint32_t record;
+    std::uint32_t slot;
+    std::uint32_t target;
+    std::uint32_t place;  // among the links of the target
+    std::uint32_t next;   // of the same association
+  };
+  // The references that name one path, or that are the default of one declaration. In the order
+  // of their associations, then slots, as far as `ordered`; then those that came since. kNone
+  // where one has gone. `ordered` of a free target is the next free one.
+  struct TTarget {
+    std::uint64_t hash;
+    std::uint32_t live;
+    std::uint32_t ordered;
+    std::vector<std::uint32_t> links;
+  };
+  struct TDefault {
+    const TInmemPropertyDecl* decl;
+    std::uint32_t target;
+  };
 
-  std::vector<boost::shared_ptr<ICIMInstance>> m_associations;
-  std::unordered_map<const ICIMInstance*, std::uint32_t> m_positions;
-  std::uint64_t m_schema;
-  std::uint64_t m_linksClock;
-  std::vector<TLink> m_links;          // by association, then slot
-  std::vector<std::uint32_t> m_first;  // of each association, and one past the last
-  std::vector<std::uint32_t> m_heads;  // by hash of the target; open addressing
+  std::uint32_t RecordOf(const void* key) const noexcept;
+  std::uint64_t HashOfRecord(std::uint32_t record) const noexcept;
+  void Enter(const TEntry& entry);
+  void LinkAll(std::uint32_t record);
+  bool LinkSlots(std::uint32_t record, const TInmemInstance& association);
+  void Link(std::uint32_t record, std::size_t slot, std::uint32_t target);
+  void UnlinkAll(std::uint32_t record) noexcept;
+  std::uint32_t TargetOf(std::uint64_t hash);
+  std::uint32_t TargetOf(const TInmemPropertyDecl& decl);
+  std::uint32_t NewTarget(std::uint64_t hash);
+  void Release(std::uint32_t target) noexcept;
+  void Watch(const TSlotLayout& layout);
+  void CloseGaps(TTarget& target) noexcept;
+  const std::vector<std::uint32_t>& InOrder(std::uint32_t target);
+  bool IsBefore(std::uint32_t a, std::uint32_t b) const noexcept;
+  template <class Visit>
+  void ForEachTarget(std::string_view path, Visit&& visit) const;
+
+  const ICIMClass& m_class;
+  TInstanceStore& m_store;
+  std::vector<TRecord> m_records;
+  std::uint32_t m_freeRecord = kNone;
+  TIdTable m_byKey;
+  std::vector<TLink> m_links;
+  std::uint32_t m_freeLink = kNone;
+  std::vector<TTarget> m_targets;
+  std::uint32_t m_freeTarget = kNone;
+  TIdTable m_byHash;
+  std::vector<TDefault> m_defaults;
+  std::vector<boost::intrusive_ptr<const TSlotLayout>> m_layouts;
+  TWalk* m_walk = nullptr;  // those under way
+  std::uint64_t m_retyped;
+  bool m_broken = false;
+};
+
+// A walk over the associations that may refer to one instance, in the order of their paths. It
+// stands for a walk over all that were stored when it began: once something has changed by
+// which the others might refer to the instance as well, it has the rest of them all.
+class TLinkIndex::TWalk {
+ public:
+  struct TCandidate {
+    boost::shared_ptr<ICIMInstance> association;
+    std::size_t slot;  // kEvery: any of them
+    const TEntry* entry;
+  };
+  static constexpr std::size_t kEvery = static_cast<std::size_t>(-1);
+
+  TWalk(TLinkIndex& index, const TInmemInstance& target);
+  ~TWalk();
+  TWalk(const TWalk&) = delete;
+  TWalk& operator=(const TWalk&) = delete;
+
+  const std::vector<TCandidate>& Candidates() const noexcept { return m_candidates; }
+  // Whether the candidates are still all.
+  bool IsCurrent() const noexcept;
+  // The associations after this one, of those that were stored when the walk began. To be asked
+  // when the candidates are no longer all. Throws std::bad_alloc when there was no memory for
+  // keeping them.
+  std::vector<boost::shared_ptr<ICIMInstance>> After(const ICIMInstance& association);
+
+ private:
+  friend class TLinkIndex;
+
+  void Take(std::uint32_t target);
+  void Keep() noexcept;
+
+  TLinkIndex* m_index;  // null once the walk has kept what was stored
+  TWalk* m_other = nullptr;
+  const TInmemInstance& m_target;
+  std::uint64_t m_moves;
+  std::uint64_t m_defaults;
+  std::vector<TCandidate> m_candidates;
+  boost::shared_ptr<const TInstanceStore::TInstances> m_kept;
 };
 
 }  // namespace NORVHAV20

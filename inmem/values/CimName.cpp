@@ -47,6 +47,12 @@ CimName::CimName(std::string_view name) {
   m_folded = std::string_view(folded, name.size());
 }
 
+bool IsCimName(std::string_view text) noexcept {
+  if (!text.empty() && IsDigit(text.front())) return false;
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return kFolded[static_cast<unsigned char>(c)] != 0; });
+}
+
 bool IsSameName(std::string_view a, std::string_view b) noexcept {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
                                             [](char x, char y) { return Lower(x) == Lower(y); });

@@ -3,6 +3,5 @@
 namespace NORVHAV20 {
 
 std::atomic<std::uint64_t> ModelClock::s_schema{0};
-std::atomic<std::uint64_t> ModelClock::s_links{0};
 
 }  // namespace NORVHAV20

@@ -15,13 +15,9 @@ class ModelClock {
   // Classes, declarations, qualifiers, and namespaces coming and going.
   static std::uint64_t Schema() noexcept { return s_schema.load(std::memory_order_relaxed); }
   static void SchemaChanged() noexcept { s_schema.fetch_add(1, std::memory_order_relaxed); }
-  // Instances entering and leaving stores, and references being assigned.
-  static std::uint64_t Links() noexcept { return s_links.load(std::memory_order_relaxed); }
-  static void LinksChanged() noexcept { s_links.fetch_add(1, std::memory_order_relaxed); }
 
  private:
   static std::atomic<std::uint64_t> s_schema;
-  static std::atomic<std::uint64_t> s_links;
 };
 
 }  // namespace NORVHAV20

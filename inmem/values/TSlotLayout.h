@@ -3,7 +3,7 @@
 //
 // Ownership: shared by instances and slots; holds the declarations weakly. Those who need
 //            them kept alive share a TSlotDeclarations.
-// Threads:   immutable.
+// Threads:   immutable, but for the watcher: one thread at a time per namespace.
 #pragma once
 
 #include <cstddef>
@@ -21,6 +21,19 @@
 namespace NORVHAV20 {
 
 class ICIMPropertyDecl;
+
+class TSlotTable;
+
+// Who is told when references are assigned.
+class IReferenceWatcher {
+ public:
+  // Before a reference of this table is assigned, and after.
+  virtual void Assigning(const TSlotTable& values) noexcept = 0;
+  virtual void Assigned(const TSlotTable& values) noexcept = 0;
+
+ protected:
+  ~IReferenceWatcher() = default;
+};
 
 class TSlotLayout : public boost::intrusive_ref_counter<TSlotLayout> {
  public:
@@ -40,10 +53,15 @@ class TSlotLayout : public boost::intrusive_ref_counter<TSlotLayout> {
   // average; allocates nothing.
   std::size_t Find(std::string_view folded) const noexcept;
 
+  // Who watches the instances of this layout, null when nobody does.
+  IReferenceWatcher* Watcher() const noexcept { return m_watcher; }
+  void Watch(IReferenceWatcher* watcher) const noexcept { m_watcher = watcher; }
+
  private:
   std::vector<TEntry> m_entries;
   // Open addressing with linear probing: indices plus one, 0 where there is none.
   std::vector<std::uint32_t> m_table;
+  mutable IReferenceWatcher* m_watcher = nullptr;
 };
 
 // A layout together with the ownership of its declarations, in the same order.

@@ -7,7 +7,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include "inmem/values/ModelClock.h"
 #include "inmem/values/TInmemProperty.h"
 
 namespace NORVHAV20 {
@@ -68,9 +67,12 @@ const TCIMValue* TSlotTable::Assigned(std::size_t index) const noexcept {
 
 void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
   // NULL as well: it ends the reference that the default may be.
-  if (value.GetType() == kCIMReference || Values()[index].IsReference()) ModelClock::LinksChanged();
+  const bool refers = value.GetType() == kCIMReference || Values()[index].IsReference();
+  IReferenceWatcher* const watcher = refers ? m_layout->Watcher() : nullptr;
+  if (watcher) watcher->Assigning(*this);
   Values()[index] = value;
   AssignedBits(index) |= 1U << (index % kBits);
+  if (watcher) watcher->Assigned(*this);
 }
 
 TSlotTable::TExtras& TSlotTable::Extras() {
