@@ -79,17 +79,23 @@ void TInmemClass::AddToNamespace(TOptions) {
   const auto self = Self();
   Validate(TOptions());
   const auto registry = Require(m_home.Registry());
-  const auto admission = registry->AdmitClass(self);
-  if (!admission.admitted) return;
-  TLinks links = PlanLinks(admission.displaced);
-  try {
-    links.Make(self);
-    registry->AddClass(self);
-  } catch (...) {
+  auto admission = registry->AdmitClass(self);
+  while (admission.admitted) {
+    TLinks links = PlanLinks(admission.displaced);
+    try {
+      links.Make(self);
+      // Another class may have taken the name while one of a host's was called.
+      admission = registry->AdmitClass(self);
+      if (admission.admitted && admission.displaced == links.displaced) {
+        registry->AddClass(self);
+        return Commit(links);
+      }
+    } catch (...) {
+      links.Undo(self);
+      throw;
+    }
     links.Undo(self);
-    throw;
   }
-  Commit(links);
 }
 
 TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>& displaced) const {

@@ -205,6 +205,49 @@ TEST(HostObjects, AClassMayDropTheOneThatItIsComparedWith) {
   }
 }
 
+// A superclass of the host's making that does something when a subclass joins it.
+struct HostSuperclass : ForeignClass {
+  using ForeignClass::ForeignClass;
+
+  std::function<void()> whenJoined;
+
+  void AddSubclass(ClassPtr subclass, TOptions options) override {
+    RunOnce(whenJoined);
+    ForeignClass::AddSubclass(subclass, options);
+  }
+};
+
+TEST(HostObjects, ASuperclassMayRegisterAnotherClassOfTheNameThatIsBeingRegistered) {
+  Repository repository(true);
+  auto base = repository.Class("Base");
+  const auto super = boost::make_shared<HostSuperclass>(base);
+  auto one = repository.Allocate("A", super);
+  auto two = repository.Allocate("A", super);
+  super->whenJoined = [&] { two->AddToNamespace({}); };
+  one->AddToNamespace({});
+  EXPECT_EQ(repository.ns->GetClass("A", {}), one);
+  EXPECT_EQ(SubclassNames(base), Names{"A"});
+  EXPECT_STATUS(17, two->Delete({}));
+  EXPECT_STATUS(0, one->Delete({}));
+  EXPECT_EQ(SubclassNames(base), Names{});
+}
+
+TEST(HostObjects, ASuperclassMayTakeTheNameForGood) {
+  Repository repository(false);
+  auto base = repository.Class("Base");
+  const auto super = boost::make_shared<HostSuperclass>(base);
+  auto one = repository.Allocate("A", super);
+  auto two = repository.Allocate("A", super);
+  super->whenJoined = [&] { two->AddToNamespace({}); };
+  RecordingLogger log;
+  EXPECT_STATUS(16, one->AddToNamespace({}));
+  EXPECT_EQ(log.Take(), (LogLines{{3, "Inmem: TInmemNamespace: class A already defined"}}));
+  EXPECT_EQ(repository.ns->GetClass("A", {}), two);
+  EXPECT_EQ(SubclassNames(base), Names{"A"});
+  EXPECT_STATUS(17, one->Delete({}));
+  EXPECT_STATUS(0, two->Delete({}));
+}
+
 TEST(HostObjects, ADeclarationMayDropTheInstanceWhoseValueIsSet) {
   Model model;
   ICIMInstance& instance = *model.instance;

@@ -2,6 +2,8 @@
 // that reach those does something drastic in turn: lets the last owner of everything go, empties
 // or refills what is being worked on, or throws. Nothing that is freed is touched, and what is
 // left goes on working.
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <ostream>
@@ -296,6 +298,62 @@ TEST_P(MeddlingHost, MayDoAnythingInEveryCall) {
 
 INSTANTIATE_TEST_SUITE_P(Operations, MeddlingHost, testing::ValuesIn(kOperations),
                          [](const auto& operation) { return std::string(operation.param.name); });
+
+// What the model shows of its classes.
+Names Shown(const Model& m) {
+  Names shown;
+  const auto add = [&](const Names& names) {
+    shown.insert(shown.end(), names.begin(), names.end());
+    shown.push_back("");
+  };
+  for (const char* name : {"A", "Link", "New"})
+    shown.push_back(StatusOf([&] { m.repository->ns->GetClass(name, {}); }) == 0 ? name : "none");
+  shown.push_back(m.repository->ns->GetClass("A", {}) == m.cls ? "first" : "second");
+  shown.push_back(m.repository->ns->GetClass("Link", {}) == m.link ? "first" : "second");
+  for (const auto& cls :
+       {m.base, m.cls, m.again, m.sub, m.link, m.linkAgain, m.fresh->GetClass({})}) {
+    add(SubclassNames(cls));
+    add(AssociationNames(cls));
+    add(PropertyNames(cls));
+    add(MethodNames(cls));
+    add(QualifierNames(cls));
+    add(Stored(cls));
+  }
+  return shown;
+}
+
+class MeddlingHostRefuses : public testing::TestWithParam<const char*> {};
+
+TEST_P(MeddlingHostRefuses, AndNothingHasChanged) {
+  const RecordingLogger log;
+  const auto* const operation =
+      std::find_if(std::begin(kOperations), std::end(kOperations),
+                   [](const Operation& each) { return std::string(each.name) == GetParam(); });
+  ASSERT_NE(operation, std::end(kOperations));
+  int refusals = 0;
+  for (int call = 0;; ++call) {
+    Model model;
+    const Names before = Shown(model);
+    Meddler::At(call, [] { throw THAVException(kHAVNotSupported); });
+    const unsigned status = StatusOf([&] { operation->run(model); });
+    if (!Meddler::Rest()) break;
+    if (status == 0) continue;
+    ++refusals;
+    EXPECT_EQ(status, 1u) << "call " << call;
+    EXPECT_EQ(Shown(model), before) << "call " << call;
+  }
+  EXPECT_GT(refusals, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, MeddlingHostRefuses,
+                         testing::Values("ClassRegister", "ClassRedefine", "ClassDelete",
+                                         "AssociationRegister", "AssociationRedefine",
+                                         "NamespaceInherit", "NamespaceAllocate",
+                                         "ClassReplaceQualifier", "ClassKeepQualifier",
+                                         "ClassAddMethod", "ClassRemoveMethod",
+                                         "ClassRemoveProperty", "ClassAddInstance",
+                                         "ClassReplaceInstance", "InstanceStore"),
+                         [](const auto& operation) { return std::string(operation.param); });
 
 }  // namespace
 }  // namespace havtest
