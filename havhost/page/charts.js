@@ -40,7 +40,7 @@ function capacityChart() {
     rest > 0 && h('p.note', {}, `The ${kBars} fullest of ${capacities.length.toLocaleString('en')}.`));
 }
 
-const kBoxes = 16;
+const kBoxes = window.innerWidth < 500 ? 8 : 16;
 
 function cachesOf(processor) {
   const byLevel = new Map();
@@ -53,10 +53,12 @@ function cachesOf(processor) {
   return [...byLevel].sort(([a], [b]) => b - a).map(([level, caches]) => ({level, caches: [...caches]}));
 }
 
-// One box for each of the caches, the width of the processor between them.
-function boxes(number, draw) {
-  const shown = Math.min(number, kBoxes);
-  return h('div.boxes', {}, Array.from({length: shown}, (_, at) => draw(at)));
+// One box for each of the caches or cores, the width of the processor between them. Where there
+// are too many, the last box says how many more.
+function boxes(number, style, textOf) {
+  const shown = number > kBoxes ? kBoxes - 1 : number;
+  return h('div.boxes', {}, Array.from({length: shown}, (_, at) => h('span.box.' + style, {}, textOf(at))),
+    number > shown && h('span.box.' + style, {}, '+' + (number - shown)));
 }
 
 function cacheRow(cache) {
@@ -66,7 +68,7 @@ function cacheRow(cache) {
   return h('div.cache-row', {},
     h('a.cache-name', {href: objectLink(cache)}, `L${cellOf(cache, 'Level').text} ${kind ?? ''}`,
       h('small', {}, number > 1 ? `${number.toLocaleString('en')} × ${size}` : size)),
-    boxes(number, () => h('span.box.level-' + cellOf(cache, 'Level').text, {}, number <= 4 ? size : '\u00a0')));
+    boxes(number, 'level-' + cellOf(cache, 'Level').text, () => number <= 4 ? size : '\u00a0'));
 }
 
 function processorPicture(processor) {
@@ -76,7 +78,7 @@ function processorPicture(processor) {
   return h('div.processor', {}, h('p', {}, h('a', {href: objectLink(processor)}, processor.title)),
     levels.map(({caches}) => caches.map(cacheRow)),
     cores > 0 && h('div.cache-row', {}, h('span.cache-name', {}, count(cores, 'core')),
-      boxes(cores, (at) => h('span.box.core', {}, at))));
+      boxes(cores, 'core', (at) => at)));
 }
 
 function cacheChart() {

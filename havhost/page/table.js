@@ -7,11 +7,13 @@ const isNumberType = (type) => /^([us]int|real)(8|16|32|64)$/.test(type);
 
 // The columns of a class with what the table needs to know of their cells.
 function columnsOf(cls) {
+  const decls = new Map(declarations(cls, 'properties').map((decl) => [decl.name, decl]));
   return cls.columns.map(([name, type], at) => {
     const cells = cls.instances.map((instance) => readCell(instance.cells[at]));
     const present = cells.filter((cell) => cell && !cell.isNull);
     return {
       name, type, at,
+      description: decls.has(name) ? qualifierOf(decls.get(name), 'Description') : null,
       isEmpty: present.every((cell) => cell.text === ''),
       isTitle: cls.instances.every((instance, i) => !cells[i] || cells[i].text === instance.title),
       // Named values sort by their names.
@@ -109,8 +111,11 @@ class ClassTable {
     const direction = isSorted ? (this.sort.isDescending ? 'descending' : 'ascending') : 'none';
     return h('th' + (column && column.isQuantity ? '.number' : ''),
       {scope: 'col', 'aria-sort': direction},
-      h('button', {onclick: () => this.sortBy(column), 'data-column': name},
-        h('span', {}, breakable(name)), h('span.arrow', {'aria-hidden': 'true'})));
+      h('button', {
+        onclick: () => this.sortBy(column),
+        'data-column': name,
+        title: column && column.description,
+      }, h('span', {}, breakable(name)), h('span.arrow', {'aria-hidden': 'true'})));
   }
 
   sortBy(column) {
@@ -158,7 +163,7 @@ class ClassTable {
         const again = [...this.pager.querySelectorAll('button')].find((button) =>
           button.textContent === text && !button.disabled);
         (again ?? this.pager.querySelector('button:enabled')).focus();
-      },
+      }, 
     }, text);
     return fill(this.pager, step('Previous', -1), step('Next', 1));
   }
@@ -169,7 +174,8 @@ function sheet(instance) {
   const shown = columnsOf(instance.cls).filter(isShownAtFirst);
   return h('div.sheet', {},
     h('p.sheet-title', {}, h('a', {href: objectLink(instance)}, instance.title)),
-    h('dl', {}, shown.map((column) => h('div', {}, h('dt', {}, breakable(column.name)),
+    h('dl', {}, shown.map((column) => h('div', {}, h('dt', {title: column.description},
+      breakable(column.name)),
       h('dd', {}, cellContent(readCell(instance.cells[column.at]), column.type))))));
 }
 

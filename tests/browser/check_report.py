@@ -95,6 +95,13 @@ class Report(browser.PageTest):
         self.assertEqual(len(self.all("#caches .level-2")), 1)
         self.assertEqual(len(self.all("#caches .core")), 4)
 
+    def test_TheLastOfManyCoresSaysHowManyMoreThereAre(self):
+        self.show(self.page_of("many", models.MACHINE.replace(
+            "NumberOfCores = 4", "NumberOfCores = 64").replace(
+            "NumberOfCaches = 4", "NumberOfCaches = 16")))
+        self.assertEqual(self.texts("#caches .core"), [str(core) for core in range(15)] + ["+49"])
+        self.assertEqual(len(self.all("#caches .level-1")), 16)
+
     def test_ANamespaceOfNothingSaysSo(self):
         self.show(self.page_of("empty", "// nothing\n"))
         self.assertEqual(self.texts(".empty"), ["The namespace is empty."])
@@ -156,6 +163,12 @@ class Report(browser.PageTest):
         raw.click()
         self.assertEqual(self.texts(DISKS + " tr:nth-child(1) .raw"), ["2199023255552", "2"])
 
+    def test_HeadersSayWhatTheirPropertyIs(self):
+        self.show_disks()
+        self.all(DISKS + " .toggle")[0].click()
+        header = self.one(DISKS + " [data-column=Name]")
+        self.assertEqual(header.get_attribute("title"), "What it is called.")
+
     def test_OneObjectIsASheet(self):
         self.show_machine()
         self.scroll_to("#class-T_System")
@@ -192,7 +205,7 @@ class Report(browser.PageTest):
         self.wait_for_dialog("cpu")
         self.press(self.key("ESCAPE"))
         self.wait_for_dialog(None)
-        self.assertNotIn("#", self.driver.current_url)
+        self.wait(lambda: "#" not in self.driver.current_url)
         self.driver.get(address + "#/object/nothing")
         self.wait_for_dialog("nothing")
         self.assert_silent()
