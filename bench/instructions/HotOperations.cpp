@@ -20,21 +20,49 @@ using namespace havbench;
 using namespace NORVHAV20;
 
 constexpr std::size_t kDisks = 500;
+constexpr std::size_t kSpare = 2;  // more, for changes to use
+constexpr std::size_t kEntries = 200;
+
+// A slot whose display text is that of the last of many entries.
+boost::shared_ptr<ICIMProperty> ShownByValueMap(ICIMNamespace& ns) {
+  std::vector<TCIMValue> texts;
+  for (std::size_t i = 0; i < kEntries; ++i) texts.emplace_back("Text " + std::to_string(i));
+  const TCIMValue values(kCIMString, texts);
+  const auto cls = ns.AllocateClass("Bench_Display", {}, {});
+  Declare(ns, *cls, "Name", TCIMValue::Null(kCIMString), true);
+  const auto decl = cls->AllocatePropertyDecl("Value", TCIMValue(std::uint32_t{kEntries - 1}), {});
+  decl->AllocateQualifier(
+      ns.AllocateQualifierDecl("Values", TCIMValue::Null(values.GetType()),
+                               ICIMQualifierDecl::kScopeAny, ICIMQualifierDecl::kFlavorNone, {}),
+      values, TOptions());
+  decl->AddToClass({});
+  cls->AddToNamespace({});
+  return cls->AllocateInstance({})->GetProperty("Value", {});
+}
 
 struct Operation {
   std::function<bool(std::size_t)> once;  // false when its answer is wrong
 };
 
 std::map<std::string, Operation> Operations(InmemSubject& subject) {
+  const auto shown = ShownByValueMap(subject.Namespace());
   return {
       {"make", {[&](std::size_t i) {
-         subject.Make(DiskNumber(kDisks + i));
+         subject.Make(DiskNumber(kDisks + kSpare + i));
          return true;
        }}},
       {"get", {[&](std::size_t i) { return subject.Get(i % kDisks); }}},
       {"property",
        {[&](std::size_t i) { return subject.SizeOf(i % kDisks) == DiskNumber(i % kDisks).size; }}},
-      {"enumerate", {[&](std::size_t) { return subject.Enumerate() == kDisks; }}},
+      {"walk-after-change", {[&](std::size_t) {
+         subject.Do(Change::kInstance);
+         const bool right = subject.Enumerate() == kDisks + kSpare + 1;
+         subject.Undo(Change::kInstance);
+         return right;
+       }}},
+      {"display-valuemap",
+       {[shown](std::size_t) { return shown->GetDisplayValue({}) == "Text 199"; }}},
+      {"enumerate", {[&](std::size_t) { return subject.Enumerate() == kDisks + kSpare; }}},
       {"references", {[&](std::size_t i) { return subject.References(i % kDisks) == 2; }}},
       {"associators", {[&](std::size_t i) { return subject.Associators(i % kDisks) == 2; }}},
       {"key-names", {[&](std::size_t) {
@@ -74,6 +102,7 @@ int main(int argc, char** argv) {
   }
   subject.Prepare(numbers);
   for (std::size_t i = 0; i < kDisks; ++i) subject.MakeLink(i, (i + 1) % kDisks);
+  subject.PrepareChanges(kDisks);
   for (std::size_t i = 0; i < kDisks; ++i) {
     subject.SizeOf(i);
     subject.Associators(i);

@@ -28,9 +28,14 @@ class TInmemPropertyDecl final : public TInmemDecl<ICIMPropertyDecl, TInmemPrope
   const TCIMValue& GetDefaultValue(TOptions options) const override;
   void SetDefaultValue(const TCIMValue& value, TOptions options) override;
 
+  boost::shared_ptr<const TKnownValueMap>* KnownValueMap() const noexcept override {
+    return &m_knownValueMap;
+  }
+
  private:
   boost::weak_ptr<ICIMClass> m_owner;
   TCIMValue m_defaultValue;
+  mutable boost::shared_ptr<const TKnownValueMap> m_knownValueMap;
 };
 
 }  // namespace NORVHAV20

@@ -28,22 +28,20 @@ THeld<std::vector<TCIMValue>> ElementsOf(const TCIMValue& value) {
 
 std::string DisplayText(ICIMPropertyDecl& decl, TCIMValue value) {
   const ECIMType type = decl.GetType(TOptions());
-  TValueMap map;
-  if (!value.IsNull() && CanHaveValueMap(type) && BuildValueMap(decl, map))
-    return LookupValueMap(value, map);
+  if (!value.IsNull() && CanHaveValueMap(type))
+    if (const auto map = FindValueMap(decl)) return LookupValueMap(value, *map);
   return FormatValue(decl, value);
 }
 
 std::vector<std::string> DisplayTexts(ICIMPropertyDecl& decl, TCIMValue value) {
   std::vector<std::string> texts;
   const ECIMType type = decl.GetType(TOptions());
-  TValueMap map;
-  if (!value.IsNull() && type > kCIMArray && CanHaveValueMap(ElementOf(type)) &&
-      BuildValueMap(decl, map)) {
-    for (const TCIMValue& element : ElementsOf(value))
-      texts.push_back(LookupValueMap(element, map));
-    return texts;
-  }
+  if (!value.IsNull() && type > kCIMArray && CanHaveValueMap(ElementOf(type)))
+    if (const auto map = FindValueMap(decl)) {
+      for (const TCIMValue& element : ElementsOf(value))
+        texts.push_back(LookupValueMap(element, *map));
+      return texts;
+    }
   try {
     if (!decl.IsArray(TOptions())) return {FormatValue(decl, value)};
     for (const TCIMValue& element : ElementsOf(value)) texts.push_back(FormatValue(decl, element));

@@ -2,8 +2,9 @@
 // property's declaration decide: "Values" and "ValueMap" give names to numbers, "UNITS" with
 // "DISPLAYFIXEDUNITS", "ABBREVIATEUNITS" and "DISPLAYCPUTIME" make quantities of them, "BASE"
 // gives the radix of a plain number, and "NULLDISPLAY" what stands for NULL. They can change
-// at any time, so nothing is remembered from one call to the next. A qualifier of a host's
-// making may change the model while it is asked: values are held by value.
+// at any time, and are asked at every call; a value map that was read before is used while they
+// are equal to what they were then. A qualifier of a host's making may change the model while
+// it is asked: values are held by value.
 //
 // Errors: THAVException: what a look-up of a qualifier throws, but for 15, which says that it
 //         is absent; and the statuses given below.

@@ -12,6 +12,7 @@
 // as that is not there.
 //
 // Ownership: a map holds its texts; it does not follow the qualifiers when they change.
+//            A declaration of the plug-in keeps the one that was read last.
 // Errors:    THAVException; the status with each operation.
 #pragma once
 
@@ -19,6 +20,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <boost/shared_ptr.hpp>
 
 #include "havcore/TCIMValue.h"
 #include "inmem/values/HostServices.h"
@@ -35,9 +38,16 @@ struct TValueMap {
     const TCIMValue* text;  // an element of `texts`
   };
 
+  // From `low` to the number before the next step the same entry counts, or none.
+  struct TStep {
+    std::uint64_t low;
+    const TEntry* entry;
+  };
+
   std::optional<THeldElements> texts;
   std::vector<TEntry> entries;
   const TCIMValue* defaultText = nullptr;  // an element of `texts`, null when there is none
+  std::vector<TStep> steps;                // in the order of the numbers; empty: not indexed
 };
 
 // Reads the value map of `decl` into `map`, which is empty. Returns false when `decl` has
@@ -45,9 +55,26 @@ struct TValueMap {
 // of another length. Throws what the declaration throws, other than 15.
 bool BuildValueMap(ICIMPropertyDecl& decl, TValueMap& map);
 
+// Readies a map that is not going to change for look-ups in O(log n). Complexity: O(n log n).
+void IndexValueMap(TValueMap& map);
+
+// What a declaration keeps of its value map between two look-ups: the map, and what the
+// qualifiers were that it was read from.
+struct TKnownValueMap {
+  TCIMValue values;
+  std::optional<TCIMValue> valueMap;
+  bool isMap;  // whether they make one
+  TValueMap map;
+};
+
+// Returns the value map of `decl`, empty when it has none, as BuildValueMap reads it. What the
+// declaration keeps is used while the qualifiers are equal to what they were. Complexity: that
+// of comparing them, O(1) for values that share what they hold; otherwise O(n log n).
+boost::shared_ptr<const TValueMap> FindValueMap(ICIMPropertyDecl& decl);
+
 // Returns the text for `value`; the default text, or else the number, where no entry has it.
 // Throws 1 when `value` is neither boolean nor an unsigned integer, 14 when it is NULL.
-// Complexity: O(n) in the number of entries.
+// Complexity: O(n) in the number of entries, O(log n) when they are indexed.
 std::string LookupValueMap(const TCIMValue& value, const TValueMap& map);
 
 }  // namespace NORVHAV20

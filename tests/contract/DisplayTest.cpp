@@ -101,6 +101,44 @@ TEST(Display, AValueMapOfAnotherLengthIsNoValueMap) {
   EXPECT_EQ(Text(Number(1), qualifiers), "1");
 }
 
+TEST(Display, AValueMapFollowsItsQualifiers) {
+  Shown shown(Number(2), kStates);
+  const auto text = [&] { return shown.slot->GetDisplayValue({}); };
+  auto decl = shown.slot->GetDecl({});
+  const auto qualify = [&](const std::string& name, const TCIMValue& value) {
+    shown.repository.Qualify(*decl, {{name, value}});
+  };
+  EXPECT_EQ(text(), "Good");
+  EXPECT_EQ(text(), "Good");
+  decl->GetQualifier("ValueMap", {})->SetValue(Texts({"0", "1", "2..", ".."}), {});
+  EXPECT_EQ(text(), "Poor");
+  decl->GetQualifier("Values", {})->SetValue(Texts({"a", "b", "c", "d"}), {});
+  EXPECT_EQ(text(), "c");
+  qualify("Values", Texts({"a", "b", "C", "d"}));
+  EXPECT_EQ(text(), "C");
+  qualify("ValueMap", Texts({"too few"}));
+  EXPECT_EQ(text(), "2");
+  EXPECT_EQ(text(), "2");
+  qualify("ValueMap", TCIMValue::Null(ArrayOf(kCIMString)));
+  EXPECT_EQ(text(), "C");
+  qualify("ValueMap", Texts({"7", "2", "2..9", ".."}));
+  EXPECT_EQ(text(), "b");
+  shown.slot->SetValue(Number(10), {});
+  EXPECT_EQ(text(), "d");
+}
+
+TEST(Display, AValueMapOfAHostsQualifierFollowsIt) {
+  Shown shown(Number(1), kStates);
+  auto decl = shown.slot->GetDecl({});
+  EXPECT_EQ(shown.slot->GetDisplayValue({}), "Good");
+  auto values =
+      boost::make_shared<ForeignQualifier>(shown.repository.Declaration("Values"), Texts({"x"}));
+  decl->AddQualifier(values, {});
+  EXPECT_EQ(shown.slot->GetDisplayValue({}), "1");
+  values->Become(Texts({"0", "one", "2", "3"}));
+  EXPECT_EQ(shown.slot->GetDisplayValue({}), "one");
+}
+
 TEST(Display, ASignedValueHasNoValueMap) {
   EXPECT_EQ(Text(TCIMValue(std::int32_t{1}), kStates), "1");
 }

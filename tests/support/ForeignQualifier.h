@@ -29,6 +29,9 @@ class ForeignQualifier : public ICIMQualifier {
   mutable std::function<void()> whenAskedWhetherPropagated;
   std::function<void()> whenDestroyed;
 
+  // The host changes the value of its own accord.
+  void Become(TCIMValue value) { m_value = std::move(value); }
+
   const std::string& GetName(TOptions) const override { return m_decl->GetName({}); }
   QualifierDeclPtr GetQualifierDecl(TOptions) const override { return m_decl; }
   boost::shared_ptr<ICIMNamedElement> GetElement(TOptions) const override { return {}; }

@@ -125,6 +125,9 @@ TEST(PlainDisplay, RandomPatternsMakeTheSameEntries) {
     ASSERT_EQ(expected.defaultText, map.defaultText ? map.defaultText->ToString(10) : "")
         << testing::PrintToString(patterns);
     ASSERT_EQ(expected.entries.size(), map.entries.size()) << testing::PrintToString(patterns);
+    TValueMap indexed;
+    ASSERT_TRUE(BuildValueMap(decl, indexed));
+    IndexValueMap(indexed);
     for (std::size_t i = 0; i < map.entries.size(); ++i) {
       const PlainEntry& entry = expected.entries[i];
       ASSERT_EQ(std::make_tuple(entry.low, entry.high, entry.text),
@@ -132,10 +135,13 @@ TEST(PlainDisplay, RandomPatternsMakeTheSameEntries) {
                                 map.entries[i].text->ToString(10)))
           << testing::PrintToString(patterns) << ", entry " << i;
       for (const std::uint64_t number :
-           {entry.low - 1, entry.low, entry.high, entry.high + 1, chance.Number()})
-        ASSERT_EQ(LookupPlainValueMap(TCIMValue(number), expected),
-                  LookupValueMap(TCIMValue(number), map))
+           {entry.low - 1, entry.low, entry.high, entry.high + 1, chance.Number()}) {
+        const std::string text = LookupPlainValueMap(TCIMValue(number), expected);
+        ASSERT_EQ(text, LookupValueMap(TCIMValue(number), map))
             << testing::PrintToString(patterns) << ", number " << number;
+        ASSERT_EQ(text, LookupValueMap(TCIMValue(number), indexed))
+            << testing::PrintToString(patterns) << ", indexed, number " << number;
+      }
     }
   }
 }
