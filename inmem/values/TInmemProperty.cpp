@@ -27,6 +27,7 @@ struct TStandaloneSlot {
 void RequireType(const char* operation, TCIMValue::TCIMType declared, TCIMValue::TCIMType given) {
   if (static_cast<ECIMType>(declared) == static_cast<ECIMType>(given)) return;
   std::ostringstream text;
+  text.exceptions(std::ios::badbit);  // lack of memory is told, and cuts no line short
   text.imbue(std::locale::classic());
   text << operation << ": decl is type " << declared << " but value is type " << given;
   LogError(text.str());

@@ -12,7 +12,7 @@
 #include "support/CompareNamespaces.h"
 #include "support/ForeignClass.h"
 #include "support/Repository.h"
-#include "tests/model/FailingAllocations.h"
+#include "support/FailingAllocations.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "havcore/TCIMReference.h"
+#include "support/FailingAllocations.h"
 #include "support/RecordingLogger.h"
 #include "support/Repository.h"
 #include "tests/oracle/TModel.h"
@@ -50,10 +51,29 @@ const char* Filter(const char* const (&pool)[n], unsigned number) {
 
 std::string Quoted(const std::string& text) { return '"' + text + '"'; }
 
+// Keeps the lines whatever the operation's memory is like.
+class TLogger : public RecordingLogger {
+ public:
+  void Log(int level, const std::string& text) override {
+    const UnfailingAllocations unfailing;
+    RecordingLogger::Log(level, text);
+  }
+};
+
+std::size_t g_failedAllocations = 0;
+
 // One run: the plug-in's objects and the model's numbers for them stand at the same places.
 class TRun {
  public:
-  TRun() {
+  explicit TRun(EMemory memory) : m_memory(memory) {
+    constexpr std::size_t enough = 8192;
+    m_qualifierDecls.reserve(enough);
+    m_qualifiers.reserve(enough);
+    m_classes.reserve(enough);
+    m_decls.reserve(enough);
+    m_methods.reserve(enough);
+    m_instances.reserve(enough);
+    m_slots.reserve(enough);
     for (int level = 1; level <= 3; ++level) CacheSwitch(level) = -1;
     AddNamespace(true);
     AddNamespace(false);
@@ -65,7 +85,7 @@ class TRun {
     m_what.str("");
     Dispatch(operation.op);
     what = m_what.str();
-    plugin = Answer(m_onPlugin);
+    plugin = m_memory == EMemory::kEnough ? Answer(m_onPlugin) : AnswerInTheEnd();
     plugin += PluginLog();
     model = Answer(m_onModel);
     model += ModelLog();
@@ -78,12 +98,41 @@ class TRun {
   static std::string Answer(const TAction& action) {
     try {
       return action();
+    } catch (const std::bad_alloc&) {
+      throw;
     } catch (const THAVException& failure) {
+      const UnfailingAllocations unfailing;
       return "throws " + std::to_string(failure.GetStatusCode());
     } catch (const TStatus& status) {
       return "throws " + std::to_string(status.code);
     } catch (const std::exception& failure) {
       return std::string("throws ") + failure.what();
+    }
+  }
+
+  // What the plug-in's side answers once there is memory enough.
+  std::string AnswerInTheEnd() {
+    for (std::size_t allowed = 0;; ++allowed) {
+      const std::size_t made[] = {m_qualifierDecls.size(), m_qualifiers.size(), m_decls.size(),
+                                  m_methods.size(),        m_instances.size(),  m_slots.size()};
+      const FailingAllocation failure(allowed, m_memory == EMemory::kFailsOnce
+                                                   ? FailingAllocation::kOnce
+                                                   : FailingAllocation::kFromThenOn);
+      try {
+        std::string answer = Answer(m_onPlugin);
+        return answer;
+      } catch (const std::bad_alloc&) {
+        const UnfailingAllocations unfailing;
+        ++g_failedAllocations;
+        m_log.Take();
+        m_newClass.reset();
+        m_qualifierDecls.resize(made[0]);
+        m_qualifiers.resize(made[1]);
+        m_decls.resize(made[2]);
+        m_methods.resize(made[3]);
+        m_instances.resize(made[4]);
+        m_slots.resize(made[5]);
+      }
     }
   }
 
@@ -174,6 +223,7 @@ class TRun {
   }
 
   std::string Text(const TCIMValue& value) const {
+    const UnfailingAllocations unfailing;
     std::ostringstream text;
     text << value.GetType() << ' ';
     if (value.GetType() == kCIMReference) text << Text(value.GetReferencedClass()) << ' ';
@@ -820,6 +870,7 @@ class TRun {
     std::string text;
     unsigned visits = 0;
     run(TEnumCallback<ICIMInstance>([&](InstancePtr instance) {
+      const UnfailingAllocations unfailing;
       text += Text(instance) + ' ';
       if (mischief.onPlugin && visits++ == mischief.visit)
         text += '(' + Answer(mischief.onPlugin) + ") ";
@@ -842,6 +893,7 @@ class TRun {
   std::string VisitedClasses(Run&& run) const {
     std::string text;
     run(TEnumCallback<ICIMClass>([&](ClassPtr cls) {
+      const UnfailingAllocations unfailing;
       text += Text(cls) + ' ';
       return false;
     }));
@@ -1116,6 +1168,7 @@ class TRun {
   std::string Qualifiers(Element& element) const {
     std::string text;
     element.EnumerateQualifiers(TEnumCallback<ICIMQualifier>([&](QualifierPtr qualifier) {
+                                  const UnfailingAllocations unfailing;
                                   text += '[' + qualifier->GetName({}) + ' ' +
                                           Text(qualifier->GetValue({})) + ' ' +
                                           std::to_string(qualifier->GetFlavor({})) +
@@ -1147,6 +1200,7 @@ class TRun {
         },
         {});
     cls.EnumeratePropertyDecls(TEnumCallback<ICIMPropertyDecl>([&](PropertyDeclPtr decl) {
+                                 const UnfailingAllocations unfailing;
                                  text += "; " + decl->GetName({}) + ' ' +
                                          Text(decl->GetDefaultValue({})) + " of " +
                                          Text(decl->GetClass({})) + Qualifiers(*decl);
@@ -1154,6 +1208,7 @@ class TRun {
                                }),
                                {});
     cls.EnumerateMethodDecls(TEnumCallback<ICIMMethodDecl>([&](MethodDeclPtr decl) {
+                               const UnfailingAllocations unfailing;
                                std::ostringstream type;
                                type << decl->GetType({});
                                text += "; " + type.str() + ' ' + decl->GetName({}) + '(';
@@ -1200,7 +1255,8 @@ class TRun {
     Both([=] { return DumpOf(*m_classes[cls]); }, [=] { return DumpOf(m_classIds[cls]); });
   }
 
-  RecordingLogger m_log;
+  EMemory m_memory;
+  TLogger m_log;
   TModel m_model;
   const std::array<unsigned, 10>* m_arguments = nullptr;
   std::ostringstream m_what;
@@ -1228,8 +1284,10 @@ class TRun {
 
 }  // namespace
 
-TDifference Compare(const TProgram& program, std::vector<std::string>* trace) {
-  TRun run;
+std::size_t FailedAllocations() { return g_failedAllocations; }
+
+TDifference Compare(const TProgram& program, EMemory memory, std::vector<std::string>* trace) {
+  TRun run(memory);
   TDifference difference{program.size(), {}, {}};
   for (std::size_t i = 0; i < program.size(); ++i) {
     std::string what;

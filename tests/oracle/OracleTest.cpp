@@ -18,20 +18,37 @@ std::uint64_t Setting(const char* name, std::uint64_t otherwise) {
   return said != nullptr ? std::stoull(said) : otherwise;
 }
 
-TEST(Oracle, AnswersEveryOperationAsThePlugInDoes) {
-  constexpr std::size_t kLength = 400;
+void ExpectSameAnswers(std::size_t programs, std::size_t length, EMemory memory) {
   const auto first = Setting("HAV_ORACLE_SEED", 1);
-  const auto programs = Setting("HAV_ORACLE_PROGRAMS", 500);
+  programs = Setting("HAV_ORACLE_PROGRAMS", programs);
   const bool show = std::getenv("HAV_ORACLE_TRACE") != nullptr;
   for (std::uint64_t seed = first; seed < first + programs; ++seed) {
-    const auto program = RandomProgram(seed, kLength);
+    const auto program = RandomProgram(seed, length);
     std::vector<std::string> trace;
-    const auto difference = Compare(program, show ? &trace : nullptr);
+    const auto difference = Compare(program, memory, show ? &trace : nullptr);
     for (const auto& line : trace) std::cout << line << '\n';
     if (difference.at == program.size()) continue;
-    FAIL() << "seed " << seed << ":\n" << Explain(program);
+    FAIL() << "seed " << seed << ":\n" << Explain(program, memory);
   }
-  std::cout << programs * kLength << " operations compared\n";
+  std::cout << programs * length << " operations compared\n";
+}
+
+TEST(Oracle, AnswersEveryOperationAsThePlugInDoes) {
+  ExpectSameAnswers(500, 400, EMemory::kEnough);
+}
+
+TEST(Oracle, NotesNoTraceOfAnOperationThatLackedMemoryOnce) {
+  const auto before = FailedAllocations();
+  ExpectSameAnswers(60, 200, EMemory::kFailsOnce);
+  std::cout << FailedAllocations() - before << " allocations failed\n";
+  EXPECT_GT(FailedAllocations(), before);
+}
+
+TEST(Oracle, NotesNoTraceOfAnOperationThatLackedMemoryFromThenOn) {
+  const auto before = FailedAllocations();
+  ExpectSameAnswers(60, 200, EMemory::kFailsFromThenOn);
+  std::cout << FailedAllocations() - before << " allocations failed\n";
+  EXPECT_GT(FailedAllocations(), before);
 }
 
 }  // namespace

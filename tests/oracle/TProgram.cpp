@@ -87,16 +87,18 @@ EOp Choose(const TWeight (&weights)[n], std::uint64_t number, bool early) {
   return EOp::kDump;
 }
 
-bool Differs(const TProgram& program) { return Compare(program).at < program.size(); }
+bool Differs(const TProgram& program, EMemory memory) {
+  return Compare(program, memory).at < program.size();
+}
 
-bool RemoveOperations(TProgram& program) {
+bool RemoveOperations(TProgram& program, EMemory memory) {
   const std::size_t before = program.size();
   for (std::size_t chunk = std::max<std::size_t>(before / 2, 1); chunk > 0; chunk /= 2) {
     for (std::size_t at = 0; at + chunk <= program.size();) {
       TProgram shorter = program;
       const auto begin = shorter.begin() + static_cast<std::ptrdiff_t>(at);
       shorter.erase(begin, begin + static_cast<std::ptrdiff_t>(chunk));
-      if (Differs(shorter))
+      if (Differs(shorter, memory))
         program.swap(shorter);
       else
         at += chunk;
@@ -106,14 +108,14 @@ bool RemoveOperations(TProgram& program) {
 }
 
 // What stands first needs no operations before it that only count up to it.
-bool SmallerArguments(TProgram& program) {
+bool SmallerArguments(TProgram& program, EMemory memory) {
   bool changed = false;
   for (TOperation& operation : program) {
     for (unsigned& argument : operation.arguments) {
       const unsigned given = argument;
       for (unsigned smaller = 0; smaller < std::min(given, 12u); ++smaller) {
         argument = smaller;
-        if (Differs(program)) break;
+        if (Differs(program, memory)) break;
         argument = given;
       }
       changed = changed || argument != given;
@@ -143,17 +145,17 @@ TProgram RandomProgram(std::uint64_t seed, std::size_t length) {
   return program;
 }
 
-TProgram Minimal(TProgram program) {
-  program.resize(std::min(program.size(), Compare(program).at + 1));
-  while (RemoveOperations(program) || SmallerArguments(program)) {
+TProgram Minimal(TProgram program, EMemory memory) {
+  program.resize(std::min(program.size(), Compare(program, memory).at + 1));
+  while (RemoveOperations(program, memory) || SmallerArguments(program, memory)) {
   }
   return program;
 }
 
-std::string Explain(const TProgram& program) {
-  const TProgram minimal = Minimal(program);
+std::string Explain(const TProgram& program, EMemory memory) {
+  const TProgram minimal = Minimal(program, memory);
   std::vector<std::string> trace;
-  const TDifference difference = Compare(minimal, &trace);
+  const TDifference difference = Compare(minimal, memory, &trace);
   std::string text;
   for (const auto& line : trace) text += line + '\n';
   return text + "plug-in: " + difference.plugin + "\nmodel:   " + difference.model + '\n';

@@ -72,14 +72,23 @@ struct TDifference {
   std::string plugin, model;
 };
 
+// What is done to the plug-in's side: nothing; or each operation is tried with its first
+// allocation failing, its second and so on, until it gets through; the failure is one, or all
+// allocations fail from then on. What was tried in vain must have changed nothing.
+enum class EMemory { kEnough, kFailsOnce, kFailsFromThenOn };
+
 // Runs the program on both sides. `trace` gets a line for each operation when it is there.
-TDifference Compare(const TProgram& program, std::vector<std::string>* trace = nullptr);
+TDifference Compare(const TProgram& program, EMemory memory = EMemory::kEnough,
+                    std::vector<std::string>* trace = nullptr);
 
 // The program cut down to what still makes the two sides differ.
-TProgram Minimal(TProgram program);
+TProgram Minimal(TProgram program, EMemory memory);
 
 // What a failed comparison shows: the minimal program, operation by operation, and the two
 // answers.
-std::string Explain(const TProgram& program);
+std::string Explain(const TProgram& program, EMemory memory);
+
+// How many allocations have been made to fail so far.
+std::size_t FailedAllocations();
 
 }  // namespace havtest::oracle

@@ -1,4 +1,4 @@
-#include "tests/model/FailingAllocations.h"
+#include "support/FailingAllocations.h"
 
 #include <cstdlib>
 #include <new>
@@ -7,9 +7,20 @@ namespace {
 
 // Counts down to the failure; negative when none is due.
 long g_left = -1;
+bool g_failed = false;
+bool g_goOn = false;
+int g_paused = 0;
+
+bool Fails() noexcept {
+  if (g_paused != 0) return false;
+  if (g_failed) return g_goOn;
+  if (g_left < 0 || g_left-- != 0) return false;
+  g_failed = true;
+  return true;
+}
 
 void* Allocate(std::size_t size) {
-  if (g_left >= 0 && g_left-- == 0) throw std::bad_alloc();
+  if (Fails()) throw std::bad_alloc();
   if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
   throw std::bad_alloc();
 }
@@ -28,12 +39,21 @@ void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 
 namespace havtest {
 
-FailingAllocation::FailingAllocation(std::size_t allowed) noexcept {
+FailingAllocation::FailingAllocation(std::size_t allowed, ELength length) noexcept {
+  g_failed = false;
+  g_goOn = length == kFromThenOn;
   g_left = static_cast<long>(allowed);
 }
 
-FailingAllocation::~FailingAllocation() { g_left = -1; }
+FailingAllocation::~FailingAllocation() {
+  g_left = -1;
+  g_failed = g_goOn = false;
+}
 
-bool FailingAllocation::HasFailed() const noexcept { return g_left < 0; }
+bool FailingAllocation::HasFailed() const noexcept { return g_failed; }
+
+UnfailingAllocations::UnfailingAllocations() noexcept { ++g_paused; }
+
+UnfailingAllocations::~UnfailingAllocations() { --g_paused; }
 
 }  // namespace havtest
