@@ -556,7 +556,10 @@ class TRun {
     const auto referenced = Place(m_classes, 2);
     TValueSpec spec = Spec(2);
     if (spec.kind > 3) spec = {0, spec.a, 0};
-    const bool key = name == "Name" ? Arg(3) % 4 != 0 : Arg(3) % 4 == 1;
+    // Reading a derived property that is a key makes it none: tried twice, that is another path.
+    const bool derived = name == "speedDuplex" || name == "HealthState";
+    const bool key = !(derived && m_memory != EMemory::kEnough) &&
+                     (name == "Name" ? Arg(3) % 4 != 0 : Arg(3) % 4 == 1);
     const bool override_ = Arg(4) % 5 == 0;
     std::vector<std::size_t> qualifiers;
     if (key) qualifiers.push_back(QualifierDeclNamed("Key"));
@@ -850,7 +853,8 @@ class TRun {
                             EOp::kStoreIn,     EOp::kRemoveFrom,     EOp::kClearInstances,
                             EOp::kSetDefault,  EOp::kRemoveProperty, EOp::kAddClass,
                             EOp::kDeleteClass, EOp::kEnumerate};
-    if (Arg(5) % 3 != 0) return {};
+    // What a callback did before memory was lacking, it has done.
+    if (Arg(5) % 3 != 0 || m_memory != EMemory::kEnough) return {};
     const auto* const given = m_arguments;
     const std::array<unsigned, 10> own{Arg(6), Arg(7), Arg(8), 1, 1, 1, 1, 1, 1, 1};
     const std::string said = m_what.str();
