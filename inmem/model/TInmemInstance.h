@@ -147,6 +147,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   TCallback ExamineCallback(const TCallback& callback, const std::string& role,
                             TMemoryWatch& memory);
   bool IsReferredToBy(const TCIMValue& value) const;
+  bool IsReferredToBySlot(const TInmemInstance& association, std::size_t slot) const;
 
   // The value of a property, as GetProperty and GetValue give it.
   TCIMValue ValueOf(const std::string& name) const;

@@ -109,22 +109,21 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
   const CimName foldedRole(role);
   TLinkIndex::TWalk walk(index, *this);
   const ICIMInstance* found = nullptr;
-  for (const auto& [association, slot, entry] : walk.Candidates()) {
+  for (const auto& candidate : walk.Candidates()) {
+    const auto& association = candidate.association;
     if (association.get() == found) continue;
-    const auto refers = [&, slot = slot] {
-      const auto& own = static_cast<TInmemInstance&>(*association);
-      if (!role.empty() && own.SlotName(slot) != foldedRole.Folded()) return false;
-      return TrueUnlessNotFound(
-          [&] { return IsReferredToBy(own.SlotHandle(slot).GetValue(TOptions())); });
-    };
-    const auto examine = [&, slot = slot] {
-      if (slot == TLinkIndex::TWalk::kEvery) return ExamineAssociation(callback, role, association);
-      if (!refers()) return true;
-      found = association.get();
-      DropExceptions([&] { callback(association); });
-      return true;
-    };
-    DropExceptions([&] { memory.Over(examine); });
+    DropExceptions([&] {
+      memory.Over([&] {
+        if (candidate.slot == TLinkIndex::TWalk::kEvery)
+          return ExamineAssociation(callback, role, association);
+        const auto& own = static_cast<TInmemInstance&>(*association);
+        if (!role.empty() && own.SlotName(candidate.slot) != foldedRole.Folded()) return true;
+        if (!IsReferredToBySlot(own, candidate.slot)) return true;
+        found = association.get();
+        DropExceptions([&] { callback(association); });
+        return true;
+      });
+    });
     if (walk.IsCurrent()) continue;
     for (const auto& next : walk.After(*association))
       DropExceptions(
@@ -132,6 +131,11 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
     break;
   }
   return true;
+}
+
+bool TInmemInstance::IsReferredToBySlot(const TInmemInstance& association, std::size_t slot) const {
+  return TrueUnlessNotFound(
+      [&] { return IsReferredToBy(association.SlotHandle(slot).GetValue(TOptions())); });
 }
 
 bool TInmemInstance::ExamineAssociation(const TCallback& callback, const std::string& role,
