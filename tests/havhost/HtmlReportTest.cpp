@@ -1,6 +1,8 @@
 // The HTML report as the program writes it: its data, and that no text gets out of it.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include <nlohmann/json.hpp>
 
 #include "havhost/report/HtmlReport.h"
@@ -148,6 +150,9 @@ TEST(HtmlReport, IntegersThatABrowserWouldRoundAreTexts) {
 TEST(HtmlReport, DateTimesReadAsDates) {
   EXPECT_EQ(CellsOf("datetime V;", "\"20240301101500.000000+060\"")[1],
             TJson::parse(R"(["2024-03-01 10:15:00 +01:00", "20240301101500.000000+060"])"));
+  EXPECT_EQ(CellsOf("datetime V[];", "{\"20240301101500.000000+060\", NULL}")[1],
+            TJson::parse(R"([["2024-03-01 10:15:00 +01:00", "NULL"],
+                             ["20240301101500.000000+060", null]])"));
 }
 
 TEST(HtmlReport, NoTextEndsTheData) {
@@ -167,6 +172,26 @@ TEST(HtmlReport, NoTextEndsTheData) {
   const auto data = DataOf(outcome);
   EXPECT_EQ(data["instances"][0]["title"], hostile);
   EXPECT_EQ(data["classes"][0]["qualifiers"][0][1], hostile);
+}
+
+TEST(HtmlReport, LinksLeadToPathsThatAreNoUtf8) {
+  const TemporaryFolder folder;
+  const auto file =
+      folder.File("bytes.mof",
+                  "Qualifier Association : boolean = false, Scope(association);\n"
+                  "Qualifier Key : boolean = false, Scope(property, reference);\n"
+                  "class T { [Key] string Name; };\n"
+                  "[Association] class A { [Key] T REF Antecedent; [Key] T REF Dependent; };\n"
+                  "instance of T as $A { Name = \"a\xFF\"; };\n"
+                  "instance of T as $B { Name = \"a\xFE\"; };\n"
+                  "instance of A { Antecedent = $A; Dependent = $B; };\n");
+  const auto outcome = Havhost({"inventory", "--format", "html", "--mof", file});
+  const auto data = TJson::parse(DataText(outcome.out));
+  ASSERT_EQ(data["instances"].size(), 3u) << outcome.err;
+  std::set<TJson> ends;
+  for (const auto& cell : data["instances"][2]["cells"]) ends.insert(cell[1]);
+  EXPECT_EQ(ends, (std::set<TJson>{data["instances"][0]["path"], data["instances"][1]["path"]}));
+  EXPECT_EQ(ends.size(), 2u);
 }
 
 TEST(HtmlReport, EmptyNamespaceIsAReportOfNothing) {
