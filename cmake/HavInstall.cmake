@@ -67,10 +67,14 @@ if(TARGET havhost)
   install(DIRECTORY inventory/schema/ DESTINATION ${HAV_INSTALL_SCHEMADIR}
           FILES_MATCHING PATTERN "*.mof")
   install(FILES docs/havhost.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/havhost)
+  if(NOT WIN32)
+    configure_file(havhost/server/havhost.service.in ${PROJECT_BINARY_DIR}/havhost.service @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/havhost.service DESTINATION lib/systemd/system)
+  endif()
 endif()
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES docs/conformance.md docs/design.md docs/hosting.md docs/performance.md
-              docs/performance.svg docs/windows.md
+              docs/performance.svg docs/serve.md docs/windows.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 
 set(CPACK_PACKAGE_NAME inmem)

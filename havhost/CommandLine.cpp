@@ -15,13 +15,25 @@ void AddFormats(CLI::App& command, TSettings& settings, const std::string& descr
   AddOutputOption(command, settings);
 }
 
+CLI::App& Declare(CLI::App& program, const TCommandText& text) {
+  auto& command = *program.add_subcommand(text.name, text.description);
+  command.footer("Example:\n  " + text.example);
+  return command;
+}
+
 }  // namespace
 
 CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
                      TCommandAction action) {
-  auto& command = *program.add_subcommand(text.name, text.description);
-  command.footer("Example:\n  " + text.example);
+  auto& command = Declare(program, text);
   command.callback([&line, action = std::move(action)] { line.action = action; });
+  return command;
+}
+
+CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
+                          TPlainAction action) {
+  auto& command = Declare(program, text);
+  command.callback([&line, action = std::move(action)] { line.plainAction = action; });
   return command;
 }
 

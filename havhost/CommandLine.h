@@ -13,6 +13,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/ICIMNamespace.h"
+#include "havhost/TConsole.h"
 #include "havhost/TSettings.h"
 
 namespace havhost {
@@ -21,9 +22,13 @@ namespace havhost {
 using TCommandAction = std::function<void(const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
                                           const TSettings& settings, std::ostream& out)>;
 
+// What a command does that needs no namespace.
+using TPlainAction = std::function<void(const TConsole& console)>;
+
 struct TCommandLine {
   TSettings settings;
   TCommandAction action;
+  TPlainAction plainAction;  // instead of the other
 };
 
 struct TCommandText {
@@ -35,6 +40,9 @@ struct TCommandText {
 // Adds a command that, when it is given, becomes the line's action.
 CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
                      TCommandAction action);
+
+CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
+                          TPlainAction action);
 
 // Groups of options that several commands share.
 void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug-in, include, log
@@ -54,5 +62,7 @@ void AddGetCommand(CLI::App& program, TCommandLine& line);
 void AddMofCommand(CLI::App& program, TCommandLine& line);
 void AddReferencesCommand(CLI::App& program, TCommandLine& line);
 void AddAssociatorsCommand(CLI::App& program, TCommandLine& line);
+void AddServeCommand(CLI::App& program, TCommandLine& line);
+void AddPasswdCommand(CLI::App& program, TCommandLine& line);
 
 }  // namespace havhost

@@ -46,6 +46,8 @@ void Declare(CLI::App& program, TCommandLine& line) {
   AddReferencesCommand(program, line);
   AddAssociatorsCommand(program, line);
   AddMofCommand(program, line);
+  AddServeCommand(program, line);
+  AddPasswdCommand(program, line);
 }
 
 // One sentence, and where to read more.
@@ -114,6 +116,7 @@ std::string Describe(const THAVException& failure, THostLogger& logger) {
 }
 
 void RunCommand(TCommandLine& line, const TConsole& console) {
+  if (line.plainAction) return line.plainAction(console);
   const auto& settings = line.settings;
   THostLogger logger(console.err, settings.verbose);
   TPluginLoader plugin(settings.plugin.empty() ? InstalledPlugin() : PathOf(settings.plugin));

@@ -7,7 +7,8 @@ namespace havtest {
 namespace {
 
 const char* const kCommands[] = {"inventory", "load",       "classes",     "show", "instances",
-                                 "get",       "references", "associators", "mof"};
+                                 "get",       "references", "associators", "mof",  "serve",
+                                 "passwd"};
 
 TEST(Usage, HelpListsTheCommands) {
   const auto outcome = RunPlain({"--help"});
@@ -28,6 +29,8 @@ Commands:
   references   List the associations that refer to an instance, or can refer to a class
   associators  List what associations link to an instance, or can link to a class
   mof          Write the namespace, or one class, as MOF
+  serve        Serve the namespace to CIM clients, over HTTP
+  passwd       Give a user of the server a password, which is read from standard input
 
 Options:
   -h,--help  Print this help message and exit
