@@ -36,6 +36,16 @@ void ApplyCacheSwitches(ICIMInstance& processor) {
   SetSwitch(processor, "L3Enabled", enabled[2]);
 }
 
+// Whether that could be done; a processor that does not let itself be read is left out.
+bool IsRewritten(ICIMInstance& processor) {
+  bool rewritten = false;
+  DropFailures([&] {
+    ApplyCacheSwitches(processor);
+    rewritten = true;
+  });
+  return rewritten;
+}
+
 }  // namespace
 
 // One class's turn in an enumeration: the instances that it had when the walk began, or a
@@ -142,13 +152,7 @@ void TInmemClass::Visit(const TInstanceStore::TInstances& instances,
                         const TEnumCallback<ICIMInstance>& callback) const {
   const bool processor = IsProcessor();
   instances.ForEach([&](const boost::shared_ptr<ICIMInstance>& instance) {
-    bool ready = !processor;
-    if (processor)
-      DropFailures([&] {
-        ApplyCacheSwitches(*instance);
-        ready = true;
-      });
-    if (ready) DropExceptions([&] { callback(instance); });
+    if (!processor || IsRewritten(*instance)) DropExceptions([&] { callback(instance); });
   });
 }
 
