@@ -25,10 +25,14 @@ void CheckToken(const TMofFile& file, const TMofToken& token) {
   if (token.kind == TMofToken::EKind::kCharacter) TMofLexer::CharacterValue(token.text);
 }
 
+void CheckValue(const TMofFile& file, const hav::mof::TMofValue& value) {
+  if (!value.isArray) CheckToken(file, value.scalar);
+  for (const auto& element : value.elements) CheckToken(file, element);
+}
+
 void CheckQualifiers(const TMofFile& file, const hav::mof::TMofQualifiers& qualifiers) {
   for (const auto& qualifier : qualifiers)
-    if (qualifier.value)
-      for (const auto& element : qualifier.value->elements) CheckToken(file, element);
+    if (qualifier.value) CheckValue(file, *qualifier.value);
 }
 
 }  // namespace
@@ -44,14 +48,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckQualifiers(file, cls.qualifiers);
     for (const auto& property : cls.properties) {
       CheckQualifiers(file, property.qualifiers);
-      if (property.defaultValue)
-        for (const auto& element : property.defaultValue->elements) CheckToken(file, element);
+      if (property.defaultValue) CheckValue(file, *property.defaultValue);
     }
   }
-  for (const auto& instance : file.instances) {
+  hav::mof::TMofReport deaf(0);
+  hav::mof::TMofParser again(file, deaf);
+  hav::mof::TMofInstance instance;
+  for (const auto place : file.instances) {
+    Require(again.ReadInstance(place, instance));
     lost = lost || instance.isDamaged;
-    for (const auto& assignment : instance.assignments)
-      for (const auto& element : assignment.value.elements) CheckToken(file, element);
+    for (const auto& assignment : instance.assignments) CheckValue(file, assignment.value);
   }
   Require(!lost || report.HasErrors());  // nothing is lost in silence
   return 0;

@@ -37,6 +37,8 @@ std::string StepText(TMofLoader::EStep step) {
 void PrintMessages(const TConsole& console, const TMofReport& report) {
   for (const auto& message : report.GetMessages())
     console.err << "havhost: " << Printable(message.ToString()) << '\n';
+  if (const auto note = report.GetNote(); !note.empty())
+    console.err << "havhost: note: " << note << '\n';
 }
 
 boost::shared_ptr<ICIMNamespace> LoadMof(const TPluginLoader& plugin, TSettings& settings,
@@ -47,6 +49,8 @@ boost::shared_ptr<ICIMNamespace> LoadMof(const TPluginLoader& plugin, TSettings&
   TMofFolderSource source(searchPath);
   TMofLoader loader(plugin.GetProvider(), source);
   loader.SetNamespaceName(settings.namespaceName);
+  loader.SetDefaultNamespaceName(TSettings::kDefaultNamespace);
+  loader.SetStrict(settings.strict);
   TMofReport report;
   boost::shared_ptr<ICIMNamespace> loaded;
   {
@@ -59,8 +63,7 @@ boost::shared_ptr<ICIMNamespace> LoadMof(const TPluginLoader& plugin, TSettings&
   PrintMessages(console, report);
   if (!loaded)
     throw THostError("nothing is loaded: the MOF has " + Count(report.CountErrors(), "errors"));
-  settings.namespaceName =
-      loader.GetNamespaceName().empty() ? TSettings::kDefaultNamespace : loader.GetNamespaceName();
+  settings.namespaceName = loader.GetNamespaceName();
   return loaded;
 }
 

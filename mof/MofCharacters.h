@@ -26,6 +26,10 @@ constexpr unsigned HexDigit(char c) {
 // with the text, and its beginning is left in `open`.
 std::size_t EndOfBlanks(std::string_view text, std::size_t at, std::size_t& open) noexcept;
 
+// Turns a text that begins with a byte-order mark of UTF-16, either order, into UTF-8 without
+// one; leaves any other as it is. False when the text is no UTF-16 behind its mark.
+bool DecodeUtf16(std::string& text);
+
 constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 

@@ -32,7 +32,10 @@ struct TMofType {
 struct TMofValue {
   TMofOffset offset = 0;
   bool isArray = false;
-  std::vector<TMofToken> elements;  // of a scalar: exactly one
+  TMofToken scalar;                 // of what is no array
+  std::vector<TMofToken> elements;  // of an array
+
+  bool HasAlias() const noexcept;
 };
 
 // Bits of ICIMQualifierDecl::EFlavor that are said, either way; the rest are left open.
@@ -115,8 +118,14 @@ struct TMofFile {
   std::vector<TMofPragma> pragmas;
   std::vector<TMofQualifierDecl> qualifierDecls;
   std::vector<TMofClass> classes;
-  std::vector<TMofInstance> instances;
+  // Where each instance begins, in their order; TMofParser::ReadInstance reads one of them.
+  // There can be millions, so no tree is kept of them.
+  std::vector<TMofOffset> instances;
   bool isDamaged = false;  // a whole declaration could not be read
 };
+
+// Whether both say the same, wherever they stand: names ignore case, strings compare by value.
+bool Same(const TMofQualifierDecl& a, const TMofQualifierDecl& b);
+bool Same(const TMofClass& a, const TMofClass& b);
 
 }  // namespace hav::mof

@@ -1,6 +1,11 @@
+// Reading instances and setting their values.
 #include "mof/TMofInstanceBuilder.h"
 
-#include <utility>
+#include <algorithm>
+#include <memory>
+
+#include "mof/TMofParser.h"
+#include "mof/TMofWriter.h"
 
 namespace hav::mof {
 
@@ -10,298 +15,250 @@ using namespace NORVHAV20;
 
 namespace {
 
-bool IsAlias(const TMofAssignment& assignment) {
-  return !assignment.value.isArray &&
-         assignment.value.elements.front().kind == TMofToken::EKind::kAlias;
-}
-
-boost::shared_ptr<ICIMClass> ReferencedClass(const TCIMValue& value) {
-  return value.GetType() == kCIMReference ? value.GetReferencedClass()
-                                          : boost::shared_ptr<ICIMClass>();
-}
-
 template <class TVisit>
-void ForEachReference(ICIMInstance& instance, TVisit&& visit) {
-  std::vector<TCIMValue> values;
-  instance.EnumerateProperties(
-      [&](boost::shared_ptr<ICIMProperty> slot) {
-        if (slot->GetValue({}).IsReference()) values.push_back(slot->GetValue({}));
-        return true;
-      },
-      {});
-  for (const auto& value : values) visit(static_cast<const TCIMReference&>(value));
+void ForEachAlias(const TMofValue& value, TVisit&& visit) {
+  if (!value.isArray) return visit(value.scalar.text);
+  for (const auto& element : value.elements)
+    if (element.kind == TMofToken::EKind::kAlias) visit(element.text);
 }
 
 }  // namespace
 
-void TMofInstanceBuilder::TWaiting::Add(std::size_t item, std::size_t other) {
-  ++waitsFor[item];
-  awaitedBy[other].push_back(item);
-}
-
-template <class TVisit>
-std::vector<std::size_t> TMofInstanceBuilder::TWaiting::Run(const std::vector<std::size_t>& items,
-                                                            TVisit&& visit) {
-  std::vector<std::size_t> ready;
-  for (const auto item : items)
-    if (waitsFor[item] == 0) ready.push_back(item);
-  for (std::size_t next = 0; next < ready.size(); ++next) {
-    visit(ready[next]);
-    for (const auto other : awaitedBy[ready[next]])
-      if (--waitsFor[other] == 0) ready.push_back(other);
-  }
-  std::vector<std::size_t> stuck;
-  for (const auto item : items)
-    if (waitsFor[item] != 0) stuck.push_back(item);
-  return stuck;
-}
-
 TMofInstanceBuilder::TMofInstanceBuilder(boost::shared_ptr<ICIMNamespace> home,
                                          const TMofSchemaBuilder& schema,
-                                         const TMofReader::TFiles& files, bool complete,
+                                         const TMofReader::TFiles& files, TSettings settings,
                                          TMofReport& report)
     : m_home(std::move(home)),
       m_schema(schema),
       m_files(files),
-      m_complete(complete),
+      m_settings(std::move(settings)),
       m_report(report),
-      m_values(m_home, report) {}
+      m_shapes(schema),
+      m_values(m_home, report),
+      m_embedded(m_home, m_shapes, m_settings.complete),
+      m_parsers(files.size()) {}
 
 void TMofInstanceBuilder::Build(const TProgress& progress) {
-  Collect();
-  for (auto& item : m_items) {
-    if (m_report.IsFull()) return;
-    if (item.shape) Make(item);
-  }
-  SetAliasedKeys();
-  for (const auto& item : m_items)
-    if (item.object) SetAliases(item, false);
-  SetReferenceDefaults();
-  if (!m_report.HasErrors()) Store(progress);
+  AddClassAliases();
+  ReadAll(progress);
+  FinishWaiting();
+  m_report.instances = m_stored.size();
 }
 
-void TMofInstanceBuilder::Collect() {
-  for (const auto& cls : m_schema.GetClasses()) AddAlias(*cls.file, cls.syntax->alias, kNone, &cls);
-  for (const auto& file : m_files) {
-    for (const auto& syntax : file->instances) {
-      AddAlias(*file, syntax.alias, m_items.size(), nullptr);
-      m_items.push_back({file.get(), &syntax, ShapeOf(*file, syntax.className), {}, false});
-    }
-  }
+void TMofInstanceBuilder::AddClassAliases() {
+  std::unordered_map<const TMofFile*, std::uint32_t> indices;
+  for (const auto& file : m_files)
+    indices.emplace(file.get(), static_cast<std::uint32_t>(indices.size()));
+  for (const auto& cls : m_schema.GetClasses())
+    if (auto* alias = AddAlias({indices[cls.file], 0}, cls.syntax->alias)) alias->cls = &cls;
 }
 
-void TMofInstanceBuilder::AddAlias(const TMofFile& file, const TMofName& name, std::size_t item,
-                                   const TMofSchemaBuilder::TClass* cls) {
-  if (name.text.empty()) return;
-  const auto [known, isNew] = m_aliases.emplace(name.text, TAlias{&file, name.offset, item, cls});
-  if (!isNew)
-    m_report.AddError(file.text, name.offset,
-                      "alias " + Quoted(name.text) + " is given twice, first at " +
-                          known->second.file->text.DescribePlace(known->second.offset));
+// Null when there is none, or it is taken.
+TMofInstanceBuilder::TAlias* TMofInstanceBuilder::AddAlias(const TPlace& place,
+                                                           const TMofName& name) {
+  if (name.text.empty()) return nullptr;
+  const TPlace at{place.file, name.offset};
+  const auto [known, isNew] = m_aliases.emplace(name.text, TAlias{at, nullptr, {}, kNone});
+  if (isNew) return &known->second;
+  const auto& before = known->second.place;
+  m_report.AddError(FileOf(at).text, at.offset,
+                    "alias " + Quoted(name.text) + " is given twice, first at " +
+                        FileOf(before).text.DescribePlace(before.offset));
+  return nullptr;
 }
 
-// Empty when there is no such class.
-const TMofInstanceBuilder::TShape* TMofInstanceBuilder::ShapeOf(const TMofFile& file,
-                                                                const TMofName& className) {
-  const auto* declared = m_schema.FindClass(className.text);
-  if (!declared && m_complete)
-    m_report.AddError(file.text, className.offset,
-                      "class " + Quoted(className.text) + " is not declared");
-  if (!declared || !declared->object) return nullptr;
-  const auto [known, isNew] =
-      m_shapes.emplace(declared->syntax->name.text, TShape{declared->object, false, {}, {}});
-  auto& shape = known->second;
-  if (!isNew) return &shape;
-  for (const auto* cls = declared; cls; cls = cls->superclass)
-    shape.isDamaged = shape.isDamaged || cls->syntax->isDamaged;
-  declared->object->EnumeratePropertyDecls(
-      [&](boost::shared_ptr<ICIMPropertyDecl> decl) {
-        const auto& value = decl->GetDefaultValue({});
-        shape.slots.emplace(decl->GetName({}),
-                            TSlot{value.GetType(), ReferencedClass(value), false});
-        return true;
-      },
-      {});
-  declared->object->EnumerateKeyNames(
-      [&](const std::string* name) {
-        shape.keys.push_back(*name);
-        shape.slots[*name].isKey = true;
-        return true;
-      },
-      {});
-  return &shape;
-}
-
-void TMofInstanceBuilder::Make(TItem& item) {
-  item.object = item.shape->cls->AllocateInstance({});
-  std::unordered_set<std::string_view, TFoldedHash, TFoldedEqual> seen;
-  for (const auto& assignment : item.syntax->assignments) {
-    const auto& name = assignment.name;
-    const auto slot = item.shape->slots.find(name.text);
-    if (!seen.insert(name.text).second)
-      Fail(item, name.offset, "property " + Quoted(name.text) + " is given twice");
-    else if (slot == item.shape->slots.end() && !item.shape->isDamaged)
-      Fail(item, name.offset,
-           "class " + Quoted(item.shape->cls->GetName({})) + " has no property " +
-               Quoted(name.text));
-    else if (slot != item.shape->slots.end() && !IsAlias(assignment))
-      Set(item, assignment, slot->second);
-  }
-}
-
-void TMofInstanceBuilder::SetAliasedKeys() {
-  TWaiting waiting(m_items.size());
-  std::vector<std::size_t> all;
-  for (std::size_t i = 0; i < m_items.size(); ++i) {
-    if (!m_items[i].object) continue;
-    all.push_back(i);
-    for (const auto& assignment : m_items[i].syntax->assignments) {
-      const auto slot = m_items[i].shape->slots.find(assignment.name.text);
-      if (!IsAlias(assignment) || slot == m_items[i].shape->slots.end() || !slot->second.isKey)
-        continue;
-      const auto alias = m_aliases.find(assignment.value.elements.front().text);
-      if (alias == m_aliases.end() || alias->second.item == kNone) continue;
-      if (m_items[alias->second.item].object) waiting.Add(i, alias->second.item);
-    }
-  }
-  const auto stuck = waiting.Run(all, [&](std::size_t item) {
-    SetAliases(m_items[item], true);
-    m_items[item].hasKeys = true;
-  });
-  for (const auto item : stuck)
-    Fail(m_items[item], m_items[item].syntax->className.offset,
-         "the keys of this instance of " + Quoted(m_items[item].syntax->className.text) +
-             " depend on themselves through aliases");
-}
-
-void TMofInstanceBuilder::SetAliases(const TItem& item, bool keys) {
-  for (const auto& assignment : item.syntax->assignments) {
-    const auto slot = item.shape->slots.find(assignment.name.text);
-    if (IsAlias(assignment) && slot != item.shape->slots.end() && slot->second.isKey == keys)
-      Set(item, assignment, slot->second);
-  }
-}
-
-// A default that is not NULL stands in for the declared class, so it has to be of it.
-void TMofInstanceBuilder::SetReferenceDefaults() {
-  for (const auto& [file, syntax, decl] : m_schema.GetReferenceDefaults()) {
-    const auto value = m_values.Read(*file, *syntax->defaultValue, kCIMReference,
-                                     [this](std::string_view alias) { return Resolve(alias); });
-    if (!value || value->IsNull()) continue;
-    if (!SameName(value->GetReferencedClassName(), syntax->type.referenced.text))
-      m_report.AddError(file->text, syntax->defaultValue->offset,
-                        "the default of a reference to " + Quoted(syntax->type.referenced.text) +
-                            " is an object of that very class");
-    else
-      decl->SetDefaultValue(*value, {});
-  }
-}
-
-void TMofInstanceBuilder::Set(const TItem& item, const TMofAssignment& assignment,
-                              const TSlot& slot) {
-  const auto value = m_values.Read(*item.file, assignment.value, slot.type,
-                                   [this](std::string_view alias) { return Resolve(alias); });
-  if (!value) return;
-  const auto target = ReferencedClass(*value);
-  if (slot.referenced && target && !target->IsA(slot.referenced, {}))
-    return Fail(item, assignment.value.offset,
-                "property " + Quoted(assignment.name.text) + " refers to a " +
-                    Quoted(slot.referenced->GetName({})) + ", and " + Quoted(target->GetName({})) +
-                    " is none");
-  try {
-    item.object->SetPropertyValue(std::string(assignment.name.text), *value, {});
-  } catch (const THAVException& failure) {
-    Fail(item, assignment.value.offset, Quoted(assignment.name.text) + ": " + failure.what());
-  }
-}
-
-std::optional<TCIMReference> TMofInstanceBuilder::Resolve(std::string_view alias) const {
-  const auto found = m_aliases.find(alias);
-  if (found == m_aliases.end()) return {};
-  if (const auto* cls = found->second.cls) {
-    if (!cls->object) return {};
-    TCIMReference reference(m_home, {});
-    reference.SetClass(cls->object);
-    return reference;
-  }
-  const auto& item = m_items[found->second.item];
-  if (!item.object || !item.hasKeys) return {};
-  return item.object->GetReference({});
-}
-
-void TMofInstanceBuilder::Store(const TProgress& progress) {
-  std::unordered_map<std::string, std::size_t> byPath;
-  std::vector<std::size_t> plain;
-  std::vector<std::size_t> associations;
-  for (std::size_t i = 0; i < m_items.size(); ++i) {
-    const auto& item = m_items[i];
-    if (!HasAllKeys(item)) continue;
-    const auto [known, isNew] = byPath.emplace(item.object->GetReference({}).GetPath(), i);
-    if (!isNew) {
-      const auto& before = m_items[known->second];
-      Fail(item, item.syntax->className.offset,
-           "instance " + known->first + " is given twice, first at " +
-               before.file->text.DescribePlace(before.syntax->className.offset));
-    }
-    (item.shape->cls->IsAssociation({}) ? associations : plain).push_back(i);
-  }
-  if (m_report.HasErrors()) return;
-
-  TWaiting waiting(m_items.size());
-  for (const auto item : associations) {
-    ForEachReference(*m_items[item].object, [&](const TCIMReference& reference) {
-      const auto target = byPath.find(reference.GetPath());
-      if (target != byPath.end() && m_items[target->second].shape->cls->IsAssociation({}))
-        waiting.Add(item, target->second);
-    });
-  }
+void TMofInstanceBuilder::ReadAll(const TProgress& progress) {
+  std::size_t total = 0;
   std::size_t done = 0;
-  const auto store = [&](std::size_t item) {
-    if (m_report.IsFull()) return;
-    StoreOne(m_items[item]);
-    if (progress) progress(++done, m_items.size());
-  };
-  for (const auto item : plain) store(item);
-  for (const auto item : waiting.Run(associations, store)) store(item);
-  m_report.instances = m_items.size();
+  for (const auto& file : m_files) total += file->instances.size();
+  for (std::uint32_t file = 0; file < m_files.size(); ++file) {
+    for (const auto offset : m_files[file]->instances) {
+      if (m_report.IsFull()) return;
+      if (ReadAt({file, offset})) TakeOne({file, offset});
+      if (progress) progress(++done, total);
+    }
+  }
 }
 
-bool TMofInstanceBuilder::HasAllKeys(const TItem& item) {
-  bool all = true;
-  for (const auto& name : item.shape->keys) {
-    if (!item.object->GetProperty(name, {})->GetValue({}).IsNull()) continue;
-    Fail(item, item.syntax->className.offset,
-         "key property " + Quoted(name) + " of this instance of " +
-             Quoted(item.syntax->className.text) + " has no value");
-    all = false;
+bool TMofInstanceBuilder::ReadAt(const TPlace& place) {
+  auto& parser = m_parsers[place.file];
+  if (!parser) parser = std::make_unique<TMofParser>(*m_files[place.file], m_deaf);
+  return parser->ReadInstance(place.offset, m_syntax);
+}
+
+void TMofInstanceBuilder::TakeOne(const TPlace& place) {
+  auto* const alias = AddAlias(place, m_syntax.alias);
+  const auto* const shape = m_shapes.Find(m_syntax.className.text);
+  if (!MayBeMade(shape, place)) return;
+  TItem item{place, shape, shape->cls->AllocateInstance({})};
+  item.isLost = m_syntax.isDamaged;
+  SetPlainValues(item);
+  // It may be meant as a value only.
+  const bool waitsForKeys = alias && LacksKeys(*shape);
+  if (!item.isWhole && !shape->hasReferenceDefaults && CanResolveAliases(item)) SetAliases(item);
+  if (alias && item.hasKeys) alias->object = item.object;
+  if (item.isWhole && !waitsForKeys && !shape->hasReferenceDefaults) return Finish(std::move(item));
+  if (alias) alias->item = m_waiting.size();
+  m_waiting.push_back(std::move(item));
+}
+
+bool TMofInstanceBuilder::MayBeMade(const TMofShape* shape, const TPlace& place) {
+  const auto& name = m_syntax.className;
+  if (!shape && m_settings.complete && !m_shapes.IsDeclared(name.text))
+    m_report.AddError(FileOf(place).text, name.offset,
+                      "class " + Quoted(name.text) + " is not declared");
+  if (shape && shape->isAbstract)
+    m_report.AddError(FileOf(place).text, name.offset,
+                      "class " + Quoted(name.text) + " is abstract, and has no instances");
+  return shape && !shape->isAbstract;
+}
+
+void TMofInstanceBuilder::SetPlainValues(TItem& item) {
+  ++m_turn;
+  m_links.clear();
+  for (const auto& assignment : m_syntax.assignments) {
+    const auto& name = assignment.name;
+    const auto* slot = item.shape->Find(name.text);
+    if (!slot) {
+      if (!item.shape->isDamaged)
+        Fail(item, name.offset,
+             "class " + Quoted(item.shape->cls->GetName({})) + " has no property " +
+                 Quoted(name.text));
+      continue;
+    }
+    if (std::exchange(slot->givenTo, m_turn) == m_turn) {
+      Fail(item, name.offset, "property " + Quoted(name.text) + " is given twice");
+      continue;
+    }
+    slot->isGiven = true;
+    if (!assignment.value.HasAlias() || !slot->TakesAlias()) {
+      Set(item, assignment, *slot);
+      continue;
+    }
+    item.isWhole = false;
+    item.hasKeys = item.hasKeys && !slot->isKey;
   }
+}
+
+bool TMofInstanceBuilder::LacksKeys(const TMofShape& shape) const {
+  if (shape.keys.empty()) return true;
+  return std::any_of(shape.keys.begin(), shape.keys.end(), [&](const std::string& name) {
+    const auto* slot = shape.Find(name);
+    return !slot || (slot->givenTo == m_turn ? !slot->isGiven : !slot->hasDefault);
+  });
+}
+
+bool TMofInstanceBuilder::CanResolveAliases(const TItem& item) const {
+  bool all = true;
+  ForEachAliased(item, [&](const TMofAssignment& assignment, const TMofSlot& slot) {
+    ForEachAlias(assignment.value, [&](std::string_view name) {
+      const auto alias = m_aliases.find(name);
+      const bool known = alias != m_aliases.end() && (alias->second.cls || alias->second.object);
+      const bool whole = known && (alias->second.item == kNone || slot.type == kCIMReference ||
+                                   m_waiting[alias->second.item].isWhole);
+      all = all && whole;
+    });
+  });
   return all;
 }
 
-// Storing an instance does not say whether it was stored, so it is validated first.
-void TMofInstanceBuilder::StoreOne(const TItem& item) {
+void TMofInstanceBuilder::SetAliases(TItem& item) {
+  ForEachAliased(item, [&](const TMofAssignment& assignment, const TMofSlot& slot) {
+    Set(item, assignment, slot);
+  });
+  item.hasKeys = item.isWhole = true;
+}
+
+void TMofInstanceBuilder::Set(TItem& item, const TMofAssignment& assignment, const TMofSlot& slot) {
+  TMofValueReader::TAliases aliases;
+  if (slot.TakesAlias()) aliases = [&](std::string_view alias) { return Resolve(alias, slot); };
+  const auto value = m_values.Read(FileOf(item.place), assignment.value, slot.type, aliases);
+  if (!value) {
+    item.isLost = true;
+    return;
+  }
+  slot.isGiven = !value->IsNull();
+  if (!IsSound(item, assignment, slot, *value)) return;
+  if (slot.type == kCIMReference && !value->IsNull())
+    m_links.push_back(
+        {std::string(assignment.name.text), static_cast<const TCIMReference&>(*value)});
   try {
-    item.object->Validate({});
-    item.object->AddToNamespace({});
+    item.object->SetPropertyValue(std::string(assignment.name.text), *value, {});
   } catch (const THAVException& failure) {
-    ReportBadReference(item, failure);
+    // What is left out refers to what nobody knows.
+    if (!item.isLost)
+      Fail(item, assignment.value.offset, Quoted(assignment.name.text) + ": " + failure.what());
   }
 }
 
-void TMofInstanceBuilder::ReportBadReference(const TItem& item, const THAVException& failure) {
-  std::string text = Quoted(item.syntax->className.text) + ": " + failure.what();
-  ForEachReference(*item.object, [&](const TCIMReference& reference) {
-    try {
-      reference.GetCIMElement(false);
-    } catch (const THAVException&) {
-      text = "the instance refers to " + reference.GetPath() + ", which is not there";
-    }
-  });
-  Fail(item, item.syntax->className.offset, text);
+bool TMofInstanceBuilder::IsSound(TItem& item, const TMofAssignment& assignment,
+                                  const TMofSlot& slot, const TCIMValue& value) {
+  auto wrong = WhatIsWrongWithSize(value, slot.arraySize);
+  if (wrong.empty() && slot.type == kCIMReference)
+    wrong = WhatIsWrongWithTarget(item, assignment, slot, value);
+  if (wrong.empty() && slot.Embeds() && !assignment.value.HasAlias())
+    wrong = WhatIsWrongWithObjects(slot, value);
+  if (!wrong.empty()) Fail(item, assignment.value.offset, wrong);
+  return wrong.empty();
 }
 
-void TMofInstanceBuilder::Fail(const TItem& item, TMofOffset offset, const std::string& text) {
-  m_report.AddError(item.file->text, offset, text);
+std::string TMofInstanceBuilder::WhatIsWrongWithTarget(TItem& item,
+                                                       const TMofAssignment& assignment,
+                                                       const TMofSlot& slot,
+                                                       const TCIMValue& value) {
+  if (value.IsNull()) return {};
+  const auto& target = static_cast<const TCIMReference&>(value);
+  const auto cls = IsElsewhere(target) ? boost::shared_ptr<ICIMClass>() : target.GetClass();
+  if (!cls) LeaveOut(item, assignment.value.offset, {std::string(assignment.name.text), target});
+  if (!cls || !slot.referenced || cls->IsA(slot.referenced, {})) return {};
+  return "property " + Quoted(assignment.name.text) + " refers to a " +
+         Quoted(slot.referenced->GetName({})) + ", and " + Quoted(cls->GetName({})) + " is none";
+}
+
+std::string TMofInstanceBuilder::WhatIsWrongWithObjects(const TMofSlot& slot,
+                                                        const TCIMValue& value) {
+  auto texts = std::vector<TCIMValue>{value};
+  if (value.IsArray() && !value.IsNull()) texts = static_cast<const std::vector<TCIMValue>&>(value);
+  for (const auto& text : texts) {
+    if (text.IsNull()) continue;
+    const auto wrong = m_embedded.WhatIsWrong(text.ToString(10), slot);
+    if (!wrong.empty()) return "in the embedded object, " + wrong;
+  }
+  return {};
+}
+
+std::optional<TCIMValue> TMofInstanceBuilder::Resolve(std::string_view name, const TMofSlot& slot) {
+  const auto found = m_aliases.find(name);
+  if (found == m_aliases.end()) return {};
+  const auto& alias = found->second;
+  if (slot.Embeds()) return TextOf(alias, slot);
+  if (alias.cls) {
+    if (!alias.cls->object) return {};
+    TCIMReference reference(m_home, {});
+    reference.SetClass(alias.cls->object);
+    return TCIMValue(reference);
+  }
+  if (!alias.object) return {};
+  return TCIMValue(alias.object->GetReference({}));
+}
+
+// Nothing when the object may not be embedded there.
+std::optional<TCIMValue> TMofInstanceBuilder::TextOf(const TAlias& alias, const TMofSlot& slot) {
+  std::string text;
+  if (alias.cls && alias.cls->object && slot.embeds == TMofSlot::EEmbedded::kObject)
+    TMofWriter(text).WriteClass(*alias.cls->object);
+  else if (alias.object && MayEmbed(m_shapes, slot, *alias.object->GetClass({})))
+    TMofWriter(text).WriteInstance(*alias.object);
+  else
+    return {};
+  if (alias.item != kNone) m_waiting[alias.item].isValue = true;
+  text.erase(text.find_last_not_of('\n') + 1);
+  return TCIMValue(text);
+}
+
+void TMofInstanceBuilder::Fail(TItem& item, TMofOffset offset, const std::string& text) {
+  item.isLost = true;
+  m_report.AddError(FileOf(item.place).text, offset, text);
 }
 
 }  // namespace hav::mof

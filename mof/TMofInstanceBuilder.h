@@ -1,19 +1,27 @@
-// TMofInstanceBuilder: makes and stores the instances of syntax trees, after their classes.
+// TMofInstanceBuilder: makes and stores the instances of files, after their classes.
 //
-// Instances may refer to each other in any direction, by alias or by path. Values that are
-// no aliases are set first; then aliased keys, whatever they depend on first; then the other
-// aliases. Associations are stored behind the instances that they refer to.
+// Instances go in as they are read, and nothing is kept of them but their places. What has to
+// wait, because it refers to something that has not been read yet, is made as far as it can
+// be and finished behind the last instance: aliased keys, whatever they depend on first; the
+// other aliases; embedded objects; then associations, behind what they refer to.
+//
+// An instance that refers to an object that is not there, or to one of another namespace, is
+// left out with a warning; strict loads take that for an error. An instance that has an alias
+// and no keys, and whose alias is the value of a property that embeds it, is nothing but that
+// value.
 //
 // Ownership: shares the namespace; files and schema must outlive it.
-// Errors:    collected in the report. Nothing is stored once there is an error.
+// Errors:    collected in the report; the namespace is not to be used then.
 #pragma once
 
-#include <functional>
+#include <cstdint>
+#include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -21,9 +29,11 @@
 #include "havcore/client/FoldedName.h"
 #include "havcore/havcore.h"
 #include "mof/MofSyntax.h"
+#include "mof/TMofEmbeddedText.h"
 #include "mof/TMofReader.h"
 #include "mof/TMofReport.h"
 #include "mof/TMofSchemaBuilder.h"
+#include "mof/TMofShapes.h"
 #include "mof/TMofValueReader.h"
 
 namespace hav::mof {
@@ -32,44 +42,45 @@ class TMofInstanceBuilder {
  public:
   using TProgress = TMofSchemaBuilder::TProgress;
 
+  struct TSettings {
+    std::string home;  // the name of the namespace; empty: not known
+    bool strict = false;
+    bool complete = true;  // the files hold all that was meant to be loaded
+  };
+
   TMofInstanceBuilder(boost::shared_ptr<NORVHAV20::ICIMNamespace> home,
                       const TMofSchemaBuilder& schema, const TMofReader::TFiles& files,
-                      bool complete, TMofReport& report);
+                      TSettings settings, TMofReport& report);
 
   void Build(const TProgress& progress);
 
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  // What the assignments to instances of one class ask about its properties.
-  struct TSlot {
-    NORVHAV20::ECIMType type;
-    boost::shared_ptr<NORVHAV20::ICIMClass> referenced;  // empty: any
-    bool isKey;
-  };
-  struct TShape {
-    boost::shared_ptr<NORVHAV20::ICIMClass> cls;
-    bool isDamaged;  // not all of its properties could be read
-    std::vector<std::string> keys;
-    std::unordered_map<std::string_view, TSlot, client::TFoldedHash, client::TFoldedEqual> slots;
-  };
-  struct TItem {
-    const TMofFile* file;
-    const TMofInstance* syntax;
-    const TShape* shape;
-    boost::shared_ptr<NORVHAV20::ICIMInstance> object;
-    bool hasKeys = false;  // its path is known
-  };
-  // What an alias stands for: one of the two.
-  struct TAlias {
-    const TMofFile* file;
+  struct TPlace {
+    std::uint32_t file;  // index into m_files
     TMofOffset offset;
-    std::size_t item;
-    const TMofSchemaBuilder::TClass* cls;
+  };
+  // An instance that is made and not stored yet.
+  struct TItem {
+    TPlace place;
+    const TMofShape* shape;
+    boost::shared_ptr<NORVHAV20::ICIMInstance> object;
+    bool hasKeys = true;   // its path is known
+    bool isWhole = true;   // all its values are set
+    bool isValue = false;  // another instance embeds it
+    bool isLost = false;   // something is wrong with it, or it is left out
+  };
+  // What an alias stands for: a class or an instance.
+  struct TAlias {
+    TPlace place;
+    const TMofSchemaBuilder::TClass* cls = nullptr;
+    boost::shared_ptr<NORVHAV20::ICIMInstance> object;  // once its path is known
+    std::size_t item = kNone;                           // index into m_waiting
   };
   // Which items wait for which: an item is ready when nothing that it waits for is left.
-  struct TWaiting {
-    explicit TWaiting(std::size_t count) : waitsFor(count), awaitedBy(count) {}
+  struct TDependencies {
+    explicit TDependencies(std::size_t count) : waitsFor(count), awaitedBy(count) {}
     void Add(std::size_t item, std::size_t other);
     // Calls `visit` for every item that gets ready, and returns those that never do.
     template <class TVisit>
@@ -78,34 +89,90 @@ class TMofInstanceBuilder {
     std::vector<std::size_t> waitsFor;
     std::vector<std::vector<std::size_t>> awaitedBy;
   };
+  // A reference that an instance holds, and the property that does.
+  struct TLink {
+    std::string property;
+    NORVHAV20::TCIMReference target;
+  };
 
-  void Collect();
-  void AddAlias(const TMofFile& file, const TMofName& name, std::size_t item,
-                const TMofSchemaBuilder::TClass* cls);
-  const TShape* ShapeOf(const TMofFile& file, const TMofName& className);
-  void Make(TItem& item);
-  void SetAliasedKeys();
-  void SetAliases(const TItem& item, bool keys);
+  void AddClassAliases();
+  TAlias* AddAlias(const TPlace& place, const TMofName& name);
+  void ReadAll(const TProgress& progress);
+  // The instance that m_syntax holds, at its place.
+  void TakeOne(const TPlace& place);
+  bool MayBeMade(const TMofShape* shape, const TPlace& place);
+  void SetPlainValues(TItem& item);
+  bool CanResolveAliases(const TItem& item) const;
+  void SetAliases(TItem& item);
+  bool LacksKeys(const TMofShape& shape) const;
+
+  void Set(TItem& item, const TMofAssignment& assignment, const TMofSlot& slot);
+  // False when the value is not to be set.
+  bool IsSound(TItem& item, const TMofAssignment& assignment, const TMofSlot& slot,
+               const NORVHAV20::TCIMValue& value);
+  std::string WhatIsWrongWithTarget(TItem& item, const TMofAssignment& assignment,
+                                    const TMofSlot& slot, const NORVHAV20::TCIMValue& value);
+  std::string WhatIsWrongWithObjects(const TMofSlot& slot, const NORVHAV20::TCIMValue& value);
+  std::optional<NORVHAV20::TCIMValue> Resolve(std::string_view alias, const TMofSlot& slot);
+  std::optional<NORVHAV20::TCIMValue> TextOf(const TAlias& alias, const TMofSlot& slot);
+
+  void FinishWaiting();
+  // Calls `visit` with each assignment of m_syntax that has aliases, and its slot.
+  template <class TVisit>
+  void ForEachAliased(const TItem& item, TVisit&& visit) const {
+    for (const auto& assignment : m_syntax.assignments) {
+      const auto* slot = item.shape->Find(assignment.name.text);
+      if (slot && slot->TakesAlias() && assignment.value.HasAlias()) visit(assignment, *slot);
+    }
+  }
+  void SetWaitingKeys();
+  void SetWaitingReferences();
+  void SetWaitingObjects();
   void SetReferenceDefaults();
-  void Set(const TItem& item, const TMofAssignment& assignment, const TSlot& slot);
-  std::optional<NORVHAV20::TCIMReference> Resolve(std::string_view alias) const;
+  void StoreWaiting();
+  void StoreLinks(const std::vector<std::size_t>& items);
+  TMofOffset PlaceOf(const TItem& item, const std::string& property);
 
-  void Store(const TProgress& progress);
-  void StoreOne(const TItem& item);
+  void Finish(TItem&& item);
+  bool HasAllKeysGiven(const TItem& item);
   bool HasAllKeys(const TItem& item);
-  void ReportBadReference(const TItem& item, const NORVHAV20::THAVException& failure);
-  void Fail(const TItem& item, TMofOffset offset, const std::string& text);
+  static bool HasOwnPath(const TItem& item);
+  void ReportMissingKey(const TItem& item, const std::string& name);
+  static std::vector<TLink> LinksOf(NORVHAV20::ICIMInstance& object);
+  bool IsElsewhere(const NORVHAV20::TCIMReference& target) const;
+  bool IsThere(const NORVHAV20::TCIMReference& target) const;
+  // Nothing when all that the instance refers to is there.
+  std::optional<TLink> FirstLack(const TItem& item) const;
+  void Store(const TItem& item);
+  void ReportTwice(const TItem& item, const std::string& path,
+                   const NORVHAV20::ICIMInstance& before);
+  void LeaveOut(TItem& item, TMofOffset offset, const TLink& lack);
+
+  const TMofFile& FileOf(const TPlace& place) const { return *m_files[place.file]; }
+  // As ReadAt.
+  TMofOffset ClassNameOf(const TPlace& place);
+  // Reads the instance there into m_syntax.
+  bool ReadAt(const TPlace& place);
+  void Fail(TItem& item, TMofOffset offset, const std::string& text);
 
   boost::shared_ptr<NORVHAV20::ICIMNamespace> m_home;
   const TMofSchemaBuilder& m_schema;
   const TMofReader::TFiles& m_files;
-  bool m_complete;
+  TSettings m_settings;
   TMofReport& m_report;
+  TMofReport m_deaf{0};  // for what is read again
+  TMofShapes m_shapes;
   TMofValueReader m_values;
+  TMofEmbeddedText m_embedded;
 
-  client::TFoldedMap<TShape> m_shapes;
+  std::vector<std::unique_ptr<TMofParser>> m_parsers;  // of each file, once needed
+  TMofInstance m_syntax;                               // what was read last
+  std::size_t m_turn = 0;      // the number of the instance that is being made
+  std::vector<TLink> m_links;  // of the instance that is being made
+  std::deque<TItem> m_waiting;
   client::TFoldedMap<TAlias> m_aliases;
-  std::vector<TItem> m_items;
+  // Where each stored instance stands.
+  std::deque<std::pair<const NORVHAV20::ICIMInstance*, TPlace>> m_stored;
 };
 
 }  // namespace hav::mof

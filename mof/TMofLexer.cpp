@@ -48,6 +48,37 @@ bool ReadEscape(std::string_view text, std::size_t& at, char32_t& character) {
   return true;
 }
 
+bool EscapesInFileName(std::string_view text, std::size_t at) {
+  return at + 1 < text.size() && (text[at + 1] == '\\' || text[at + 1] == '"');
+}
+
+// The length of the character at `at`, of a byte that is none 1.
+std::size_t CharacterLength(std::string_view text, std::size_t at) {
+  const auto length = Utf8Length(text, at);
+  return length == 0 ? 1 : length;
+}
+
+// The pieces of a string joined; `readBackslash` appends what stands at a backslash and moves
+// behind it.
+template <class TReadBackslash>
+std::string Joined(std::string_view token, TReadBackslash&& readBackslash) {
+  std::string value;
+  value.reserve(token.size() - 2);
+  std::size_t at = 0;
+  while (at < token.size()) {
+    ++at;  // the opening quote
+    while (token[at] != '"') {
+      const auto end = token.find_first_of("\"\\", at);
+      value.append(token, at, end - at);
+      at = end;
+      if (token[at] == '\\') readBackslash(value, at);
+    }
+    std::size_t open = 0;
+    at = EndOfBlanks(token, at + 1, open);
+  }
+  return value;
+}
+
 bool AllOf(std::string_view text, unsigned radix) {
   for (char c : text)
     if (HexDigit(c) >= radix) return false;
@@ -99,6 +130,19 @@ TMofLexer::TMofLexer(const TMofText& text, TMofReport& report)
     : m_source(text), m_report(report), m_text(text.GetText()) {}
 
 TMofToken TMofLexer::Next() {
+  const auto token = Scan();
+  m_include = Follow(token);
+  return token;
+}
+
+TMofLexer::EInclude TMofLexer::Follow(const TMofToken& token) const noexcept {
+  if (token.kind == TMofToken::EKind::kPragma) return EInclude::kPragma;
+  if (m_include == EInclude::kPragma && SameName(token.text, "include")) return EInclude::kInclude;
+  if (m_include == EInclude::kInclude && token.Is('(')) return EInclude::kParenthesis;
+  return EInclude::kNothing;
+}
+
+TMofToken TMofLexer::Scan() {
   for (;;) {
     SkipBlanks();
     if (!Has(m_at) || m_report.IsFull()) {
@@ -186,34 +230,52 @@ TMofToken TMofLexer::ReadString() {
 // Moves behind the closing quote, or to the end of a line that has none.
 bool TMofLexer::ScanStringPiece() {
   const auto begin = m_at++;
-  bool sound = true;
   while (Has(m_at)) {
     const char c = m_text[m_at];
     if (c == '"') {
       ++m_at;
-      return sound;
+      return true;
     }
     if (c == '\n' || c == '\r') break;
-    if (c == '\\') {
-      char32_t ignored = 0;
-      if (ReadEscape(m_text, m_at, ignored)) continue;
-      Error(m_at, "unknown escape '" + std::string(m_text.substr(m_at, 2)) + "'");
-      sound = false;
-      m_at += Has(m_at + 1) && m_text[m_at + 1] != '\n' && m_text[m_at + 1] != '\r' ? 2 : 1;
-    } else if (static_cast<unsigned char>(c) < 0x80) {
+    if (c == '\\')
+      ScanBackslash();
+    else if (static_cast<unsigned char>(c) < 0x80)
       ++m_at;
-    } else if (const auto length = Utf8Length(m_text, m_at)) {
-      m_at += length;
-    } else {
-      if (!m_warnedOfBytes)
-        m_report.AddWarning(m_source, static_cast<TMofOffset>(m_at),
-                            "the text is not UTF-8; its bytes are taken as they are");
-      m_warnedOfBytes = true;
-      ++m_at;
-    }
+    else
+      ScanByte();
   }
   Error(begin, "the string is not closed on its line");
   return false;
+}
+
+void TMofLexer::ScanBackslash() {
+  if (m_include == EInclude::kParenthesis) {
+    m_at += EscapesInFileName(m_text, m_at) ? 2 : 1;
+    return;
+  }
+  char32_t ignored = 0;
+  if (ReadEscape(m_text, m_at, ignored)) return;
+  const bool atEnd = !Has(m_at + 1) || m_text[m_at + 1] == '\n' || m_text[m_at + 1] == '\r';
+  if (!atEnd)
+    m_report.AddWarning(
+        m_source, static_cast<TMofOffset>(m_at),
+        "unknown escape '" +
+            std::string(m_text.substr(m_at, 1 + CharacterLength(m_text, m_at + 1))) +
+            "' is taken as it is written");
+  ++m_at;
+}
+
+// A byte of a character beyond ASCII.
+void TMofLexer::ScanByte() {
+  if (const auto length = Utf8Length(m_text, m_at)) {
+    m_at += length;
+    return;
+  }
+  if (!m_warnedOfBytes)
+    m_report.AddWarning(m_source, static_cast<TMofOffset>(m_at),
+                        "the text is not UTF-8; its bytes are taken as they are");
+  m_warnedOfBytes = true;
+  ++m_at;
 }
 
 TMofToken TMofLexer::ReadCharacter() {
@@ -272,28 +334,20 @@ void TMofLexer::Error(std::size_t offset, std::string text) {
 }
 
 std::string TMofLexer::StringValue(std::string_view token) {
-  std::string value;
-  value.reserve(token.size());
-  std::size_t at = 0;
-  while (at < token.size()) {
-    ++at;  // the opening quote
-    while (token[at] != '"') {
-      if (token[at] == '\\') {
-        char32_t character = 0;
-        ReadEscape(token, at, character);
-        AppendUtf8(value, character);
-      } else {
-        auto end = at;
-        while (token[end] != '"' && token[end] != '\\') ++end;
-        value.append(token, at, end - at);
-        at = end;
-      }
-    }
-    std::size_t open = 0;
-    at = EndOfBlanks(token, at + 1, open);
-  }
-  value.shrink_to_fit();
-  return value;
+  return Joined(token, [token](std::string& value, std::size_t& at) {
+    char32_t character = 0;
+    if (ReadEscape(token, at, character))
+      AppendUtf8(value, character);
+    else
+      value += token[at++];
+  });
+}
+
+std::string TMofLexer::FileName(std::string_view token) {
+  return Joined(token, [token](std::string& value, std::size_t& at) {
+    if (EscapesInFileName(token, at)) ++at;
+    value += token[at++];
+  });
 }
 
 char16_t TMofLexer::CharacterValue(std::string_view token) {

@@ -48,15 +48,26 @@ class TMofLexer {
 
   // Complexity: linear in the length of the token and of what stands before it.
   TMofToken Next();
+  // Goes on at `offset`, where a token begins.
+  void MoveTo(TMofOffset offset) noexcept { m_at = offset; }
   // True behind a comment that is not closed: it may have swallowed anything.
   bool IsCut() const noexcept { return m_cut; }
 
-  // The value of a kString token, as UTF-8: escapes replaced, pieces joined.
+  // The value of a kString token, as UTF-8: escapes replaced, pieces joined. An escape that the
+  // language does not have stands for itself.
   static std::string StringValue(std::string_view token);
+  // The same for the name of a file to include, where a backslash separates folders and
+  // escapes only itself and a quote.
+  static std::string FileName(std::string_view token);
   // The value of a kCharacter token.
   static char16_t CharacterValue(std::string_view token);
 
  private:
+  // What of "#pragma include (" was read last.
+  enum class EInclude { kNothing, kPragma, kInclude, kParenthesis };
+
+  TMofToken Scan();
+  EInclude Follow(const TMofToken& token) const noexcept;
   void SkipBlanks();
   TMofToken Take(TMofToken::EKind kind, std::size_t end);
   TMofToken ReadAlias();
@@ -64,6 +75,8 @@ class TMofLexer {
   TMofToken ReadString();
   TMofToken ReadCharacter();
   bool ScanStringPiece();
+  void ScanBackslash();
+  void ScanByte();
   bool ScanPragma();
   std::size_t EndOfName(std::size_t at) const noexcept;
   std::size_t EndOfNumber() const noexcept;
@@ -75,6 +88,7 @@ class TMofLexer {
   TMofReport& m_report;
   std::string_view m_text;
   std::size_t m_at = 0;
+  EInclude m_include = EInclude::kNothing;
   bool m_warnedOfBytes = false;
   bool m_cut = false;
 };

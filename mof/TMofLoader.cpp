@@ -22,7 +22,8 @@ boost::shared_ptr<ICIMNamespace> TMofLoader::Load(const std::vector<std::string>
   TMofSchemaBuilder schema(m_provider, home, reader.GetFiles(), reader.IsComplete(), report);
   schema.Build(ProgressOf(EStep::kMakeClasses));
   if (!report.IsFull())
-    TMofInstanceBuilder(home, schema, reader.GetFiles(), reader.IsComplete(), report)
+    TMofInstanceBuilder(home, schema, reader.GetFiles(),
+                        {m_chosenName, m_strict, reader.IsComplete()}, report)
         .Build(ProgressOf(EStep::kStoreInstances));
   return report.HasErrors() ? boost::shared_ptr<ICIMNamespace>() : home;
 }
@@ -48,7 +49,8 @@ std::string TMofLoader::ChooseName(const TMofReader::TFiles& files, TMofReport& 
       if (!said) said = &pragma.value;
     }
   }
-  return m_name.empty() && said ? *said : m_name;
+  if (!m_name.empty()) return m_name;
+  return said ? *said : m_defaultName;
 }
 
 }  // namespace hav::mof

@@ -38,6 +38,11 @@ class TMofLoader {
 
   // The name of the namespace; without one, a namespace pragma says it.
   void SetNamespaceName(std::string name) { m_name = std::move(name); }
+  // The name where neither the caller nor a pragma gives one.
+  void SetDefaultNamespaceName(std::string name) { m_defaultName = std::move(name); }
+  // Whether an instance that refers to an object that is not there is an error, and not left
+  // out with a warning.
+  void SetStrict(bool strict) { m_strict = strict; }
   // The name that the last load settled on, empty when nobody gave one.
   const std::string& GetNamespaceName() const noexcept { return m_chosenName; }
   void SetProgress(TProgress progress) { m_progress = std::move(progress); }
@@ -55,7 +60,9 @@ class TMofLoader {
   const NORVHAV20::INamespaceProvider& m_provider;
   IMofSource& m_source;
   std::string m_name;
+  std::string m_defaultName;
   std::string m_chosenName;
+  bool m_strict = false;
   TProgress m_progress;
 };
 

@@ -65,24 +65,45 @@ const T* Find(const std::array<std::pair<std::string_view, T>, n>& table, const 
 
 }  // namespace
 
-void TMofParser::Parse(TMofFile& file, TMofReport& report) { TMofParser(file, report).ParseFile(); }
-
 TMofParser::TMofParser(TMofFile& file, TMofReport& report)
     : m_file(file), m_report(report), m_lexer(file.text, report) {
   Advance();
   Advance();
 }
 
-void TMofParser::ParseFile() {
+void TMofParser::Parse(TMofFile& file, TMofReport& report) {
+  TMofParser parser(file, report);
+  while (parser.ReadOn()) {
+  }
+}
+
+bool TMofParser::ReadOn() {
+  m_atInclude = false;
   while (m_token.kind != EKind::kEnd) {
     try {
       ParseDeclaration();
+      if (m_atInclude) return true;
     } catch (const TSyntaxError&) {
       m_file.isDamaged = true;
       SkipToDeclaration();
     }
   }
   if (m_lexer.IsCut()) m_file.isDamaged = true;
+  return false;
+}
+
+bool TMofParser::ReadInstance(TMofOffset place, TMofInstance& instance) {
+  if (m_token.offset != place || m_token.kind == EKind::kEnd) {
+    m_lexer.MoveTo(place);
+    Advance();
+    Advance();
+  }
+  try {
+    ParseInstance(instance);
+    return true;
+  } catch (const TSyntaxError&) {
+    return false;
+  }
 }
 
 void TMofParser::ParseDeclaration() {
@@ -90,13 +111,22 @@ void TMofParser::ParseDeclaration() {
   if (IsKeyword(m_token, "qualifier")) return ParseQualifierDecl();
   auto qualifiers = ParseQualifiers();
   if (IsKeyword(m_token, "class")) return ParseClass(std::move(qualifiers));
-  if (IsKeyword(m_token, "instance")) return ParseInstance(qualifiers);
-  FailExpecting(qualifiers.empty() ? "a declaration" : "'class' or 'instance' after qualifiers");
+  if (!IsKeyword(m_token, "instance"))
+    FailExpecting(qualifiers.empty() ? "a declaration" : "'class' or 'instance' after qualifiers");
+  const auto begin = m_token.offset;
+  ParseInstance(m_instance);
+  if (!qualifiers.empty())
+    m_report.AddWarning(m_file.text, begin, "the qualifiers of an instance are not kept");
+  m_file.instances.push_back(begin);
 }
 
 void TMofParser::ParsePragma() {
   Advance();
   const auto name = ParseName("the name of a pragma");
+  const bool include = SameName(name.text, "include");
+  const bool home = SameName(name.text, "namespace");
+  if (!include && !home && !SameName(name.text, "locale") && !SameName(name.text, "instancelocale"))
+    return SkipPragma(name);
   Expect('(', "after the name of a pragma");
   const auto value = m_token;
   if (value.kind != EKind::kString && value.kind != EKind::kBroken)
@@ -104,14 +134,25 @@ void TMofParser::ParsePragma() {
   Advance();
   Expect(')', "after the string of a pragma");
   if (value.kind == EKind::kBroken) throw TSyntaxError();
+  if (include)
+    m_file.pragmas.push_back(
+        {TMofPragma::EKind::kInclude, TMofLexer::FileName(value.text), value.offset});
+  else if (home)
+    m_file.pragmas.push_back(
+        {TMofPragma::EKind::kNamespace, TMofLexer::StringValue(value.text), value.offset});
+  m_atInclude = include;
+}
 
-  const bool include = SameName(name.text, "include");
-  if (include || SameName(name.text, "namespace")) {
-    m_file.pragmas.push_back({include ? TMofPragma::EKind::kInclude : TMofPragma::EKind::kNamespace,
-                              TMofLexer::StringValue(value.text), value.offset});
-  } else if (!SameName(name.text, "locale") && !SameName(name.text, "instancelocale")) {
-    m_report.AddWarning(m_file.text, name.offset,
-                        "pragma '" + std::string(name.text) + "' is not known and has no effect");
+// Other readers of the language have pragmas of their own, with any number of parameters.
+void TMofParser::SkipPragma(const TMofName& name) {
+  m_report.AddWarning(m_file.text, name.offset,
+                      "pragma '" + std::string(name.text) + "' is not known and has no effect");
+  if (!Take('(')) return;
+  while (!Take(')')) {
+    if (m_token.kind == EKind::kEnd || m_token.kind == EKind::kPragma ||
+        (m_token.kind == EKind::kPunctuation && !m_token.Is(',')))
+      FailExpecting("')' after the parameters of a pragma");
+    Advance();
   }
 }
 
@@ -160,19 +201,19 @@ void TMofParser::ParseClass(TMofQualifiers&& qualifiers) {
   cls.name = ParseName("the name of a class");
   cls.alias = ParseAlias();
   if (Take(':')) cls.superclass = ParseName("the name of a superclass");
-  Expect('{', "to begin class '" + std::string(cls.name.text) + "'");
+  if (!Take('{')) FailExpecting("'{' to begin class '" + std::string(cls.name.text) + "'");
   // From here on the class is kept whatever is wrong in it, so that its name is known.
-  cls.isDamaged =
-      !ParseBody("class '" + std::string(cls.name.text) + "'", [&] { ParseMember(cls); });
+  cls.isDamaged = !ParseBody("class", cls.name, [&] { ParseMember(cls); });
   m_file.classes.push_back(std::move(cls));
 }
 
 template <class ParseOne>
-bool TMofParser::ParseBody(const std::string& what, ParseOne&& parseOne) {
+bool TMofParser::ParseBody(const char* kind, const TMofName& name, ParseOne&& parseOne) {
+  const auto what = [&] { return kind + (" '" + std::string(name.text) + "'"); };
   bool sound = true;
   while (!m_token.Is('}')) {
     try {
-      if (m_token.kind == EKind::kEnd || AtDeclaration()) FailExpecting("'}' to end " + what);
+      if (m_token.kind == EKind::kEnd || AtDeclaration()) FailExpecting("'}' to end " + what());
       parseOne();
     } catch (const TSyntaxError&) {
       sound = false;
@@ -181,7 +222,7 @@ bool TMofParser::ParseBody(const std::string& what, ParseOne&& parseOne) {
   }
   Advance();
   try {
-    Expect(';', "after " + what);
+    if (!Take(';')) FailExpecting("';' after " + what());
   } catch (const TSyntaxError&) {
     sound = false;  // what follows is read as the next declaration
   }
@@ -224,19 +265,15 @@ TMofParameter TMofParser::ParseParameter() {
   return parameter;
 }
 
-void TMofParser::ParseInstance(const TMofQualifiers& qualifiers) {
-  const auto begin = m_token.offset;
+void TMofParser::ParseInstance(TMofInstance& instance) {
+  instance.assignments.clear();
   Advance();
   if (!TakeKeyword("of")) FailExpecting("'of' after 'instance'");
-  TMofInstance instance;
   instance.className = ParseName("the name of a class");
   instance.alias = ParseAlias();
   Expect('{', "to begin an instance");
-  if (!qualifiers.empty())
-    m_report.AddWarning(m_file.text, begin, "the qualifiers of an instance are not kept");
-  instance.isDamaged = !ParseBody("instance of '" + std::string(instance.className.text) + "'",
-                                  [&] { ParseAssignment(instance); });
-  m_file.instances.push_back(std::move(instance));
+  instance.isDamaged =
+      !ParseBody("instance of", instance.className, [&] { ParseAssignment(instance); });
 }
 
 void TMofParser::ParseAssignment(TMofInstance& instance) {
@@ -299,6 +336,10 @@ TMofType TMofParser::ParseType(const char* what) {
     return type;
   }
   const auto* known = Find(kTypes, m_token);
+  if (!known && m_token.kind == EKind::kName && (m_next.kind == EKind::kName || m_next.Is(','))) {
+    m_report.AddError(m_file.text, m_token.offset, "unknown type " + m_token.Describe());
+    throw TSyntaxError();
+  }
   if (!known) FailExpecting(what);
   type.element = *known;
   type.referenced.offset = m_token.offset;
@@ -326,7 +367,7 @@ TMofValue TMofParser::ParseValue() {
   if (m_token.Is('{')) return ParseArrayValue();
   TMofValue value;
   value.offset = m_token.offset;
-  value.elements.push_back(ParseLiteral());
+  value.scalar = ParseLiteral();
   return value;
 }
 
@@ -366,7 +407,7 @@ TMofToken TMofParser::ParseLiteral() {
   return literal;
 }
 
-TMofName TMofParser::ParseName(const std::string& what) {
+TMofName TMofParser::ParseName(const char* what) {
   if (m_token.kind != EKind::kName) FailExpecting(what);
   const TMofName name{m_token.text, m_token.offset};
   Advance();
@@ -410,7 +451,7 @@ bool TMofParser::AtDeclaration() const noexcept {
          (IsKeyword(m_token, "instance") && IsKeyword(m_next, "of"));
 }
 
-void TMofParser::Expect(char punctuation, const std::string& where) {
+void TMofParser::Expect(char punctuation, const char* where) {
   if (!Take(punctuation)) FailExpecting(std::string("'") + punctuation + "' " + where);
 }
 

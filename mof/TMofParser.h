@@ -1,6 +1,9 @@
 // TMofParser: reads the text of one MOF file into its syntax tree. It needs nothing but the
 // text: no other file, no namespace.
 //
+// Instances are checked and their places noted; they are read again one by one when they are
+// made, so that the memory that a load takes does not depend on their number.
+//
 // After an error reading goes on behind the next ';', or with the next declaration, so that
 // every error of a file is found in one run.
 //
@@ -19,27 +22,34 @@ namespace hav::mof {
 
 class TMofParser {
  public:
+  // Both must outlive the parser.
+  TMofParser(TMofFile& file, TMofReport& report);
+
   // Fills `file` from its text. Complexity: linear in the length of the text.
   static void Parse(TMofFile& file, TMofReport& report);
+  // The same up to the end of the next include, which then is the last pragma: true. False at
+  // the end of the text.
+  bool ReadOn();
+  // Reads the instance that begins at `place`. False when there is nothing to make of it.
+  bool ReadInstance(TMofOffset place, TMofInstance& instance);
 
  private:
   struct TSyntaxError {};  // thrown behind the report, to where reading goes on
 
-  TMofParser(TMofFile& file, TMofReport& report);
-
-  void ParseFile();
   void ParseDeclaration();
   void ParsePragma();
+  void SkipPragma(const TMofName& name);
   void ParseQualifierDecl();
   void ParseScope(TMofQualifierDecl& decl);
   void ParseClass(TMofQualifiers&& qualifiers);
   void ParseMember(TMofClass& cls);
   TMofParameter ParseParameter();
-  void ParseInstance(const TMofQualifiers& qualifiers);
+  void ParseInstance(TMofInstance& instance);
   void ParseAssignment(TMofInstance& instance);
-  // Reads members up to "};"; false when one could not be read.
+  // Reads members up to "};"; false when one could not be read. `kind` and `name` say in
+  // messages what it is the body of.
   template <class ParseOne>
-  bool ParseBody(const std::string& what, ParseOne&& parseOne);
+  bool ParseBody(const char* kind, const TMofName& name, ParseOne&& parseOne);
 
   TMofQualifiers ParseQualifiers();
   TMofQualifier ParseQualifier();
@@ -49,7 +59,7 @@ class TMofParser {
   TMofValue ParseValue();
   TMofValue ParseArrayValue();
   TMofToken ParseLiteral();
-  TMofName ParseName(const std::string& what);
+  TMofName ParseName(const char* what);
   TMofName ParseAlias();
 
   void Advance();
@@ -57,7 +67,7 @@ class TMofParser {
   bool TakeKeyword(std::string_view keyword);
   bool IsKeyword(const TMofToken& token, std::string_view keyword) const noexcept;
   bool AtDeclaration() const noexcept;
-  void Expect(char punctuation, const std::string& where);
+  void Expect(char punctuation, const char* where);
   [[noreturn]] void FailExpecting(const std::string& what);
   void SkipToDeclaration();
   bool SkipToMember();
@@ -67,6 +77,8 @@ class TMofParser {
   TMofLexer m_lexer;
   TMofToken m_token;
   TMofToken m_next;
+  TMofInstance m_instance;  // what was read last
+  bool m_atInclude = false;
   bool m_inArray = false;  // behind the '{' of an array value
 };
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "mof/TMofParser.h"
+#include "mof/MofCharacters.h"
 
 namespace hav::mof {
 
@@ -10,19 +10,37 @@ TMofReader::TMofReader(IMofSource& source, TMofReport& report, TProgress progres
     : m_source(source), m_report(report), m_progress(std::move(progress)) {}
 
 void TMofReader::Read(const std::vector<std::string>& names) {
-  for (auto name = names.rbegin(); name != names.rend(); ++name)
-    m_requests.push_back({*name, kNone, 0});
-  while (!m_requests.empty() && !m_report.IsFull()) {
-    const auto request = std::move(m_requests.back());
-    m_requests.pop_back();
-    ReadOne(request);
-    if (m_progress) m_progress(m_files.size(), m_files.size() + m_requests.size());
+  auto left = names.size();
+  for (const auto& name : names) {
+    Open({name, kNone, 0});
+    --left;
+    while (!m_open.empty() && !m_report.IsFull()) {
+      const auto before = m_open.size();
+      ReadOn();
+      if (m_progress && m_open.size() < before)
+        m_progress(m_files.size() - m_open.size(), m_files.size() + left);
+    }
   }
-  if (!m_requests.empty()) m_complete = false;
+  if (m_report.IsFull()) m_complete = false;
   m_report.files = m_files.size();
 }
 
-void TMofReader::ReadOne(const TRequest& request) {
+void TMofReader::ReadOn() {
+  auto& open = m_open.back();
+  auto& file = *m_files[open.file];
+  if (open.begin != 0) file.text.AddSegment(open.begin, m_report.BeginSegment());
+  if (!open.parser->ReadOn()) {
+    if (file.isDamaged) m_complete = false;
+    m_open.pop_back();
+    return;
+  }
+  const auto& pragma = file.pragmas.back();
+  open.begin = pragma.offset + 1;
+  Open({pragma.value, open.file, pragma.offset});
+}
+
+void TMofReader::Open(const TRequest& request) {
+  if (m_report.IsFull()) return;
   const bool included = request.includer != kNone;
   std::string identity;
   if (!m_source.Find(request.name, included ? m_files[request.includer]->text.GetName() : "",
@@ -31,29 +49,35 @@ void TMofReader::ReadOne(const TRequest& request) {
   const auto [known, isNew] = m_byIdentity.emplace(identity, m_files.size());
   if (!isNew) return WarnOfCircle(request, known->second);
 
-  const auto depth = included ? m_depths[request.includer] + 1 : 0;
-  if (depth > kMaxIncludeDepth)
+  if (m_open.size() > kMaxIncludeDepth)
     return Fail(request, "files are included more than " + std::to_string(kMaxIncludeDepth) +
                              " levels deep");
   if (m_files.size() >= kMaxFiles)
     return Fail(request, "there are more than " + std::to_string(kMaxFiles) + " files");
   std::string text;
-  if (!m_source.Read(identity, text)) return Fail(request, "file '" + request.name + "': " + text);
-  if (text.size() > TMofText::kMaxSize) return Fail(request, "the text is too large");
+  if (!ReadText(request, identity, text)) return;
 
   m_files.push_back(std::make_unique<TMofFile>(identity, std::move(text)));
   m_includers.push_back(request.includer);
-  m_depths.push_back(depth);
-  TMofParser::Parse(*m_files.back(), m_report);
-  if (m_files.back()->isDamaged) m_complete = false;
-  RequestIncludes(m_files.size() - 1);
+  m_files.back()->text.AddSegment(0, m_report.BeginSegment());
+  m_open.push_back(
+      {m_files.size() - 1, std::make_unique<TMofParser>(*m_files.back(), m_report), 0});
 }
 
-void TMofReader::RequestIncludes(std::size_t index) {
-  const auto& pragmas = m_files[index]->pragmas;
-  for (auto pragma = pragmas.rbegin(); pragma != pragmas.rend(); ++pragma)
-    if (pragma->kind == TMofPragma::EKind::kInclude)
-      m_requests.push_back({pragma->value, index, pragma->offset});
+bool TMofReader::ReadText(const TRequest& request, const std::string& identity, std::string& text) {
+  if (!m_source.Read(identity, text)) {
+    Fail(request, "file '" + request.name + "': " + text);
+    return false;
+  }
+  if (!DecodeUtf16(text)) {
+    Fail(request, "file '" + request.name + "' begins as UTF-16 and does not go on so");
+    return false;
+  }
+  if (text.size() > TMofText::kMaxSize) {
+    Fail(request, "the text is too large");
+    return false;
+  }
+  return true;
 }
 
 void TMofReader::WarnOfCircle(const TRequest& request, std::size_t wanted) {

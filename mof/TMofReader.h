@@ -1,7 +1,8 @@
 // TMofReader: reads files and everything that they include into syntax trees.
 //
-// Every file is read once, however often and from wherever it is included. Files stand in
-// the order in which reading met them.
+// Every file is read once, however often and from wherever it is included, and there where it
+// is included first. Files stand in the order in which reading met them. Texts are UTF-8, or
+// UTF-16 with a byte-order mark.
 //
 // Errors: collected in the report: files that are not found or cannot be read, includes that
 //         are nested too deep, and what TMofParser finds.
@@ -15,6 +16,7 @@
 
 #include "mof/IMofSource.h"
 #include "mof/MofSyntax.h"
+#include "mof/TMofParser.h"
 #include "mof/TMofReport.h"
 
 namespace hav::mof {
@@ -44,9 +46,16 @@ class TMofReader {
     std::size_t includer;  // index into m_files, kNone for what the user named
     TMofOffset offset;
   };
+  // A file that is being read, with those that include it below it.
+  struct TOpen {
+    std::size_t file;
+    std::unique_ptr<TMofParser> parser;
+    TMofOffset begin;  // where reading goes on
+  };
 
-  void ReadOne(const TRequest& request);
-  void RequestIncludes(std::size_t index);
+  void ReadOn();
+  void Open(const TRequest& request);
+  bool ReadText(const TRequest& request, const std::string& identity, std::string& text);
   void WarnOfCircle(const TRequest& request, std::size_t wanted);
   void Fail(const TRequest& request, std::string text);
 
@@ -55,9 +64,8 @@ class TMofReader {
   TProgress m_progress;
   TFiles m_files;
   std::vector<std::size_t> m_includers;  // of each file
-  std::vector<std::size_t> m_depths;     // of each file
   std::unordered_map<std::string, std::size_t> m_byIdentity;
-  std::vector<TRequest> m_requests;  // a stack: the next one is last
+  std::vector<TOpen> m_open;  // a stack
   bool m_complete = true;
 };
 

@@ -1,6 +1,9 @@
 #include "mof/TMofSchemaBuilder.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "havcore/client/Enumerate.h"
 
 namespace hav::mof {
 
@@ -26,7 +29,7 @@ const TMofQualifier* FindQualifier(const TMofQualifiers& qualifiers, std::string
 bool SaysTrue(const TMofQualifiers& qualifiers, std::string_view name) {
   const auto* qualifier = FindQualifier(qualifiers, name);
   if (!qualifier || !qualifier->value) return qualifier != nullptr;
-  return !qualifier->value->isArray && SameName(qualifier->value->elements.front().text, "true");
+  return !qualifier->value->isArray && SameName(qualifier->value->scalar.text, "true");
 }
 
 std::uint32_t ScopeOf(const TMofClass& cls, const ICIMClass* superclass) {
@@ -66,12 +69,12 @@ TMofSchemaBuilder::TMofSchemaBuilder(const INamespaceProvider& provider,
                                      boost::shared_ptr<ICIMNamespace> home,
                                      const TMofReader::TFiles& files, bool complete,
                                      TMofReport& report)
-    : m_provider(provider),
-      m_home(std::move(home)),
+    : m_home(std::move(home)),
       m_files(files),
       m_complete(complete),
       m_report(report),
-      m_values(m_home, report) {}
+      m_values(m_home, report),
+      m_keeper(provider) {}
 
 void TMofSchemaBuilder::Build(const TProgress& progress) {
   DeclareQualifiers();
@@ -110,11 +113,17 @@ void TMofSchemaBuilder::DeclareQualifier(const TMofFile& file, const TMofQualifi
       syntax.name.text, TQualifierKind{&file, &syntax, {}, syntax.scope, flavor, {}});
   if (!isNew) {
     const auto& before = known->second;
+    if (Same(*before.syntax, syntax)) return;
     return m_report.AddError(file.text, syntax.name.offset,
                              "qualifier " + Quoted(syntax.name.text) +
-                                 " is declared twice, first at " +
+                                 " is declared twice and differently, first at " +
                                  before.file->text.DescribePlace(before.syntax->name.offset));
   }
+  if (IsReserved(syntax.name.text))
+    return m_report.AddError(file.text, syntax.name.offset,
+                             "qualifier " + Quoted(syntax.name.text) +
+                                 " has a name of the program's own: they begin with '" +
+                                 std::string(kReserved) + "'");
   if (syntax.type.element == kCIMReference) return;
   const auto type = FullType(syntax.type);
   const auto value =
@@ -135,9 +144,12 @@ void TMofSchemaBuilder::CollectClasses() {
       const auto [known, isNew] = m_byName.emplace(syntax.name.text, nullptr);
       if (!isNew) {
         const auto& before = *known->second;
-        m_report.AddError(file->text, syntax.name.offset,
-                          "class " + Quoted(syntax.name.text) + " is declared twice, first at " +
-                              before.file->text.DescribePlace(before.syntax->name.offset));
+        const bool damaged = before.syntax->isDamaged || syntax.isDamaged;
+        if (!damaged && !Same(*before.syntax, syntax))
+          m_report.AddError(file->text, syntax.name.offset,
+                            "class " + Quoted(syntax.name.text) +
+                                " is declared twice and differently, first at " +
+                                before.file->text.DescribePlace(before.syntax->name.offset));
         continue;
       }
       m_classes.push_back({file.get(), &syntax, nullptr, {}, EOrder::kNew});
@@ -195,6 +207,39 @@ void TMofSchemaBuilder::BuildClass(TClass& cls) {
   for (const auto& method : syntax.methods)
     if (IsNew(methods, *cls.file, method.name, "method"))
       Guard(*cls.file, method.name, [&] { BuildMethod(cls, method); });
+  KeepOrder(cls);
+  if (cls.object->IsAssociation({})) WarnOfOneReference(cls);
+}
+
+// Properties and methods stand in lists of their own; their places tell how they mix.
+void TMofSchemaBuilder::KeepOrder(const TClass& cls) {
+  std::vector<std::pair<TMofOffset, TMemberDecl>> placed;
+  for (const auto& [name, type, qualifiers, value] : cls.syntax->properties) {
+    const auto decl =
+        FoundBy([&] { return cls.object->GetPropertyDecl(std::string(name.text), {}); });
+    if (decl && decl->GetClass({}) == cls.object) placed.push_back({name.offset, {decl, {}}});
+  }
+  for (const auto& [name, type, qualifiers, parameters] : cls.syntax->methods) {
+    const auto decl =
+        FoundBy([&] { return cls.object->GetMethodDecl(std::string(name.text), {}); });
+    if (decl && decl->GetClass({}) == cls.object) placed.push_back({name.offset, {{}, decl}});
+  }
+  std::sort(placed.begin(), placed.end(),
+            [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<TMemberDecl> members;
+  members.reserve(placed.size());
+  for (auto& [place, member] : placed) members.push_back(std::move(member));
+  m_keeper.KeepOrder(*cls.object, members);
+}
+
+void TMofSchemaBuilder::WarnOfOneReference(const TClass& cls) {
+  const auto references = Collect<ICIMPropertyDecl>(
+      [&](const auto& callback) { cls.object->EnumerateReferenceDecls(callback, {}); });
+  if (references.size() == 1 && !cls.syntax->isDamaged &&
+      references.front()->GetClass({}) == cls.object)
+    m_report.AddWarning(cls.file->text, cls.syntax->name.offset,
+                        "association " + Quoted(cls.syntax->name.text) +
+                            " has one reference, and associates nothing");
 }
 
 void TMofSchemaBuilder::BuildProperty(const TClass& cls, const TMofProperty& property) {
@@ -208,12 +253,32 @@ void TMofSchemaBuilder::BuildProperty(const TClass& cls, const TMofProperty& pro
   Attach(*decl, *cls.file, property.qualifiers,
          property.type.element == kCIMReference ? ICIMQualifierDecl::kScopeReference
                                                 : ICIMQualifierDecl::kScopeProperty);
+  m_keeper.KeepArraySize(*decl, property.type.arraySize);
   decl->AddToClass({});
-  if (cls.object->GetPropertyDecl(name, {}) != decl)
-    m_report.AddWarning(cls.file->text, property.name.offset,
-                        "property " + Quoted(name) + " is left out: class " +
-                            Quoted(cls.syntax->name.text) +
-                            " has one of that name, which this one does not override");
+  CheckKept(cls, property, *decl);
+}
+
+// The rules of the namespace say whether a property takes the place of an inherited one.
+void TMofSchemaBuilder::CheckKept(const TClass& cls, const TMofProperty& property,
+                                  const ICIMPropertyDecl& decl) {
+  const auto name = decl.GetName({});
+  const auto kept = cls.object->GetPropertyDecl(name, {});
+  if (kept.get() == &decl) return;
+  const bool differs =
+      FindQualifier(property.qualifiers, "Override") && kept->GetType({}) != decl.GetType({});
+  WarnOfLeftOut(cls, property.name, "property", *kept->GetClass({}),
+                differs ? ECIMType(kept->GetType({})) : kCIMNone);
+}
+
+// `type`: that of the inherited one, where it is the reason.
+void TMofSchemaBuilder::WarnOfLeftOut(const TClass& cls, const TMofName& name, const char* what,
+                                      ICIMClass& holder, ECIMType type) {
+  const auto text = what + (" " + Quoted(name.text)) + " is left out: class " +
+                    Quoted(holder.GetName({})) + " has it";
+  m_report.AddWarning(cls.file->text, name.offset,
+                      type == kCIMNone ? text + ", and this one does not override it"
+                                       : text + " with type " + TypeName(type) +
+                                             ", and an override keeps the type");
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TMofSchemaBuilder::AllocateProperty(
@@ -259,17 +324,26 @@ boost::shared_ptr<ICIMPropertyDecl> TMofSchemaBuilder::AllocateReference(
 
 void TMofSchemaBuilder::BuildMethod(const TClass& cls, const TMofMethod& method) {
   const auto name = std::string(method.name.text);
-  boost::shared_ptr<ICIMMethodDecl> overridden;
-  if (cls.superclass && FindQualifier(method.qualifiers, "Override"))
-    overridden = FoundBy([&] { return cls.superclass->object->GetMethodDecl(name, {}); });
-  const auto decl = cls.object->AllocateMethodDecl(name, method.returnType.element, {});
-  if (overridden) Inherit(*overridden, *decl);
+  const auto type = method.returnType.element;
+  const auto inherited =
+      cls.superclass ? FoundBy([&] { return cls.superclass->object->GetMethodDecl(name, {}); })
+                     : boost::shared_ptr<ICIMMethodDecl>();
+  const bool overrides = FindQualifier(method.qualifiers, "Override") != nullptr;
+  if (inherited && (!overrides || inherited->GetType({}) != type))
+    return WarnOfLeftOut(cls, method.name, "method", *inherited->GetClass({}),
+                         overrides ? ECIMType(inherited->GetType({})) : kCIMNone);
+  const auto decl = cls.object->AllocateMethodDecl(name, type, {});
+  if (inherited) Inherit(*inherited, *decl);
   Attach(*decl, *cls.file, method.qualifiers, ICIMQualifierDecl::kScopeMethod);
-  TNames parameters;
-  for (const auto& parameter : method.parameters)
-    if (IsNew(parameters, *cls.file, parameter.name, "parameter"))
-      Guard(*cls.file, parameter.name,
-            [&] { BuildParameter(*cls.file, *decl, parameter, overridden.get()); });
+  TNames seen;
+  std::vector<std::string> names;
+  for (const auto& parameter : method.parameters) {
+    if (!IsNew(seen, *cls.file, parameter.name, "parameter")) continue;
+    Guard(*cls.file, parameter.name,
+          [&] { BuildParameter(*cls.file, *decl, parameter, inherited.get()); });
+    names.emplace_back(parameter.name.text);
+  }
+  m_keeper.KeepOrder(*decl, names);
   decl->AddToClass({});
 }
 
@@ -284,14 +358,9 @@ void TMofSchemaBuilder::BuildParameter(const TMofFile& file, ICIMMethodDecl& dec
                                  : boost::shared_ptr<ICIMParameterDecl>();
   if (before) Inherit(*before, *made);
   Attach(*made, file, parameter.qualifiers, ICIMQualifierDecl::kScopeParameter);
-  if (!reference || !target) return;
-  if (!m_referenceClass)
-    m_referenceClass =
-        m_provider.AllocateNamespace({}, false, {})
-            ->AllocateQualifierDecl(std::string(kReferenceClass), TCIMValue::Null(kCIMString),
-                                    ICIMQualifierDecl::kScopeParameter,
-                                    ICIMQualifierDecl::kFlavorOverridable, {});
-  made->AllocateQualifier(m_referenceClass, TCIMValue(std::string(target->syntax->name.text)), {});
+  m_keeper.KeepArraySize(*made, parameter.type.arraySize);
+  if (reference && target)
+    m_keeper.KeepReferencedClass(*made, std::string(target->syntax->name.text));
 }
 
 // References to classes that were made after them.
@@ -306,8 +375,9 @@ void TMofSchemaBuilder::Attach(ICIMNamedElement& element, const TMofFile& file,
   for (const auto& qualifier : qualifiers) {
     const auto found = m_kinds.find(qualifier.name.text);
     if (found == m_kinds.end()) {
-      ReportMissing(file, qualifier.name,
-                    "qualifier " + Quoted(qualifier.name.text) + " is not declared");
+      if (m_missingQualifiers.insert(qualifier.name.text).second)
+        ReportMissing(file, qualifier.name,
+                      "qualifier " + Quoted(qualifier.name.text) + " is not declared");
       continue;
     }
     auto& kind = found->second;
@@ -346,17 +416,12 @@ void TMofSchemaBuilder::AttachOne(ICIMNamedElement& element, const TMofFile& fil
 }
 
 void TMofSchemaBuilder::Inherit(ICIMNamedElement& from, ICIMNamedElement& to) {
-  std::vector<boost::shared_ptr<ICIMQualifier>> qualifiers;
-  from.EnumerateQualifiers(
-      [&](boost::shared_ptr<ICIMQualifier> qualifier) {
-        if ((qualifier->GetFlavor({}) & ICIMQualifierDecl::kFlavorToSubclass) != 0)
-          qualifiers.push_back(std::move(qualifier));
-        return true;
-      },
-      {});
+  const auto qualifiers =
+      Collect<ICIMQualifier>([&](const auto& callback) { from.EnumerateQualifiers(callback, {}); });
   for (const auto& qualifier : qualifiers)
-    to.AllocateQualifier(qualifier->GetQualifierDecl({}), qualifier->GetValue({}),
-                         qualifier->GetFlavor({}), {});
+    if ((qualifier->GetFlavor({}) & ICIMQualifierDecl::kFlavorToSubclass) != 0)
+      to.AllocateQualifier(qualifier->GetQualifierDecl({}), qualifier->GetValue({}),
+                           qualifier->GetFlavor({}), {});
 }
 
 // The target stays empty for a reference to any class.

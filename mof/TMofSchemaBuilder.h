@@ -6,6 +6,9 @@
 // class is not made yet gets it when all classes are made. Registration comes last, so that
 // every association finds the classes that it refers to.
 //
+// What is declared again, and says the same, is taken once. The order of declarations, the
+// sizes of arrays and the classes of parameters are kept as havcore/client/Declared.h says.
+//
 // What an overriding property, method or parameter does not say itself, it takes from what
 // it overrides: qualifiers that propagate to subclasses, and the default value.
 //
@@ -21,6 +24,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "havcore/client/Declared.h"
 #include "havcore/client/FoldedName.h"
 #include "havcore/havcore.h"
 #include "mof/MofSyntax.h"
@@ -48,9 +52,6 @@ class TMofSchemaBuilder {
   };
   using TProgress = std::function<void(std::size_t done, std::size_t total)>;
 
-  // The contract's parameters do not keep the class of a reference. It stands in a string
-  // qualifier of this name on the parameter, whose declaration belongs to no namespace.
-  static constexpr std::string_view kReferenceClass = "ReferenceClass";
   // The class of a reference to any class.
   static constexpr std::string_view kAnyClass = "object";
 
@@ -92,13 +93,19 @@ class TMofSchemaBuilder {
   void FindSuperclass(TClass& cls);
 
   void BuildClass(TClass& cls);
+  void KeepOrder(const TClass& cls);
+  void WarnOfOneReference(const TClass& cls);
   void BuildProperty(const TClass& cls, const TMofProperty& property);
   boost::shared_ptr<NORVHAV20::ICIMPropertyDecl> AllocateProperty(
       const TClass& cls, const TMofProperty& property,
       const boost::shared_ptr<NORVHAV20::ICIMPropertyDecl>& overridden);
   boost::shared_ptr<NORVHAV20::ICIMPropertyDecl> AllocateReference(const TClass& cls,
                                                                    const TMofProperty& property);
+  void CheckKept(const TClass& cls, const TMofProperty& property,
+                 const NORVHAV20::ICIMPropertyDecl& decl);
   void BuildMethod(const TClass& cls, const TMofMethod& method);
+  void WarnOfLeftOut(const TClass& cls, const TMofName& name, const char* what,
+                     NORVHAV20::ICIMClass& holder, NORVHAV20::ECIMType type);
   void BuildParameter(const TMofFile& file, NORVHAV20::ICIMMethodDecl& decl,
                       const TMofParameter& parameter, NORVHAV20::ICIMMethodDecl* overridden);
   void CloseReferences();
@@ -115,7 +122,6 @@ class TMofSchemaBuilder {
   template <class TStep>
   void Guard(const TMofFile& file, const TMofName& name, TStep&& step);
 
-  const NORVHAV20::INamespaceProvider& m_provider;
   boost::shared_ptr<NORVHAV20::ICIMNamespace> m_home;
   const TMofReader::TFiles& m_files;
   bool m_complete;
@@ -128,7 +134,8 @@ class TMofSchemaBuilder {
   std::vector<TClass*> m_order;  // superclasses before subclasses
   std::vector<TOpenReference> m_openReferences;
   std::vector<TReferenceDefault> m_referenceDefaults;
-  boost::shared_ptr<NORVHAV20::ICIMQualifierDecl> m_referenceClass;
+  client::TDeclaredKeeper m_keeper;
+  TNames m_missingQualifiers;  // reported once
 };
 
 }  // namespace hav::mof

@@ -1,5 +1,7 @@
 #include "mof/TMofText.h"
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace hav::mof {
@@ -29,6 +31,12 @@ TMofText::TPosition TMofText::PositionOf(TMofOffset offset) const noexcept {
 std::string TMofText::DescribePlace(TMofOffset offset) const {
   const auto position = PositionOf(offset);
   return m_name + ':' + std::to_string(position.line) + ':' + std::to_string(position.column);
+}
+
+std::uint32_t TMofText::SegmentOf(TMofOffset offset) const noexcept {
+  const std::pair wanted(offset, std::numeric_limits<std::uint32_t>::max());
+  const auto next = std::upper_bound(m_segments.begin(), m_segments.end(), wanted);
+  return next == m_segments.begin() ? 0 : std::prev(next)->second;
 }
 
 }  // namespace hav::mof

@@ -2,12 +2,14 @@
 //
 // Ownership: owns the text; tokens and syntax trees point into it, so it neither moves nor
 //            copies.
-// Threads:   immutable.
+// Threads:   immutable but for AddSegment.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace hav::mof {
 
@@ -39,10 +41,19 @@ class TMofText {
   // "file:line:column".
   std::string DescribePlace(TMofOffset offset) const;
 
+  // Where files include others, their texts are read in segments. Says that what begins at
+  // `offset` is the segment of that number; both grow from call to call.
+  void AddSegment(TMofOffset offset, std::uint32_t number) {
+    m_segments.emplace_back(offset, number);
+  }
+  // The number of the segment that holds `offset`, 0 when there are none.
+  std::uint32_t SegmentOf(TMofOffset offset) const noexcept;
+
  private:
   std::string m_name;
   std::string m_text;
   std::string_view m_view;
+  std::vector<std::pair<TMofOffset, std::uint32_t>> m_segments;
 };
 
 }  // namespace hav::mof

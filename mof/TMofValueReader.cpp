@@ -98,22 +98,35 @@ TOutcome Character(const TMofToken& literal) {
   return code;
 }
 
+// No place on earth is further from UTC, in minutes.
+bool IsOffset(std::string_view datetime) {
+  if (datetime.size() != 25 || datetime[21] == ':') return true;
+  int minutes = 0;
+  std::from_chars(datetime.data() + 22, datetime.data() + 25, minutes);
+  return minutes <= (datetime[21] == '-' ? 720 : 840);
+}
+
 TOutcome DateTime(const TMofToken& literal) {
   if (literal.kind != EKind::kString) return {};
+  const auto text = TMofLexer::StringValue(literal.text);
+  if (!IsOffset(text))
+    return {{}, literal.Describe() + " is not a datetime: offsets from UTC go from -720 to +840"};
   try {
-    return {TCIMValue(TCIMDateTime::Parse(TMofLexer::StringValue(literal.text))), {}};
+    return {TCIMValue(TCIMDateTime::Parse(text)), {}};
   } catch (const THAVException&) {
     return {{}, literal.Describe() + " is not a datetime"};
   }
 }
 
+TOutcome Alias(const TMofToken& literal, const TMofValueReader::TAliases& aliases) {
+  auto value = aliases ? aliases(literal.text) : std::nullopt;
+  if (!value) return {{}, "alias " + literal.Describe() + " stands for no object"};
+  return {std::move(value), {}};
+}
+
 TOutcome Reference(const TMofToken& literal, const boost::shared_ptr<ICIMNamespace>& home,
                    const TMofValueReader::TAliases& aliases) {
-  if (literal.kind == EKind::kAlias) {
-    auto object = aliases ? aliases(literal.text) : std::nullopt;
-    if (!object) return {{}, "alias " + literal.Describe() + " stands for no object"};
-    return {TCIMValue(*object), {}};
-  }
+  if (literal.kind == EKind::kAlias) return Alias(literal, aliases);
   if (literal.kind != EKind::kString) return {};
   try {
     return {TCIMValue(TCIMReference::Parse(TMofLexer::StringValue(literal.text), home)), {}};
@@ -140,12 +153,12 @@ TMofValueReader::TMofValueReader(boost::shared_ptr<ICIMNamespace> home, TMofRepo
 std::optional<TCIMValue> TMofValueReader::Read(const TMofFile& file, const TMofValue& value,
                                                ECIMType type, const TAliases& aliases) const {
   const bool array = (type & kCIMArray) != 0;
-  if (!value.isArray && IsNull(value.elements.front())) return TCIMValue::Null(type);
-  if (!array && !value.isArray) return ReadScalar(file, value.elements.front(), type, aliases);
+  if (!value.isArray && IsNull(value.scalar)) return TCIMValue::Null(type);
+  if (!array && !value.isArray) return ReadScalar(file, value.scalar, type, aliases);
   if (array != value.isArray) {
     m_report.AddError(file.text, value.offset,
                       "expected a value of type " + TypeName(type) + ", found " +
-                          (array ? value.elements.front().Describe() : "an array"));
+                          (array ? value.scalar.Describe() : "an array"));
     return {};
   }
   std::vector<TCIMValue> elements;
@@ -177,6 +190,7 @@ std::optional<TCIMValue> TMofValueReader::ReadScalar(const TMofFile& file, const
       case kCIMReal64: return Real<double>(literal, type);
       case kCIMChar16: return Character(literal);
       case kCIMString:
+        if (literal.kind == EKind::kAlias && aliases) return Alias(literal, aliases);
         if (literal.kind != EKind::kString) return {};
         return {TCIMValue(TMofLexer::StringValue(literal.text)), {}};
       case kCIMDateTime: return DateTime(literal);

@@ -28,12 +28,14 @@ std::string TypeName(NORVHAV20::ECIMType type);
 
 class TMofValueReader {
  public:
-  // The object that an alias stands for; nothing when it has none yet.
-  using TAliases = std::function<std::optional<NORVHAV20::TCIMReference>(std::string_view)>;
+  // The value that an alias stands for, of the type that is asked for: a reference, or where
+  // instances are embedded their text. Nothing when it stands for nothing.
+  using TAliases = std::function<std::optional<NORVHAV20::TCIMValue>(std::string_view)>;
 
   TMofValueReader(boost::shared_ptr<NORVHAV20::ICIMNamespace> home, TMofReport& report);
 
   // Returns the value as `type`, an array type for an array; nothing when it was reported.
+  // A string takes an alias only where `aliases` are given.
   std::optional<NORVHAV20::TCIMValue> Read(const TMofFile& file, const TMofValue& value,
                                            NORVHAV20::ECIMType type,
                                            const TAliases& aliases = {}) const;

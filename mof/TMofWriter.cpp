@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "havcore/client/Declared.h"
 #include "havcore/client/Enumerate.h"
+#include "havcore/client/FoldedName.h"
 #include "mof/TMofSchemaBuilder.h"
 #include "mof/TMofValueReader.h"
 
@@ -72,6 +74,22 @@ bool HasDefault(const boost::shared_ptr<ICIMClass>& cls, const std::string& prop
   }
 }
 
+// The language has every association and indication say that it is one. What may be overridden
+// would become the class's own.
+bool IsRestated(const ICIMQualifier& qualifier) {
+  return (SameName(qualifier.GetName({}), "Association") ||
+          SameName(qualifier.GetName({}), "Indication")) &&
+         (qualifier.GetFlavor({}) & ICIMQualifierDecl::kFlavorOverridable) == 0;
+}
+
+// "[]", "[5]", or nothing.
+template <class Decl>
+std::string BracketsOf(Decl& decl) {
+  if (!decl.IsArray({})) return {};
+  const auto size = ArraySizeOf(decl);
+  return size == 0 ? "[]" : "[" + std::to_string(size) + "]";
+}
+
 // A real in MOF has a point and a digit behind it.
 std::string RealText(const TCIMValue& value) {
   auto text = value.ToString(10);
@@ -120,12 +138,12 @@ void TMofWriter::WriteClass(ICIMClass& cls) {
   const auto superclass = cls.GetSuperClass({});
   if (superclass && superclass->GetSuperClass({})) m_out += " : " + superclass->GetName({});
   m_out += "\n{\n";
-  for (const auto& decl : Collect<ICIMPropertyDecl>(
-           [&](const auto& callback) { cls.EnumeratePropertyDecls(callback, {}); }))
-    if (decl->GetClass({}).get() == &cls) WriteProperty(cls, *decl);
-  for (const auto& decl : Collect<ICIMMethodDecl>(
-           [&](const auto& callback) { cls.EnumerateMethodDecls(callback, {}); }))
-    if (decl->GetClass({}).get() == &cls) WriteMethod(*decl);
+  for (const auto& member : OwnDeclsOf(cls)) {
+    if (member.property)
+      WriteProperty(cls, *member.property);
+    else
+      WriteMethod(*member.method);
+  }
   m_out += "};\n\n";
 }
 
@@ -146,10 +164,8 @@ void TMofWriter::WriteInstance(ICIMInstance& instance) {
 // False when there is none.
 bool TMofWriter::WriteQualifiers(ICIMNamedElement& element, const char* indent) {
   bool any = false;
-  for (const auto& qualifier : Collect<ICIMQualifier>(
-           [&](const auto& callback) { element.EnumerateQualifiers(callback, {}); })) {
-    if (qualifier->IsPropagated({}) || qualifier->GetName({}) == TMofSchemaBuilder::kReferenceClass)
-      continue;
+  for (const auto& qualifier : QualifiersOf(element)) {
+    if (qualifier->IsPropagated({}) && !IsRestated(*qualifier)) continue;
     m_out += any ? std::string(",\n") + indent + " " : std::string(indent) + "[";
     WriteQualifier(*qualifier);
     any = true;
@@ -178,7 +194,7 @@ void TMofWriter::WriteProperty(const ICIMClass& cls, ICIMPropertyDecl& decl) {
     m_out += "  " + ReferencedClass(value.GetReferencedClassName()) + " REF " + decl.GetName({});
   else
     m_out += "  " + TypeName(ElementOf(decl.GetType({}))) + ' ' + decl.GetName({});
-  if (decl.IsArray({})) m_out += "[]";
+  m_out += BracketsOf(decl);
   // An overriding property would take the default of the overridden one.
   if (!value.IsNull() || HasDefault(cls.GetSuperClass({}), decl.GetName({}))) {
     m_out += " = ";
@@ -191,8 +207,7 @@ void TMofWriter::WriteMethod(ICIMMethodDecl& decl) {
   if (WriteQualifiers(decl, "  ")) m_out += '\n';
   m_out += "  " + TypeName(decl.GetType({})) + ' ' + decl.GetName({}) + '(';
   const char* separator = "\n";
-  for (const auto& parameter : Collect<ICIMParameterDecl>(
-           [&](const auto& callback) { decl.EnumerateParameters(callback, {}); })) {
+  for (const auto& parameter : ParametersOf(decl)) {
     m_out += separator;
     WriteParameter(*parameter);
     separator = ",\n";
@@ -203,18 +218,12 @@ void TMofWriter::WriteMethod(ICIMMethodDecl& decl) {
 void TMofWriter::WriteParameter(ICIMParameterDecl& parameter) {
   if (WriteQualifiers(parameter, "    ")) m_out += '\n';
   m_out += "    ";
-  if (ElementOf(parameter.GetType({})) == kCIMReference) {
-    std::string referenced;
-    for (const auto& qualifier : Collect<ICIMQualifier>(
-             [&](const auto& callback) { parameter.EnumerateQualifiers(callback, {}); }))
-      if (qualifier->GetName({}) == TMofSchemaBuilder::kReferenceClass)
-        referenced = qualifier->GetValue({}).ToString(10);
-    m_out += ReferencedClass(referenced) + " REF ";
-  } else {
+  if (ElementOf(parameter.GetType({})) == kCIMReference)
+    m_out += ReferencedClass(ReferencedClassOf(parameter)) + " REF ";
+  else
     m_out += TypeName(ElementOf(parameter.GetType({}))) + ' ';
-  }
   m_out += parameter.GetName({});
-  if (parameter.IsArray({})) m_out += "[]";
+  m_out += BracketsOf(parameter);
 }
 
 void TMofWriter::WriteValue(const TCIMValue& value) {

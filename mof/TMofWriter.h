@@ -1,9 +1,9 @@
 // TMofWriter: writes a namespace, a class or an instance as MOF that reads back to the same.
 //
-// A class is written with what it declares itself, not with what it inherits. Three things
-// have no MOF and are left out: the size of an array, which the contract does not keep; a
-// ToInstance or Translatable flavor that a qualifier lost after its declaration; and reals
-// that are no numbers, which are written as NULL.
+// A class is written with what it declares itself, in the order of its author, and not with
+// what it inherits; an association or indication always says that it is one. Two things have
+// no MOF and are left out: a ToInstance or Translatable flavor that a qualifier lost after its
+// declaration; and reals that are no numbers, which are written as NULL.
 //
 // Ownership: borrows what it writes.
 // Errors:    those of the elements pass through.

@@ -1,9 +1,11 @@
 // Enumerate: what an enumeration of the object model visits, as a list.
 //
 // Enumerations drop the exceptions of their callbacks and may not end early, so callbacks
-// here do no more than collect; the work is done on the list.
+// here do no more than collect; the work is done on the list. Should there be no memory for
+// the list, bad_alloc leaves when the enumeration is through: a part is never taken for all.
 #pragma once
 
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -15,15 +17,37 @@
 
 namespace hav::client {
 
+// Calls `visit` from a callback that must not throw, and keeps what it throws first.
+class TKeptException {
+ public:
+  template <class F>
+  void Guard(F&& visit) noexcept {
+    if (m_thrown) return;
+    try {
+      std::forward<F>(visit)();
+    } catch (...) {
+      m_thrown = std::current_exception();
+    }
+  }
+  void Rethrow() const {
+    if (m_thrown) std::rethrow_exception(m_thrown);
+  }
+
+ private:
+  std::exception_ptr m_thrown;
+};
+
 // `enumerate` is called with the callback to hand on.
 template <class Element, class F>
 std::vector<boost::shared_ptr<Element>> Collect(F&& enumerate) {
   std::vector<boost::shared_ptr<Element>> elements;
+  TKeptException thrown;
   std::forward<F>(enumerate)(
-      NORVHAV20::TEnumCallback<Element>([&elements](boost::shared_ptr<Element> element) {
-        elements.push_back(std::move(element));
+      NORVHAV20::TEnumCallback<Element>([&](boost::shared_ptr<Element> element) {
+        thrown.Guard([&] { elements.push_back(std::move(element)); });
         return true;
       }));
+  thrown.Rethrow();
   return elements;
 }
 

@@ -6,6 +6,7 @@
 #include "havcore/ICIMParameterDecl.h"
 #include "havcore/ICIMPropertyDecl.h"
 #include "havcore/ICIMQualifier.h"
+#include "havcore/client/Declared.h"
 #include "havcore/client/Enumerate.h"
 #include "havhost/report/TypeText.h"
 
@@ -19,12 +20,9 @@ namespace {
 
 constexpr char kTopClass[] = "<root>";
 
-std::vector<TQualifierReport> QualifiersOf(ICIMNamedElement& element) {
+std::vector<TQualifierReport> QualifierReportsOf(ICIMNamedElement& element) {
   std::vector<TQualifierReport> reports;
-  const auto qualifiers = Collect<ICIMQualifier>([&](const TEnumCallback<ICIMQualifier>& callback) {
-    element.EnumerateQualifiers(callback, {});
-  });
-  for (const auto& qualifier : qualifiers)
+  for (const auto& qualifier : hav::client::QualifiersOf(element))
     reports.push_back({qualifier->GetName({}), qualifier->GetValue({})});
   return reports;
 }
@@ -47,22 +45,30 @@ Report DeclReportOf(Decl& decl, const std::string& type) {
   report.name = decl.GetName({});
   report.type = type;
   if (const auto origin = decl.GetClass({})) report.origin = origin->GetName({});
-  report.qualifiers = QualifiersOf(decl);
+  report.qualifiers = QualifierReportsOf(decl);
   return report;
 }
 
-std::vector<TPropertyDeclReport> PropertiesOf(const ICIMClass& cls) {
+// As MOF writes it; `referenced` is the class of a reference, empty for any.
+template <class Decl>
+std::string TypeOf(Decl& decl, const std::string& referenced) {
+  const auto type = decl.GetType({});
+  const auto size = ArraySizeOf(decl);
+  auto text = ElementOf(type) == kCIMReference
+                  ? (referenced.empty() ? "object" : referenced) + " REF"
+                  : TypeText(ElementOf(type));
+  if (decl.IsArray({})) text += size == 0 ? "[]" : "[" + std::to_string(size) + "]";
+  return text;
+}
+
+std::vector<TPropertyDeclReport> PropertiesOf(ICIMClass& cls) {
   std::vector<TPropertyDeclReport> reports;
   const auto keys = KeysOf(cls);
-  const auto decls =
-      Collect<ICIMPropertyDecl>([&](const TEnumCallback<ICIMPropertyDecl>& callback) {
-        cls.EnumeratePropertyDecls(callback, {});
-      });
-  for (const auto& decl : decls) {
+  for (const auto& decl : PropertyDeclsOf(cls)) {
     const auto& value = decl->GetDefaultValue({});
-    const bool isReference = decl->GetType({}) == kCIMReference;
     auto report = DeclReportOf<TPropertyDeclReport>(
-        *decl, isReference ? value.GetReferencedClassName() + " REF" : TypeText(decl->GetType({})));
+        *decl,
+        TypeOf(*decl, decl->GetType({}) == kCIMReference ? value.GetReferencedClassName() : ""));
     report.isKey = keys.count(report.name) != 0;
     report.defaultValue = value;
     reports.push_back(std::move(report));
@@ -70,26 +76,19 @@ std::vector<TPropertyDeclReport> PropertiesOf(const ICIMClass& cls) {
   return reports;
 }
 
-std::vector<TParameterReport> ParametersOf(const ICIMMethodDecl& method) {
+std::vector<TParameterReport> ParameterReportsOf(ICIMMethodDecl& method) {
   std::vector<TParameterReport> reports;
-  const auto parameters =
-      Collect<ICIMParameterDecl>([&](const TEnumCallback<ICIMParameterDecl>& callback) {
-        method.EnumerateParameters(callback, {});
-      });
-  for (const auto& parameter : parameters)
-    reports.push_back(
-        {parameter->GetName({}), TypeText(parameter->GetType({})), QualifiersOf(*parameter)});
+  for (const auto& parameter : ParametersOf(method))
+    reports.push_back({parameter->GetName({}), TypeOf(*parameter, ReferencedClassOf(*parameter)),
+                       QualifierReportsOf(*parameter)});
   return reports;
 }
 
-std::vector<TMethodDeclReport> MethodsOf(const ICIMClass& cls) {
+std::vector<TMethodDeclReport> MethodsOf(ICIMClass& cls) {
   std::vector<TMethodDeclReport> reports;
-  const auto decls = Collect<ICIMMethodDecl>([&](const TEnumCallback<ICIMMethodDecl>& callback) {
-    cls.EnumerateMethodDecls(callback, {});
-  });
-  for (const auto& decl : decls) {
+  for (const auto& decl : MethodDeclsOf(cls)) {
     auto report = DeclReportOf<TMethodDeclReport>(*decl, TypeText(decl->GetType({})));
-    report.parameters = ParametersOf(*decl);
+    report.parameters = ParameterReportsOf(*decl);
     reports.push_back(std::move(report));
   }
   return reports;
@@ -118,7 +117,7 @@ TClassReport ReportOf(ICIMClass& cls) {
                       {},
                       KindOf(cls),
                       InstancesOf(cls, false).size(),
-                      QualifiersOf(cls),
+                      QualifierReportsOf(cls),
                       PropertiesOf(cls),
                       MethodsOf(cls)};
   for (const auto& subclass : SubclassesOf(cls)) report.subclasses.push_back(subclass->GetName({}));

@@ -72,8 +72,6 @@ TEST_F(Commands, ShowTellsAllOfAClass) {
             "  Description  A disk.\n"
             "\n"
             "Properties\n"
-            "  Labels  string[]\n"
-            "    NULLDISPLAY  None\n"
             "  Name  string  key, from T_Element\n"
             "    Key  TRUE\n"
             "  Size  uint64\n"
@@ -82,6 +80,8 @@ TEST_F(Commands, ShowTellsAllOfAClass) {
             "    UNITS              Bytes\n"
             "  State  uint8  default 1\n"
             "    Values  {Off, On}\n"
+            "  Labels  string[]\n"
+            "    NULLDISPLAY  None\n"
             "\n"
             "Methods\n"
             "  uint32 Reset(uint16 Mode, string Reason)\n"
@@ -105,6 +105,77 @@ TEST_F(Commands, ShowTellsAllOfAClass) {
             "    Key  TRUE\n");
 }
 
+// What the author said, and not what keeps it.
+TEST_F(Commands, ShowKeepsTheOrderOfTheAuthor) {
+  const TemporaryFolder folder;
+  const auto file =
+      folder.File("order.mof",
+                  "Qualifier Association : boolean, Scope(association), Flavor(DisableOverride);"
+                  "Qualifier Description : string, Scope(any); Qualifier Key : boolean, Scope(any);"
+                  "class T { [Key] string Zulu; uint8 Bravo[4];"
+                  "  uint32 Run(T REF To, string From[2], object REF Any[]); };"
+                  "[Description(\"d\"), Association] class L { [Key] T REF To; T REF From; };");
+  const auto shown = Havhost({"show", "T", "--mof", file});
+  EXPECT_EQ("", shown.err);
+  EXPECT_EQ(shown.out.substr(shown.out.find("Instances")),
+            "Instances   0\n"
+            "\n"
+            "Properties\n"
+            "  Zulu  string  key\n"
+            "    Key  TRUE\n"
+            "  Bravo  uint8[4]\n"
+            "\n"
+            "Methods\n"
+            "  uint32 Run(T REF To, string[2] From, object REF[] Any)\n"
+            "    To  T REF\n"
+            "    From  string[2]\n"
+            "    Any  object REF[]\n");
+  const auto cls = TJson::parse(Havhost({"show", "T", "--mof", file, "--format", "json"}).out);
+  EXPECT_EQ(cls["qualifiers"], TJson::object());
+  EXPECT_EQ(cls["properties"][1]["type"], "uint8[4]");
+  EXPECT_EQ(cls["methods"][0]["parameters"], TJson::parse(R"(
+    [{"name": "To", "type": "T REF", "qualifiers": {}},
+     {"name": "From", "type": "string[2]", "qualifiers": {}},
+     {"name": "Any", "type": "object REF[]", "qualifiers": {}}])"));
+  const auto mof = Havhost({"mof", "L", "--mof", file}).out;
+  EXPECT_EQ(mof,
+            "[Association,\n Description (\"d\")]\nclass L\n{\n  [Key]\n  T REF To;\n  T REF "
+            "From;\n};\n\n");
+}
+
+TEST_F(Commands, LoadLeavesOutWhatRefersToNothingUnlessItIsStrict) {
+  const TemporaryFolder folder;
+  const auto file = folder.File(
+      "link.mof",
+      "Qualifier Key : boolean, Scope(any);"
+      "Qualifier Association : boolean, Scope(association), Flavor(DisableOverride);"
+      "class T { [Key] uint8 k; }; [Association] class L { [Key] T REF a; [Key] T REF b; };\n"
+      "instance of T { k = 1; }; instance of L { a = \"T.k=1\"; b = \"T.k=2\"; };");
+  const auto what = "property 'b' refers to T.k=2, which is not there in namespace 'root/cimv2'\n";
+  const auto loaded = Havhost({"load", file});
+  EXPECT_EQ(0, loaded.status);
+  EXPECT_EQ("havhost: " + file + ":2:60: warning: the instance is left out: " + what, loaded.err);
+  EXPECT_NE(std::string::npos, loaded.out.find("Instances                 1\n"));
+  const auto strict = Havhost({"load", "--strict", file});
+  EXPECT_EQ(1, strict.status);
+  EXPECT_EQ("havhost: " + file + ":2:60: error: " + what +
+                "havhost: nothing is loaded: the MOF has 1 error\n",
+            strict.err);
+}
+
+TEST_F(Commands, LoadSaysThatItStoppedAfterAHundredErrors) {
+  const TemporaryFolder folder;
+  std::string text;
+  for (int i = 0; i < 200; ++i) text += "foo;\n";
+  const auto outcome = Havhost({"load", folder.File("a.mof", text)});
+  EXPECT_EQ(1, outcome.status);
+  EXPECT_NE(std::string::npos, outcome.err.find("a.mof:100:1: error: expected a declaration"));
+  EXPECT_NE(std::string::npos,
+            outcome.err.find("havhost: note: reading stopped after 100 errors\n"
+                             "havhost: nothing is loaded: the MOF has 100 errors\n"))
+      << outcome.err;
+}
+
 TEST_F(Commands, ShowAsJsonHasEveryDeclaration) {
   const auto cls = Json({"show", "t_fastdisk"});
   EXPECT_EQ(cls["name"], "T_FastDisk");
@@ -113,10 +184,10 @@ TEST_F(Commands, ShowAsJsonHasEveryDeclaration) {
   EXPECT_EQ(cls["instances"], 1);
   EXPECT_EQ(cls["qualifiers"], TJson::parse(R"({"Description": "A disk."})"));
   ASSERT_EQ(cls["properties"].size(), 5u);
-  EXPECT_EQ(cls["properties"][1], TJson::parse(R"(
+  EXPECT_EQ(cls["properties"][0], TJson::parse(R"(
     {"name": "Name", "type": "string", "origin": "T_Element", "key": true, "default": null,
      "qualifiers": {"Key": true}})"));
-  EXPECT_EQ(cls["properties"][4], TJson::parse(R"(
+  EXPECT_EQ(cls["properties"][2], TJson::parse(R"(
     {"name": "State", "type": "uint8", "origin": "T_Disk", "key": false, "default": 1,
      "qualifiers": {"Values": ["Off", "On"]}})"));
   EXPECT_EQ(cls["methods"], TJson::parse(R"(

@@ -188,14 +188,21 @@ INSTANTIATE_TEST_SUITE_P(
                        "instance of Link { From = $l; To = $a; };",
                        {"a.mof:5:27: error: property 'From' refers to a 'Thing', and 'Link' is "
                         "none"}},
-        WrongInstances{"instance of Thing as $a { Name = \"a\"; };\n"
-                       "instance of Link { From = $a; To = \"Thing.Name=\\\"b\\\"\"; };",
-                       {"a.mof:4:13: error: the instance refers to Thing.Name=\"b\", which is not "
-                        "there"}},
-        WrongInstances{
-            "[Association] class D { [Key] uint8 k; Thing REF t = \"Box.Name=\\\"x\\\"\"; };",
-            {"a.mof:3:54: error: the default of a reference to 'Thing' is an object of "
-             "that very class"}},
+        WrongInstances{"[Association] class D { [Key] uint8 k; Thing REF t = "
+                       "\"Box.Name=\\\"x\\\"\"; Thing REF u; };",
+                       {"a.mof:3:54: error: the default of a reference to 'Thing' is an object of "
+                        "that very class"}},
+        WrongInstances{"[Abstract] class None { [Key] uint8 k; }; instance of None { k = 1; };",
+                       {"a.mof:3:55: error: class 'None' is abstract, and has no instances"}},
+        WrongInstances{"class Two { [Key] uint8 k; uint8 a[2]; };"
+                       "instance of Two { k = 1; a = {1, 2, 3}; };",
+                       {"a.mof:3:71: error: the value has 3 elements, the array has 2"}},
+        // Every one that is wrong is told of.
+        WrongInstances{"instance of Thing { Size = 1; };\ninstance of Thing { Size = 2; };",
+                       {"a.mof:3:13: error: key property 'Name' of this instance of 'Thing' has no "
+                        "value",
+                        "a.mof:4:13: error: key property 'Name' of this instance of 'Thing' has no "
+                        "value"}},
         // What could not be read is not missed.
         WrongInstances{
             "class Odd { [Key] uint8 k; uint8; }; instance of Odd { k = 1; other = 2; };",
@@ -218,6 +225,189 @@ TEST_F(TMofInstanceBuilder, LongChainsOfAssociationsLoad) {
   }
   LoadSound(text);
   EXPECT_EQ(static_cast<std::size_t>(length), PathsOf("Link").size());
+}
+
+// The classes of what follows, behind kQualifiers.
+const std::string kEmbedding =
+    "Qualifier EmbeddedInstance : string, Scope(property);"
+    "Qualifier EmbeddedObject : boolean = false, Scope(property);"
+    "class Part { string Text; uint8 Two[2]; };"
+    "[Abstract] class Odd : Part {};"
+    "class Whole { [Key] string Name; [EmbeddedInstance(\"Part\")] string One;"
+    " [EmbeddedInstance(\"Part\")] string Many[]; [EmbeddedObject] string Any;"
+    " [EmbeddedInstance(\"Nest\")] string Nested; };"
+    "class Nest { [EmbeddedInstance(\"Part\")] string Inner;"
+    " [EmbeddedInstance(\"Nest\")] string Self; };\n";
+
+Lines EmbeddingMessages(const std::string& text) {
+  RecordingLogger logger;
+  return LoadText(kEmbedding + text).messages;
+}
+
+class EmbeddedObjects : public TMofInstanceBuilder {
+ protected:
+  std::string ValueOf(const std::string& path, const std::string& property) const {
+    return Instance(path)->GetProperty(property, {})->GetValue({}).ToString(10);
+  }
+};
+
+// The alias of an instance that has no path of its own is that value and nothing else.
+TEST_F(EmbeddedObjects, AnAliasIsTheTextOfItsInstance) {
+  m_loaded = LoadText(kEmbedding +
+                      "instance of Whole { Name = \"w\"; One = $p; Many = {$q, $p};"
+                      " Any = $x; Nested = $n; };"
+                      "instance of Nest as $n { Inner = $q; };"
+                      "instance of Part as $p { Text = \"1\"; };"
+                      "instance of Part as $q { Text = \"2\"; };"
+                      "instance of Whole as $x { Name = \"x\"; One = $p; };");
+  EXPECT_EQ(Lines{}, m_loaded.messages);
+  ASSERT_TRUE(m_loaded.ns);
+  EXPECT_EQ((Names{"Whole.Name=\"w\"", "Whole.Name=\"x\""}), PathsOf("Whole"));
+  EXPECT_EQ(Names{}, PathsOf("Part"));
+  EXPECT_EQ(Names{}, PathsOf("Nest"));
+  const std::string one = "instance of Part\n{\n  Text = \"1\";\n};";
+  const std::string two = "instance of Part\n{\n  Text = \"2\";\n};";
+  EXPECT_EQ(one, ValueOf("Whole.Name=\"w\"", "One"));
+  EXPECT_EQ(one, ValueOf("Whole.Name=\"x\"", "One"));
+  EXPECT_EQ("{" + two + ", " + one + "}", ValueOf("Whole.Name=\"w\"", "Many"));
+  EXPECT_NE(std::string::npos, ValueOf("Whole.Name=\"w\"", "Any").find("Name = \"x\";\n  One = "));
+  EXPECT_NE(std::string::npos, ValueOf("Whole.Name=\"w\"", "Nested").find("Inner = \"instance"));
+  const auto again = Load({{"b.mof", Written(*m_loaded.ns)}}, {"b.mof"});
+  EXPECT_EQ(Lines{}, again.messages);
+}
+
+TEST_F(EmbeddedObjects, AnAliasMayStandForAClass) {
+  m_loaded = LoadText(kEmbedding +
+                      "class C as $c { uint8 k; };"
+                      "instance of Whole { Name = \"w\"; Any = $c; };");
+  EXPECT_EQ(Lines{}, m_loaded.messages);
+  ASSERT_TRUE(m_loaded.ns);
+  EXPECT_EQ("class C\n{\n  uint8 k;\n};", ValueOf("Whole.Name=\"w\"", "Any"));
+}
+
+TEST_F(EmbeddedObjects, WhatCannotBeEmbeddedIsReported) {
+  EXPECT_EQ((Lines{"a.mof:3:39: error: alias '$w' stands for no object"}),
+            EmbeddingMessages("instance of Whole { Name = \"v\"; One = $w; };\n"
+                              "instance of Whole as $w { Name = \"w\"; };"));
+  EXPECT_EQ((Lines{"a.mof:3:13: error: this instance of 'Nest' embeds itself through aliases",
+                   "a.mof:4:13: error: this instance of 'Nest' embeds itself through aliases"}),
+            EmbeddingMessages("instance of Nest as $m { Self = $n; };\n"
+                              "instance of Nest as $n { Self = $m; };"));
+}
+
+struct Embedded {
+  const char* property;
+  const char* text;
+  const char* wrong;  // empty: nothing
+};
+std::ostream& operator<<(std::ostream& out, const Embedded& embedded) {
+  return out << embedded.text;
+}
+
+class EmbeddedTexts : public testing::TestWithParam<Embedded> {};
+
+TEST_P(EmbeddedTexts, AreCheckedAsFilesOfTheirOwn) {
+  const auto& [property, text, wrong] = GetParam();
+  const auto messages = EmbeddingMessages("instance of Whole { Name = \"v\";\n" +
+                                          std::string(property) + " = \"" + text + "\"; };");
+  if (std::string(wrong).empty())
+    EXPECT_EQ(Lines{}, messages);
+  else
+    EXPECT_EQ((Lines{"a.mof:4:7: error: in the embedded object, " + std::string(wrong)}), messages);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TMofInstanceBuilder, EmbeddedTexts,
+    testing::Values(
+        Embedded{"One", "instance of Part { Text = \\\"x\\\"; Two = {1, 2}; };", ""},
+        Embedded{"Any", "class X { uint8 a; };", ""},
+        Embedded{"Any", "instance of Whole { Name = \\\"x\\\"; };", ""},
+        Embedded{"One", "", "expected one instance"},
+        Embedded{"One", "class X {};", "expected one instance"},
+        Embedded{"One", "instance of Part {}; instance of Part {};", "expected one instance"},
+        Embedded{"Any", "class X {}; class Y {};", "expected one instance or one class"},
+        Embedded{"One", "instance of Part { Text 1; };",
+                 "1:25: expected '=' after the name of a property, found '1'"},
+        Embedded{"One", "instance of Nowhere {};", "1:13: class 'Nowhere' is not declared"},
+        Embedded{"One", "instance of Whole {};",
+                 "1:13: expected an instance of 'Part', and 'Whole' is none"},
+        Embedded{"One", "instance of Odd {};", "1:13: class 'Odd' is abstract"},
+        Embedded{"One", "instance of Part { Colour = 1; };",
+                 "1:20: class 'Part' has no property 'Colour'"},
+        Embedded{"One", "instance of Part { Text = 1; };",
+                 "1:27: expected a value of type string, found '1'"},
+        Embedded{"One", "instance of Part { Two = {1, 2, 3}; };",
+                 "1:26: the value has 3 elements, the array has 2"}));
+
+// What refers to nothing costs its own instance only.
+class Dangling : public TMofInstanceBuilder {
+ protected:
+  void LoadNamed(const std::string& text, bool strict = false) {
+    m_loaded.report = hav::mof::TMofReport();
+    TextSource source({{"a.mof", kQualifiers + kClasses + text}});
+    hav::mof::TMofLoader loader(*Provider(), source);
+    loader.SetNamespaceName("root/home");
+    loader.SetStrict(strict);
+    m_loaded.ns = loader.Load({"a.mof"}, m_loaded.report);
+    m_loaded.messages = Messages(m_loaded.report);
+  }
+  void ExpectLeftOut(const std::string& link, const Lines& what) {
+    const std::string text = "instance of Thing as $a { Name = \"a\"; };\n" + link;
+    Lines warnings;
+    Lines errors;
+    for (const auto& one : what) {
+      const auto place = one.substr(0, one.find(' '));
+      warnings.push_back("a.mof:" + place +
+                         " warning: the instance is left out:" + one.substr(place.size()));
+      errors.push_back("a.mof:" + place + " error:" + one.substr(place.size()));
+    }
+    LoadNamed(text);
+    EXPECT_EQ(warnings, m_loaded.messages);
+    ASSERT_TRUE(m_loaded.ns);
+    EXPECT_EQ(Names{}, PathsOf("Link"));
+    EXPECT_EQ((Names{"Thing.Name=\"a\""}), PathsOf("Thing"));
+    EXPECT_EQ(1u, m_loaded.report.instances);
+    LoadNamed(text, true);
+    EXPECT_EQ(errors, m_loaded.messages);
+    EXPECT_FALSE(m_loaded.ns);
+  }
+};
+
+TEST_F(Dangling, AReferenceToAnObjectThatIsNotThere) {
+  ExpectLeftOut("instance of Link { From = $a; To = \"Thing.Name=\\\"b\\\"\"; };",
+                {"4:36: property 'To' refers to Thing.Name=\"b\", which is not there in namespace "
+                 "'root/home'"});
+}
+
+TEST_F(Dangling, AReferenceToAClassThatIsNotThere) {
+  ExpectLeftOut("instance of Link { From = $a; To = \"Other.Name=\\\"b\\\"\"; };",
+                {"4:36: property 'To' refers to Other.Name=\"b\", which is not there in namespace "
+                 "'root/home'"});
+}
+
+TEST_F(Dangling, AReferenceIntoAnotherNamespace) {
+  ExpectLeftOut("instance of Link { From = $a; To = \"root/other:Thing.Name=\\\"a\\\"\"; };",
+                {"4:36: property 'To' refers to Thing.Name=\"a\" in namespace 'root/other', and "
+                 "only namespace 'root/home' is loaded"});
+}
+
+TEST_F(Dangling, WhatRefersToIt) {
+  ExpectLeftOut(
+      "instance of Link { From = $a; To = $a; Next = $l; };\n"
+      "instance of Link as $l { From = $a; To = \"Thing.Name=\\\"b\\\"\"; };",
+      {"4:47: property 'Next' refers to Link.From=\"Thing.Name=\\\"a\\\"\",To=\"Thing.Name=\\\"b"
+       "\\\"\", which is not there in namespace 'root/home'",
+       "5:42: property 'To' refers to Thing.Name=\"b\", which is not there in namespace "
+       "'root/home'"});
+}
+
+TEST_F(Dangling, ReferencesThatNameTheirOwnNamespaceAreThere) {
+  LoadNamed(
+      "instance of Thing { Name = \"a\"; };"
+      "instance of Link { From = \"root/home:Thing.Name=\\\"a\\\"\";"
+      " To = \"ROOT/Home:Thing.Name=\\\"a\\\"\"; };");
+  EXPECT_EQ(Lines{}, m_loaded.messages);
+  EXPECT_EQ(1u, PathsOf("Link").size());
 }
 
 }  // namespace

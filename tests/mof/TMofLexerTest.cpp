@@ -122,12 +122,24 @@ TEST(TMofLexer, OtherBytesAreKeptWithOneWarning) {
             tokens.messages);
 }
 
-TEST(TMofLexer, WrongEscapesAreReportedWhereTheyStand) {
-  EXPECT_EQ((Lines{R"(a.mof:1:3: error: unknown escape '\q')"}), Lex(R"("a\q")").messages);
-  EXPECT_EQ((Lines{R"(a.mof:1:2: error: unknown escape '\x')"}), Lex(R"("\xg")").messages);
-  EXPECT_EQ((Lines{R"(a.mof:1:2: error: unknown escape '\x')"}), Lex(R"("\xD83D")").messages);
-  EXPECT_EQ((Lines{R"(a.mof:1:2: error: unknown escape '\x')"}), Lex(R"("\xDE00")").messages);
-  EXPECT_EQ((std::vector<Seen>{{EKind::kBroken, R"("\q" "b")"}}), Lex(R"("\q" "b")").seen);
+TEST(TMofLexer, UnknownEscapesAreTakenAsTheyAreWritten) {
+  EXPECT_EQ((Lines{R"(a.mof:1:3: warning: unknown escape '\q' is taken as it is written)"}),
+            Lex(R"("a\q")").messages);
+  EXPECT_EQ((Lines{R"(a.mof:1:2: warning: unknown escape '\x' is taken as it is written)"}),
+            Lex(R"("\xg")").messages);
+  EXPECT_EQ((Lines{R"(a.mof:1:2: warning: unknown escape '\x' is taken as it is written)"}),
+            Lex(R"("\xD83D")").messages);
+  EXPECT_EQ((Lines{R"(a.mof:1:2: warning: unknown escape '\x' is taken as it is written)"}),
+            Lex(R"("\xDE00")").messages);
+  EXPECT_EQ((std::vector<Seen>{{EKind::kString, R"("\q" "b")"}}), Lex(R"("\q" "b")").seen);
+  EXPECT_EQ(R"(a\qb\x\xD83D")", TMofLexer::StringValue(R"("a\qb" "\x\xD83D\"")"));
+}
+
+TEST(TMofLexer, BackslashesInIncludedNamesSeparateFolders) {
+  EXPECT_EQ(Lines{}, Lex(R"(#pragma include ("new\CIM_X.mof"))").messages);
+  EXPECT_EQ(R"(new\CIM_X.mof)", TMofLexer::FileName(R"("new\CIM" "_X.mof")"));
+  EXPECT_EQ(R"(\a"b)", TMofLexer::FileName(R"("\\a\"b")"));
+  EXPECT_EQ(1u, Lex(R"(#pragma namespace ("a\q"))").messages.size());
 }
 
 TEST(TMofLexer, StringsEndOnTheirLine) {
@@ -137,7 +149,8 @@ TEST(TMofLexer, StringsEndOnTheirLine) {
             tokens.seen);
   EXPECT_EQ((Lines{"a.mof:1:1: error: the string is not closed on its line"}),
             Lex("\"a\\\"").messages);
-  EXPECT_EQ(2u, Lex("\"a\\").messages.size());
+  EXPECT_EQ((Lines{"a.mof:1:1: error: the string is not closed on its line"}),
+            Lex("\"a\\").messages);
 }
 
 TEST(TMofLexer, Characters) {

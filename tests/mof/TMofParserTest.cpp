@@ -46,14 +46,14 @@ CLASS Test_A as $A : Test_B {
   ASSERT_EQ(3u, cls.qualifiers.size());
   EXPECT_FALSE(cls.qualifiers[0].value);
   EXPECT_EQ(3u, cls.qualifiers[0].flavor.AppliedTo(3));
-  EXPECT_EQ("\"a\" \"b\"", cls.qualifiers[1].value->elements.at(0).text);
+  EXPECT_EQ("\"a\" \"b\"", cls.qualifiers[1].value->scalar.text);
   EXPECT_EQ(0u, cls.qualifiers[1].flavor.AppliedTo(3));
   EXPECT_TRUE(cls.qualifiers[2].value->isArray);
   EXPECT_EQ(2u, cls.qualifiers[2].value->elements.size());
 
   ASSERT_EQ(4u, cls.properties.size());
   EXPECT_EQ(kCIMUInt8, cls.properties[0].type.element);
-  EXPECT_EQ("0x10", cls.properties[0].defaultValue->elements.at(0).text);
+  EXPECT_EQ("0x10", cls.properties[0].defaultValue->scalar.text);
   EXPECT_EQ("Key", cls.properties[0].qualifiers.at(0).name.text);
   EXPECT_EQ(kCIMString, cls.properties[1].type.element);
   EXPECT_TRUE(cls.properties[1].type.isArray);
@@ -105,16 +105,19 @@ TEST(TMofParser, QualifierDeclarations) {
 }
 
 TEST(TMofParser, Instances) {
-  const Parsed parsed(
+  Parsed parsed(
       "Instance Of A as $a { Name = \"x\"; Numbers = {1, 2}; Other = $b; Nothing = NULL; };");
   EXPECT_EQ(Lines{}, parsed.messages);
-  const auto& instance = parsed.file.instances.at(0);
+  TMofReport deaf(0);
+  hav::mof::TMofInstance instance;
+  ASSERT_EQ(1u, parsed.file.instances.size());
+  ASSERT_TRUE(TMofParser(parsed.file, deaf).ReadInstance(parsed.file.instances[0], instance));
   EXPECT_EQ("A", instance.className.text);
   EXPECT_EQ("$a", instance.alias.text);
   ASSERT_EQ(4u, instance.assignments.size());
   EXPECT_EQ("Numbers", instance.assignments[1].name.text);
   EXPECT_EQ(2u, instance.assignments[1].value.elements.size());
-  EXPECT_EQ("$b", instance.assignments[2].value.elements.at(0).text);
+  EXPECT_EQ("$b", instance.assignments[2].value.scalar.text);
 }
 
 TEST(TMofParser, Pragmas) {
@@ -132,6 +135,19 @@ TEST(TMofParser, Pragmas) {
 TEST(TMofParser, UnknownPragmasAreWarnedAbout) {
   EXPECT_EQ((Lines{"a.mof:1:9: warning: pragma 'frobnicate' is not known and has no effect"}),
             ParseMessages("#pragma frobnicate (\"x\")"));
+}
+
+// Whatever their parameters are, and without any.
+TEST(TMofParser, PragmasOfOtherReadersAreWarnedAbout) {
+  EXPECT_EQ((Lines{"a.mof:1:9: warning: pragma 'autorecover' is not known and has no effect",
+                   "a.mof:2:9: warning: pragma 'deleteclass' is not known and has no effect",
+                   "a.mof:3:9: warning: pragma 'classflags' is not known and has no effect"}),
+            ParseMessages("#pragma autorecover\n#pragma deleteclass(\"A\", nofail)\n"
+                          "#pragma classflags(\"forceupdate\", 7)\nclass A {};"));
+  EXPECT_EQ((Lines{"a.mof:1:9: warning: pragma 'x' is not known and has no effect",
+                   "a.mof:2:1: error: expected ')' after the parameters of a pragma, found "
+                   "'#pragma'"}),
+            ParseMessages("#pragma x (\"a\"\n#pragma locale (\"b\")"));
 }
 
 TEST(TMofParser, QualifiersOfInstancesAreWarnedAbout) {
@@ -182,6 +198,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "12: error: expected ':' after the name of a qualifier, "
                   "found ';'"},
         WrongText{"Qualifier A : foo;", "15: error: expected a data type after ':', found 'foo'"},
+        WrongText{"Qualifier A : foo, Scope(any);", "15: error: unknown type 'foo'"},
         WrongText{"Qualifier A : B REF, Scope(any);",
                   "15: error: a qualifier cannot be a reference"},
         WrongText{"Qualifier A : string;",
@@ -214,7 +231,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongText{"class A { uint8 a;",
                   "19: error: expected '}' to end class 'A', found the end of "
                   "the file"},
-        WrongText{"class A { foo a; };", "11: error: expected a property or method, found 'foo'"},
+        WrongText{"class A { foo a; };", "11: error: unknown type 'foo'"},
+        WrongText{"class A { foo; };", "11: error: expected a property or method, found 'foo'"},
         WrongText{"class A { uint8; };",
                   "16: error: expected the name of a property or method, "
                   "found ';'"},
@@ -238,7 +256,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongText{"class A { uint8 a(uint8); };",
                   "24: error: expected the name of a parameter, "
                   "found ')'"},
-        WrongText{"class A { uint8 a(foo b); };", "19: error: expected a parameter, found 'foo'"},
+        WrongText{"class A { uint8 a(foo b); };", "19: error: unknown type 'foo'"},
         WrongText{"class A { uint8 a(uint8 b; };",
                   "26: error: expected ')' after the parameters of "
                   "a method, found ';'"},
@@ -280,7 +298,7 @@ TEST(TMofParser, ReadingGoesOnBehindAnError) {
       "instance of E { a 1; b = 2; };\n"
       "class F { };");
   EXPECT_EQ((Lines{"a.mof:1:19: error: expected ';' after property declaration, found 'b'",
-                   "a.mof:1:31: error: expected a property or method, found 'foo'",
+                   "a.mof:1:31: error: unknown type 'foo'",
                    "a.mof:1:54: error: expected a parameter, found ';'",
                    "a.mof:2:12: error: expected ':' after the name of a qualifier, found ';'",
                    "a.mof:4:1: error: expected ';' after property declaration, found 'class'",

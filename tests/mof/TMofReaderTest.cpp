@@ -37,6 +37,47 @@ TEST(TMofReader, ReadsIncludesWhereTheyStand) {
   EXPECT_TRUE(files.isComplete);
 }
 
+// Errors come in the order of what is read, an included file standing where it is included.
+TEST(TMofReader, MessagesComeInTheOrderOfReading) {
+  const auto files =
+      Read({{"a", "foo;\n" + Include("b") + "class ;\n" + Include("x") + "bar;"}, {"b", "\nfoo;"}},
+           {"a"});
+  EXPECT_EQ((Lines{"a:1:1: error: expected a declaration, found 'foo'",
+                   "b:2:1: error: expected a declaration, found 'foo'",
+                   "a:3:7: error: expected the name of a class, found ';'",
+                   "a:4:18: error: file 'x' is not found",
+                   "a:5:1: error: expected a declaration, found 'bar'"}),
+            files.messages);
+}
+
+std::string Utf16(const std::u16string& text, bool bigEndian) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    const char low = static_cast<char>(unit & 0xFF);
+    const char high = static_cast<char>(unit >> 8);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+  }
+  return bytes;
+}
+
+TEST(TMofReader, ReadsUtf16BehindAByteOrderMark) {
+  const std::u16string text = u"\xFEFF// \xE9 \xD83D\xDE00\nclass A { \xE9 };";
+  for (const bool bigEndian : {false, true}) {
+    const auto files = Read({{"a", Utf16(text, bigEndian)}}, {"a"});
+    EXPECT_EQ((Lines{"a:2:11: error: unexpected character '\xC3\xA9'"}), files.messages);
+  }
+}
+
+TEST(TMofReader, RefusesWhatIsNoUtf16BehindItsMark) {
+  for (const auto& text : {Utf16(u"\xFEFF\xD83D", false), Utf16(u"\xFEFF\xDE00", false),
+                           Utf16(u"\xFEFF\xD83D!", true), Utf16(u"\xFEFF", true) + "a"}) {
+    const auto files = Read({{"a", text}}, {"a"});
+    EXPECT_EQ((Lines{"a: error: file 'a' begins as UTF-16 and does not go on so"}), files.messages);
+    EXPECT_FALSE(files.isComplete);
+  }
+}
+
 TEST(TMofReader, ReadsARepeatedIncludeOnce) {
   const auto files =
       Read({{"a", Include("b") + Include("c") + Include("b")}, {"b", ""}, {"c", Include("b")}},
@@ -91,7 +132,7 @@ TEST(TMofReader, TellsHowFarItIs) {
   TMofReader reader(source, report,
                     [&](std::size_t done, std::size_t total) { steps.emplace_back(done, total); });
   reader.Read({"a"});
-  EXPECT_EQ((std::vector<std::pair<std::size_t, std::size_t>>{{1, 3}, {2, 3}, {3, 3}}), steps);
+  EXPECT_EQ((std::vector<std::pair<std::size_t, std::size_t>>{{1, 2}, {2, 3}, {3, 3}}), steps);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "havcore/client/Declared.h"
 #include "support/RecordingLogger.h"
 #include "support/Walks.h"
 #include "tests/mof/Mof.h"
@@ -55,6 +56,10 @@ TEST_F(TMofSchemaBuilder, ValuesOfTheOtherTypes) {
   EXPECT_EQ(TCIMValue(u'x'), Default("char16 p = 'x'"));
   EXPECT_EQ(TCIMValue(u'A'), Default("char16 p = 65"));
   EXPECT_EQ(TCIMValue("a\"b"), Default("string p = \"a\" \"\\\"b\""));
+  for (const auto* const offset : {"+840", "-720"}) {
+    const auto text = std::string("20240229123456.123456") + offset;
+    EXPECT_EQ(TCIMValue(TCIMDateTime::Parse(text)), Default("datetime p = \"" + text + "\""));
+  }
   EXPECT_EQ(TCIMValue(TCIMDateTime::Parse("20240229123456.123456+060")),
             Default("datetime p = \"20240229123456.123456+060\""));
 }
@@ -114,6 +119,12 @@ INSTANTIATE_TEST_SUITE_P(
                    "22: error: expected a value of type real64, found \"1.0\""},
         WrongValue{"datetime p = 1", "24: error: expected a value of type datetime, found '1'"},
         WrongValue{"datetime p = \"today\"", "24: error: \"today\" is not a datetime"},
+        WrongValue{"datetime p = \"20240229123456.123456+841\"",
+                   "24: error: \"20240229123456.123456+841\" is not a datetime: offsets from UTC "
+                   "go from -720 to +840"},
+        WrongValue{"datetime p = \"20240229123456.123456-721\"",
+                   "24: error: \"20240229123456.123456-721\" is not a datetime: offsets from UTC "
+                   "go from -720 to +840"},
         WrongValue{"uint8 p = {1}", "21: error: expected a value of type uint8, found an array"},
         WrongValue{"uint8 p[] = 1", "23: error: expected a value of type uint8[], found '1'"},
         WrongValue{"uint8 p[2] = {1, 2, 3}",
@@ -164,8 +175,8 @@ TEST_F(TMofSchemaBuilder, MethodsHaveTypesParametersAndQualifiers) {
   EXPECT_EQ(TCIMValue(false), ValueOf(*method->GetParameter("Where", {}), "In"));
   EXPECT_EQ(kCIMReference, method->GetParameter("Where", {})->GetType({}));
   EXPECT_EQ(ArrayOf(kCIMReference), method->GetParameter("All", {})->GetType({}));
-  EXPECT_EQ(TCIMValue("T"), ValueOf(*method->GetParameter("Where", {}), "ReferenceClass"));
-  EXPECT_FALSE(m_loaded.ns->GetQualifierDecl("ReferenceClass", {}));
+  EXPECT_EQ("T", hav::client::ReferencedClassOf(*method->GetParameter("Where", {})));
+  EXPECT_FALSE(m_loaded.ns->GetQualifierDecl("HAV_ReferenceClass", {}));
 }
 
 TEST_F(TMofSchemaBuilder, SuperclassesMayComeLater) {
@@ -248,10 +259,13 @@ INSTANTIATE_TEST_SUITE_P(
         WrongSchema{"class A : A {};", {"a.mof:2:11: error: class 'A' is its own ancestor"}},
         WrongSchema{"class A : B {}; class B : C {}; class C : B {}; class D : A {};",
                     {"a.mof:2:27: error: class 'B' is its own ancestor"}},
-        WrongSchema{"class A {};\nclass a {};",
-                    {"a.mof:3:7: error: class 'a' is declared twice, first at a.mof:2:7"}},
-        WrongSchema{"Qualifier key : boolean, Scope(any);",
-                    {"a.mof:2:11: error: qualifier 'key' is declared twice, first at a.mof:1:11"}},
+        WrongSchema{"class A {};\nclass a { uint8 p; };",
+                    {"a.mof:3:7: error: class 'a' is declared twice and differently, first at "
+                     "a.mof:2:7"}},
+        WrongSchema{
+            "Qualifier key : boolean, Scope(any);",
+            {"a.mof:2:11: error: qualifier 'key' is declared twice and differently, first at "
+             "a.mof:1:11"}},
         WrongSchema{"Qualifier X : uint8 = 256, Scope(any);",
                     {"a.mof:2:23: error: '256' is out of range for uint8"}},
         WrongSchema{"class A { uint8 p; string P; };",
@@ -260,8 +274,6 @@ INSTANTIATE_TEST_SUITE_P(
                     {"a.mof:2:29: error: method 'M' is declared twice"}},
         WrongSchema{"class A { uint8 m(uint8 x, string X); };",
                     {"a.mof:2:35: error: parameter 'X' is declared twice"}},
-        WrongSchema{"class A { uint8 m(); }; class B : A { uint8 m(); };",
-                    {"a.mof:2:45: error: 'm': An element of this name is already defined."}},
         WrongSchema{"class A { A REF r; };",
                     {"a.mof:2:11: error: reference 'r' stands in class 'A', which is no "
                      "association"}},
@@ -284,9 +296,14 @@ INSTANTIATE_TEST_SUITE_P(
                     {"a.mof:2:54: error: qualifier 'Key' contradicts the inherited one, which may "
                      "not be overridden"}},
         WrongSchema{"class A { uint8 p = 300; uint8 q r; }; class B : X {};",
-                    {"a.mof:2:34: error: expected ';' after property declaration, found 'r'",
-                     "a.mof:2:50: error: superclass 'X' is not declared",
-                     "a.mof:2:21: error: '300' is out of range for uint8"}},
+                    {"a.mof:2:21: error: '300' is out of range for uint8",
+                     "a.mof:2:34: error: expected ';' after property declaration, found 'r'",
+                     "a.mof:2:50: error: superclass 'X' is not declared"}},
+        WrongSchema{"[Foo] class A { [Foo] uint8 p; }; [foo] class B {};",
+                    {"a.mof:2:2: error: qualifier 'Foo' is not declared"}},
+        WrongSchema{"Qualifier hav_Order : string, Scope(any);",
+                    {"a.mof:2:11: error: qualifier 'hav_Order' has a name of the program's own: "
+                     "they begin with 'HAV_'"}},
         // What is missing may be in what could not be read.
         WrongSchema{"class ; class A : X { [Foo] uint8 p; };",
                     {"a.mof:2:7: error: expected the name of a class, found ';'"}}));
@@ -318,18 +335,79 @@ INSTANTIATE_TEST_SUITE_P(
                        "14: warning: qualifier 'Key' is not meant for an indication"},
         DoubtfulSchema{"class A { [In] uint8 p; };",
                        "12: warning: qualifier 'In' is not meant for a property"},
-        DoubtfulSchema{"[Association] class A { [MaxLen(1)] A REF p; };",
+        DoubtfulSchema{"[Association] class A { [MaxLen(1)] A REF p; A REF q; };",
                        "26: warning: qualifier 'MaxLen' is not meant for a reference"},
         DoubtfulSchema{"class A { [Key] uint8 m(); };",
                        "12: warning: qualifier 'Key' is not meant for a method"},
         DoubtfulSchema{"class A { uint8 m([Key] uint8 p); };",
                        "20: warning: qualifier 'Key' is not meant for a parameter"},
         DoubtfulSchema{"class A { uint8 p; }; class B : A { uint8 p; };",
-                       "43: warning: property 'p' is left out: class 'B' has one of that name, "
-                       "which this one does not override"},
+                       "43: warning: property 'p' is left out: class 'A' has it, and this one "
+                       "does not override it"},
         DoubtfulSchema{"class A { uint8 p; }; class B : A { [Override] string p; };",
-                       "55: warning: property 'p' is left out: class 'B' has one of that name, "
-                       "which this one does not override"}));
+                       "55: warning: property 'p' is left out: class 'A' has it with type uint8, "
+                       "and an override keeps the type"},
+        DoubtfulSchema{"class A { uint8 m(); }; class B : A { uint8 m(); };",
+                       "45: warning: method 'm' is left out: class 'A' has it, and this one does "
+                       "not override it"},
+        DoubtfulSchema{"class A { uint8 m(); }; class B : A { [Override] string m(); };",
+                       "57: warning: method 'm' is left out: class 'A' has it with type uint8, "
+                       "and an override keeps the type"},
+        DoubtfulSchema{"[Association] class A { A REF r; }; [Association] class B : A {};",
+                       "21: warning: association 'A' has one reference, and associates nothing"}));
+
+// The first declaration counts.
+TEST_F(TMofSchemaBuilder, WhatIsDeclaredAgainIdenticallyIsTakenOnce) {
+  const auto cls = Class(
+      "qualifier KEY : boolean = FALSE, Scope(property, reference), Flavor(disableoverride);"
+      "[Description(\"a\" \"b\")] class A { [Key] uint8 P; uint8 m([In] A ref X); };"
+      "class B : A {};"
+      "[description(\"ab\")] CLASS a { [key] UINT8 p; uint8 M([in] a REF x); };",
+      "A");
+  ASSERT_TRUE(cls);
+  EXPECT_EQ("A", cls->GetName({}));
+  EXPECT_EQ(2u, m_loaded.report.classes);
+  EXPECT_EQ(9u, m_loaded.report.qualifierDecls);
+}
+
+// What the author chose, where it is not the order of the names.
+TEST_F(TMofSchemaBuilder, OrderAndArraySizesAreKept) {
+  const auto cls = Class(
+      "class A { uint8 z; uint8 stop(uint8 y[2], uint8 x); uint8 a[3]; };"
+      "class B : A { uint8 m; [Override] uint8 z; uint8 c; };",
+      "B");
+  ASSERT_TRUE(cls);
+  const auto a = cls->GetSuperClass({});
+  Lines names;
+  for (const auto& decl : hav::client::PropertyDeclsOf(*cls)) names.push_back(decl->GetName({}));
+  EXPECT_EQ((Lines{"a", "m", "z", "c"}), names);
+  names.clear();
+  for (const auto& member : hav::client::OwnDeclsOf(*a))
+    names.push_back(member.property ? member.property->GetName({}) : member.method->GetName({}));
+  EXPECT_EQ((Lines{"z", "stop", "a"}), names);
+  names.clear();
+  const auto stop = hav::client::MethodDeclsOf(*cls).at(0);
+  for (const auto& parameter : hav::client::ParametersOf(*stop))
+    names.push_back(parameter->GetName({}));
+  EXPECT_EQ((Lines{"y", "x"}), names);
+  EXPECT_EQ(3u, hav::client::ArraySizeOf(*a->GetPropertyDecl("a", {})));
+  EXPECT_EQ(0u, hav::client::ArraySizeOf(*a->GetPropertyDecl("z", {})));
+  EXPECT_EQ(2u, hav::client::ArraySizeOf(*stop->GetParameter("y", {})));
+}
+
+// Nobody sees what it is kept in, and nothing inherits it.
+TEST_F(TMofSchemaBuilder, KeepingShowsNowhere) {
+  const auto cls =
+      Class("class A { uint8 z[3]; uint8 a; }; class B : A { [Override] uint8 z[]; };", "A");
+  ASSERT_TRUE(cls);
+  EXPECT_EQ((Names{"HAV_DeclaredOrder"}), QualifierNames(cls));
+  EXPECT_TRUE(hav::client::QualifiersOf(*cls).empty());
+  EXPECT_TRUE(hav::client::QualifiersOf(*cls->GetPropertyDecl("z", {})).empty());
+  const auto sub = m_loaded.ns->GetClass("B", {});
+  EXPECT_EQ(Names{}, QualifierNames(sub));
+  EXPECT_EQ((Names{"Override"}), QualifierNames(sub->GetPropertyDecl("z", {})));
+  EXPECT_FALSE(m_loaded.ns->GetQualifierDecl("HAV_DeclaredOrder", {}));
+}
 
 // Each level is named before its superclass.
 TEST_F(TMofSchemaBuilder, DeepHierarchiesLoad) {

@@ -67,25 +67,44 @@ std::string RoundTrip(const std::string& text) {
   return written.substr(written.find("class "));
 }
 
+// Of a qualifier that may be overridden, it would become the class's own.
+TEST(TMofWriter, AssociationsAndIndicationsAlwaysSayWhatTheyAre) {
+  const auto written = RoundTrip(
+      "[Abstract, Association] class A {}; [Description(\"d\")] class B : A {};"
+      "[Indication] class I {}; class J : I {};");
+  EXPECT_NE(std::string::npos, written.find("[Association,\n Description (\"d\")]\nclass B : A"));
+  EXPECT_NE(std::string::npos, written.find("[Indication]\nclass J : I"));
+  RecordingLogger logger;
+  const auto loaded = Load({{"a.mof",
+                             "Qualifier Association : boolean, Scope(association);"
+                             "[Association] class A {}; class B : A {};"}},
+                           {"a.mof"});
+  EXPECT_NE(std::string::npos, Written(*loaded.ns).find("\nclass B : A"));
+  EXPECT_EQ(std::string::npos, Written(*loaded.ns).find("[Association]\nclass B : A"));
+}
+
 TEST(TMofWriter, AClassReadsAsItWasWritten) {
-  EXPECT_EQ(R"(class A
+  EXPECT_EQ(
+      R"(class A
 {
   [Description ("p"),
    Key]
   string p = "x\"y";
   B REF q;
-  [Values {"a", NULL} : DisableOverride ToSubclass]
-  uint8 r[] = {1, 2};
+  A REF b;
   [Description ("m")]
   uint32 m(
     [In]
-    string Names[],
-    object REF Other,
-    A REF Self);
-  boolean n();
+    string Names[7],
+    A REF Self,
+    object REF Other);
+  [Values {"a", NULL} : DisableOverride ToSubclass]
+  uint8 r[3] = {1, 2};
+  boolean k();
 };
 
-[Description ("sub")]
+[Association,
+ Description ("sub")]
 class B : A
 {
   [Description ("p"),
@@ -101,12 +120,12 @@ instance of A
 };
 
 )",
-            RoundTrip("[Association] class A { [Key, Description(\"p\")] string p = \"x\\\"y\";"
-                      " B REF q; [Values {\"a\", NULL} : DisableOverride] uint8 r[3] = {1, 2};"
-                      " [Description(\"m\")] uint32 m([In] string Names[], A REF Self,"
-                      " object REF Other); boolean n(); };"
-                      "[Description(\"sub\")] class B : A { [Override(\"p\")] string p = NULL; };"
-                      "instance of A { p = \"1\"; r = NULL; };"));
+      RoundTrip("[Association] class A { [Key, Description(\"p\")] string p = \"x\\\"y\";"
+                " B REF q; A REF b; [Description(\"m\")] uint32 m([In] string Names[7], A REF Self,"
+                " object REF Other); [Values {\"a\", NULL} : DisableOverride]"
+                " uint8 r[3] = {1, 2}; boolean k(); };"
+                "[Description(\"sub\")] class B : A { [Override(\"p\")] string p = NULL; };"
+                "instance of A { p = \"1\"; r = NULL; };"));
 }
 
 TEST(TMofWriter, EveryTypeOfValueRoundTrips) {

@@ -1,0 +1,89 @@
+#include "mof/MofSyntax.h"
+
+#include <algorithm>
+
+#include "havcore/client/FoldedName.h"
+
+namespace hav::mof {
+
+using client::SameName;
+
+namespace {
+
+bool Same(const TMofName& a, const TMofName& b) { return SameName(a.text, b.text); }
+
+bool Same(const TMofToken& a, const TMofToken& b) {
+  if (a.kind != b.kind) return false;
+  switch (a.kind) {
+    case TMofToken::EKind::kString:
+      return TMofLexer::StringValue(a.text) == TMofLexer::StringValue(b.text);
+    case TMofToken::EKind::kName:
+    case TMofToken::EKind::kAlias: return SameName(a.text, b.text);
+    default: return a.text == b.text;
+  }
+}
+
+bool Same(const TMofType& a, const TMofType& b) {
+  return a.element == b.element && Same(a.referenced, b.referenced) && a.isArray == b.isArray &&
+         a.arraySize == b.arraySize;
+}
+
+bool Same(const TMofFlavor& a, const TMofFlavor& b) {
+  return a.set == b.set && a.cleared == b.cleared;
+}
+
+bool Same(const TMofQualifier& a, const TMofQualifier& b);
+bool Same(const TMofParameter& a, const TMofParameter& b);
+bool Same(const TMofProperty& a, const TMofProperty& b);
+bool Same(const TMofMethod& a, const TMofMethod& b);
+
+template <class T>
+bool Same(const std::vector<T>& a, const std::vector<T>& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](const T& one, const T& other) { return Same(one, other); });
+}
+
+bool Same(const std::optional<TMofValue>& a, const std::optional<TMofValue>& b) {
+  if (!a || !b) return !a && !b;
+  return a->isArray == b->isArray && Same(a->scalar, b->scalar) && Same(a->elements, b->elements);
+}
+
+bool Same(const TMofQualifier& a, const TMofQualifier& b) {
+  return Same(a.name, b.name) && Same(a.value, b.value) && Same(a.flavor, b.flavor);
+}
+
+bool Same(const TMofParameter& a, const TMofParameter& b) {
+  return Same(a.name, b.name) && Same(a.type, b.type) && Same(a.qualifiers, b.qualifiers);
+}
+
+bool Same(const TMofProperty& a, const TMofProperty& b) {
+  return Same(a.name, b.name) && Same(a.type, b.type) && Same(a.qualifiers, b.qualifiers) &&
+         Same(a.defaultValue, b.defaultValue);
+}
+
+bool Same(const TMofMethod& a, const TMofMethod& b) {
+  return Same(a.name, b.name) && Same(a.returnType, b.returnType) &&
+         Same(a.qualifiers, b.qualifiers) && Same(a.parameters, b.parameters);
+}
+
+}  // namespace
+
+bool TMofValue::HasAlias() const noexcept {
+  const auto isAlias = [](const TMofToken& token) {
+    return token.kind == TMofToken::EKind::kAlias;
+  };
+  return isArray ? std::any_of(elements.begin(), elements.end(), isAlias) : isAlias(scalar);
+}
+
+bool Same(const TMofQualifierDecl& a, const TMofQualifierDecl& b) {
+  return Same(a.name, b.name) && Same(a.type, b.type) && Same(a.defaultValue, b.defaultValue) &&
+         a.scope == b.scope && Same(a.flavor, b.flavor);
+}
+
+bool Same(const TMofClass& a, const TMofClass& b) {
+  return Same(a.name, b.name) && Same(a.alias, b.alias) && Same(a.superclass, b.superclass) &&
+         Same(a.qualifiers, b.qualifiers) && Same(a.properties, b.properties) &&
+         Same(a.methods, b.methods);
+}
+
+}  // namespace hav::mof
