@@ -5,8 +5,8 @@
 #include <string>
 
 #include "support/CompareNamespaces.h"
+#include "support/FailingAllocations.h"
 #include "support/RecordingLogger.h"
-#include "tests/model/FailingAllocations.h"
 #include "tests/mof/Mof.h"
 
 namespace havtest {
