@@ -58,7 +58,7 @@ function cachesOf(processor) {
 function boxes(number, style, textOf) {
   const shown = number > kBoxes ? kBoxes - 1 : number;
   return h('div.boxes', {}, Array.from({length: shown}, (_, at) => h('span.box.' + style, {}, textOf(at))),
-    number > shown && h('span.box.' + style, {}, '+' + (number - shown)));
+    number > shown && h('span.box.rest.' + style, {}, '+' + (number - shown)));
 }
 
 function cacheRow(cache) {

@@ -257,6 +257,17 @@ class Report(browser.PageTest):
         self.type("#search", "nowhere")
         self.wait(lambda: self.texts("#found .note") == ["Nothing matches “nowhere”."])
 
+    def test_WhatIsFoundLiesAboveAllElse(self):
+        for width in (360, 1400):
+            self.show_machine(width=width)
+            self.type("#search", "disk")
+            self.wait(lambda: self.all(".option"))
+            self.assertTrue(self.run_script("""
+                return [...document.querySelectorAll('.option')].every((option) => {
+                  const {left, top, height} = option.getBoundingClientRect();
+                  return option.contains(document.elementFromPoint(left + 20, top + height / 2));
+                });"""), width)
+
     # Graph
 
     def show_graph(self):
