@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "havcore/client/Enumerate.h"
 #include "havcore/client/Utf8.h"
 #include "havhost/Paths.h"
 #include "havhost/THostError.h"
@@ -89,6 +90,8 @@ void TakeInventory(TPluginLoader& plugin, ICIMNamespace& target, const TSettings
   CollectInventory(target, TMachine(settings.rootFolder), [&](const TFailure& lack) {
     console.err << "havhost: not in the inventory: " << Printable(lack.ToString()) << '\n';
   });
+  if (InstancesOf(*target.GetClass("<root>", {}), true).empty())
+    throw THostError("nothing is found of the machine in '" + settings.rootFolder + "'");
   const auto switches = CachesFound(target);
   for (std::size_t i = 0; i < switches.size(); ++i)
     plugin.CacheSwitch(static_cast<int>(i) + 1) = switches[i];

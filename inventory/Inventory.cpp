@@ -112,6 +112,10 @@ TCollection GatherInventory(const std::vector<std::unique_ptr<ICollector>>& coll
       collection.Fail("collector", failure.what());
     }
   }
+  // Devices belong to a computer also when it does not tell its name; this is the one that
+  // every computer has for itself.
+  if (!collection.Find(TCollection::kSystem) && !collection.Elements().empty())
+    collection.Add(TCollection::kSystem, "ORVSG_ComputerSystem", "localhost");
   return collection;
 }
 

@@ -24,7 +24,8 @@ using TReportFailure = std::function<void(const TFailure&)>;
 void CollectInventory(NORVHAV20::ICIMNamespace& target, const TMachine& machine,
                       const TReportFailure& report);
 
-// Runs every collector of this platform. The failures stand in the collection.
+// Runs every collector of this platform. The failures stand in the collection. When anything
+// was found there is a computer system, "localhost" where it does not tell its name.
 TCollection GatherInventory(const TMachine& machine);
 // The same with collectors of the caller's choice.
 TCollection GatherInventory(const std::vector<std::unique_ptr<ICollector>>& collectors);

@@ -11,6 +11,13 @@ std::unique_ptr<ISystemCalls> MakeSystemCalls(const TMachine& machine) {
   return std::make_unique<TRecordedCalls>(machine);
 }
 
+std::optional<std::string> KnownText(const ISystemCalls& calls, const std::string& device,
+                                     const std::optional<std::string>& kind, const char* property,
+                                     TCollection& failures) {
+  if (auto text = PropertyOf(calls.DeviceProperties(device, failures), property)) return text;
+  return kind ? PropertyOf(calls.HardwareProperties(*kind, failures), property) : std::nullopt;
+}
+
 std::optional<std::string> PropertyOf(const ISystemCalls::TProperties& properties,
                                       const char* name) {
   const auto found = properties.find(name);

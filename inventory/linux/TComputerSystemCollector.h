@@ -5,6 +5,9 @@
 //        /sys/class/dmi/id/*                            maker, model, numbers, firmware
 //        /proc/device-tree/model, serial-number         the same on machines without DMI
 //        /proc/cpuinfo                                  whether there is a hypervisor
+//        /sys/hypervisor/type, /proc/device-tree/hypervisor/compatible, /proc/ppc64/lparcfg,
+//        /proc/sysinfo                                  which one there is
+// Calls: cpuid                                          the same
 #pragma once
 
 #include "inventory/ICollector.h"

@@ -14,6 +14,9 @@ namespace {
 // The kernel counts sizes and places in sectors of 512 bytes whatever the blocks of a disk.
 constexpr std::uint64_t kSectorSize = 512;
 
+// Media, as the schema numbers them.
+constexpr std::uint16_t kHardDisk = 3, kSolidState = 4, kOpticalDisc = 5;
+
 bool StartsWith(const std::string& text, std::string_view start) {
   return text.compare(0, start.size(), start) == 0;
 }
@@ -28,14 +31,15 @@ class TBlockDevices {
     if (!m_files.Require("/sys/block")) return;
     for (const auto& name : m_files.Folder("/sys/block")) {
       const std::string path = "/sys/block/" + name + "/";
+      const bool optical = IsOptical(name, path);
       const auto sectors = Sectors(path);
-      if (sectors == std::uint64_t{0} || IsInMemory(name)) continue;
+      if ((sectors == std::uint64_t{0} && !optical) || IsInMemory(name)) continue;
       const auto id = DeviceId(path);
       if (!id) continue;
       if (m_files.Exists(path + "dm") || m_files.Exists(path + "md"))
         AddVolume(*id, name, path, sectors);
       else
-        AddDisk(*id, name, path, sectors);
+        AddDisk(*id, name, path, optical && !HasMedium(path, sectors) ? std::nullopt : sectors);
       AddPartitions(*id, path);
     }
   }
@@ -43,6 +47,18 @@ class TBlockDevices {
  private:
   static bool IsInMemory(const std::string& name) {
     return StartsWith(name, "loop") || StartsWith(name, "ram") || StartsWith(name, "zram");
+  }
+
+  // A SCSI device of this type is a drive for discs.
+  bool IsOptical(const std::string& name, const std::string& path) {
+    return StartsWith(name, "sr") || m_files.Line(path + "device/type") == "5";
+  }
+
+  // An empty drive still has the size that the kernel begins with, or none.
+  bool HasMedium(const std::string& path, std::optional<std::uint64_t> sectors) {
+    constexpr std::uint64_t kBeforeAnyMedium = 0x1FFFFF;
+    if (PropertyOf(Properties(path), "ID_CDROM_MEDIA")) return true;
+    return sectors && *sectors != 0 && *sectors != kBeforeAnyMedium;
   }
 
   // Without a number, nothing can be associated with the device, and it is left out.
@@ -85,7 +101,8 @@ class TBlockDevices {
         .Set("SerialNumber", SerialNumber(path, known))
         .Set("FirmwareRevision", FirmwareRevision(path, known))
         .Set("BusType", bus)
-        .Set("MediaType", MediaType(path, bus))
+        .Set("MediaType",
+             IsOptical(name, path) ? std::optional(kOpticalDisc) : MediaType(path, bus))
         .Set("Removable", m_files.Flag(path + "removable"))
         .Set("LogicalBlockSize", m_files.Number<std::uint32_t>(path + "queue/logical_block_size"))
         .Set("PhysicalBlockSize",
@@ -138,7 +155,6 @@ class TBlockDevices {
   // Virtual disks claim to rotate, which says nothing of what is behind them.
   std::optional<std::uint16_t> MediaType(const std::string& path,
                                          const std::optional<std::string>& bus) {
-    constexpr std::uint16_t kHardDisk = 3, kSolidState = 4;
     const auto rotates = m_files.Flag(path + "queue/rotational");
     if (!rotates || bus == "virtio") return std::nullopt;
     return *rotates ? kHardDisk : kSolidState;

@@ -5,8 +5,8 @@
 //        /sys/block/VOLUME/dm, md, slaves  how a volume is made
 // Uses:  libudev                      names and numbers that only the device database has
 //
-// An element here has the id "block:MAJOR:MINOR". RAM disks, loop devices, and drives without
-// a medium are left out.
+// An element here has the id "block:MAJOR:MINOR". RAM disks, loop devices, and disk drives
+// without a medium are left out; an optical drive without a disc has no size.
 #pragma once
 
 #include "inventory/ICollector.h"

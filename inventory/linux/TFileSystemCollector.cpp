@@ -111,7 +111,9 @@ class TFileSystems {
 
  private:
   void ReadTypesWithoutDevice() {
-    for (const auto& line : Lines(m_files.Text("/proc/filesystems").value_or(""))) {
+    const auto text = m_files.Text("/proc/filesystems");
+    m_knowsTypes = text.has_value();
+    for (const auto& line : Lines(text.value_or(""))) {
       const auto words = Words(line);
       if (words.size() == 2 && words[0] == "nodev") m_typesWithoutDevice.emplace_back(words[1]);
     }
@@ -119,9 +121,13 @@ class TFileSystems {
 
   // Whatever the root is, the system runs from it.
   bool HoldsData(const TMount& mount) const {
-    return mount.point == "/" || HoldsDataWithoutDevice(mount.type) ||
-           std::find(m_typesWithoutDevice.begin(), m_typesWithoutDevice.end(), mount.type) ==
-               m_typesWithoutDevice.end();
+    if (mount.point == "/" || HoldsDataWithoutDevice(mount.type)) return true;
+    // Without the list of types, one that is on no device is taken for the kernel's own.
+    if (!m_knowsTypes)
+      return mount.deviceNumber.compare(0, 2, "0:") != 0 ||
+             mount.source.compare(0, 5, "/dev/") == 0;
+    return std::find(m_typesWithoutDevice.begin(), m_typesWithoutDevice.end(), mount.type) ==
+           m_typesWithoutDevice.end();
   }
 
   // Adds one file system that is mounted in one or more places.
@@ -175,6 +181,7 @@ class TFileSystems {
   std::unique_ptr<ISystemCalls> m_calls;
   TCollection& m_collection;
   std::vector<std::string> m_typesWithoutDevice;
+  bool m_knowsTypes = false;
 };
 
 }  // namespace

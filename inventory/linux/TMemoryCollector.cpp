@@ -1,11 +1,13 @@
 #include "inventory/linux/TMemoryCollector.h"
 
+#include "inventory/Smbios.h"
 #include "inventory/linux/TSystemFiles.h"
 
 namespace hav::inventory {
 namespace {
 
 constexpr const char* kPath = "/proc/meminfo";
+constexpr const char* kModules = "/sys/firmware/dmi/tables/DMI";
 
 // "24684096 kB" in bytes.
 std::optional<std::uint64_t> Bytes(TSystemFiles& files, const std::string& text) {
@@ -16,10 +18,7 @@ std::optional<std::uint64_t> Bytes(TSystemFiles& files, const std::string& text)
   return std::nullopt;
 }
 
-}  // namespace
-
-void TMemoryCollector::Collect(TCollection& collection) {
-  TSystemFiles files(m_machine, collection);
+void AddMemory(TSystemFiles& files, TCollection& collection) {
   if (!files.Require(kPath)) return;
   const auto text = files.Text(kPath);
   if (!text) return;
@@ -37,6 +36,14 @@ void TMemoryCollector::Collect(TCollection& collection) {
       .Set("FreeSize", bytes("MemFree"))
       .Set("SwapSize", bytes("SwapTotal"))
       .Set("SwapFreeSize", bytes("SwapFree"));
+}
+
+}  // namespace
+
+void TMemoryCollector::Collect(TCollection& collection) {
+  TSystemFiles files(m_machine, collection);
+  AddMemory(files, collection);
+  if (const auto table = files.Text(kModules)) AddMemoryModules(MemoryModules(*table), collection);
 }
 
 }  // namespace hav::inventory

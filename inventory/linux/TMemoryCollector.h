@@ -1,6 +1,7 @@
-// TMemoryCollector: main memory and swap space.
+// TMemoryCollector: main memory and swap space, and the modules that the memory is made of.
 //
-// Reads: /proc/meminfo
+// Reads: /proc/meminfo                  sizes
+//        /sys/firmware/dmi/tables/DMI   modules; for root only
 #pragma once
 
 #include "inventory/ICollector.h"

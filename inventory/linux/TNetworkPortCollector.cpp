@@ -12,7 +12,6 @@ namespace {
 // Link-layer types, as the kernel numbers them.
 constexpr std::uint32_t kEthernet = 1;
 constexpr std::uint32_t kInfiniBand = 32;
-constexpr std::uint32_t kLoopback = 772;
 
 std::optional<std::uint16_t> LinkStatus(TSystemFiles& files, const std::string& path) {
   constexpr std::array<std::pair<std::string_view, std::uint16_t>, 6> kStates{
@@ -58,13 +57,14 @@ std::optional<std::string> SpeedDuplex(std::optional<std::uint64_t> megabits,
   return text.empty() ? std::nullopt : std::optional(text);
 }
 
+template <class TextOf>
 void AddPhysicalProperties(TElement& port, TSystemFiles& files, const std::string& path,
-                           const ISystemCalls::TProperties& properties) {
+                           TextOf&& textOf) {
   auto megabits = files.Number<std::uint64_t>(path + "speed");
   if (megabits == std::uint64_t{0xFFFFFFFF}) megabits.reset();  // -1 of older kernels
   const auto fullDuplex = FullDuplex(files, path);
-  port.Set("Manufacturer", PropertyOf(properties, "ID_VENDOR_FROM_DATABASE"))
-      .Set("Model", PropertyOf(properties, "ID_MODEL_FROM_DATABASE"))
+  port.Set("Manufacturer", textOf("ID_VENDOR_FROM_DATABASE"))
+      .Set("Model", textOf("ID_MODEL_FROM_DATABASE"))
       .Set("Driver", files.LinkName(path + "device/driver"))
       .Set("Speed", Times(megabits, 1000000))
       .Set("FullDuplex", fullDuplex)
@@ -82,7 +82,7 @@ void TNetworkPortCollector::Collect(TCollection& collection) {
     const std::string path = "/sys/class/net/" + name + "/";
     const auto type = files.Number<std::uint32_t>(path + "type");
     // The folder also holds files of drivers, which are no ports.
-    if (type == kLoopback || !files.Exists(path + "ifindex")) continue;
+    if (!files.Exists(path + "ifindex")) continue;
     const bool physical = files.Exists(path + "device");
     auto& port = collection.AddSystemDevice(
         "port:" + name, physical ? "ORVSG_PhysicalNetworkPort" : "ORVSG_NetworkPort", name);
@@ -94,11 +94,12 @@ void TNetworkPortCollector::Collect(TCollection& collection) {
         .Set("MaximumTransmissionUnit", files.Number<std::uint32_t>(path + "mtu"));
     if (!physical) continue;
     const auto index = files.Number<std::uint32_t>(path + "ifindex");
-    const auto properties = index
-                                ? calls->DeviceProperties("n" + std::to_string(*index), collection)
-                                : ISystemCalls::TProperties();
+    const auto kind = files.Line(path + "device/modalias");
+    const auto textOf = [&](const char* property) {
+      return KnownText(*calls, "n" + std::to_string(index.value_or(0)), kind, property, collection);
+    };
     port.Set("PortType", PortType(files, path, type));
-    AddPhysicalProperties(port, files, path, properties);
+    AddPhysicalProperties(port, files, path, textOf);
   }
 }
 

@@ -4,7 +4,7 @@
 // Calls: getifaddrs             network addresses
 // Uses:  libudev                names of maker and model
 //
-// A port with a device behind it is a physical one. The loopback port is left out.
+// A port with a device behind it is a physical one.
 #pragma once
 
 #include "inventory/ICollector.h"

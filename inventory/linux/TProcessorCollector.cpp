@@ -1,7 +1,10 @@
 #include "inventory/linux/TProcessorCollector.h"
 
 #include <algorithm>
+#include <array>
+#include <initializer_list>
 #include <map>
+#include <utility>
 
 #include "inventory/TCaches.h"
 #include "inventory/linux/TSystemFiles.h"
@@ -37,9 +40,68 @@ std::optional<std::string> InfoText(hwloc_obj_t object, const char* name) {
   return std::string(trimmed);
 }
 
+// What a processor says of itself in its entry.
+class TIdentity {
+ public:
+  explicit TIdentity(const TCpuInfo& entry) : m_entry(entry) {}
+
+  // "cpu" on POWER, "Processor" on old ARM.
+  std::optional<std::string> Model() const { return Text({"model name", "cpu", "Processor"}); }
+  std::optional<std::string> Manufacturer() const {
+    if (const auto vendor = Text({"vendor_id"})) return vendor;
+    return ArmImplementer();
+  }
+  std::optional<std::uint32_t> Number(std::initializer_list<const char*> keys) const {
+    const auto text = Text(keys);
+    if (!text) return std::nullopt;
+    return ParseNumber<std::uint32_t>(*text, text->compare(0, 2, "0x") == 0 ? 16 : 10);
+  }
+
+ private:
+  // The first key that has a text counts.
+  std::optional<std::string> Text(std::initializer_list<const char*> keys) const {
+    for (const auto* const key : keys) {
+      const auto found = m_entry.find(key);
+      if (found != m_entry.end() && !found->second.empty() && IsReadable(found->second))
+        return found->second;
+    }
+    return std::nullopt;
+  }
+
+  // ARM gives its licensees numbers.
+  std::optional<std::string> ArmImplementer() const {
+    constexpr std::array<std::pair<std::uint32_t, const char*>, 12> kImplementers{
+        {{0x41, "ARM"},
+         {0x42, "Broadcom"},
+         {0x43, "Cavium"},
+         {0x46, "Fujitsu"},
+         {0x48, "HiSilicon"},
+         {0x4e, "NVIDIA"},
+         {0x50, "Applied Micro"},
+         {0x51, "Qualcomm"},
+         {0x53, "Samsung"},
+         {0x56, "Marvell"},
+         {0x61, "Apple"},
+         {0xc0, "Ampere"}}};
+    const auto number = Number({"CPU implementer"});
+    for (const auto& [implementer, name] : kImplementers)
+      if (number == implementer) return std::string(name);
+    return std::nullopt;
+  }
+
+  const TCpuInfo& m_entry;
+};
+
+// hwloc knows the processor where it knows the architecture; what a machine recorded of itself
+// may lack that.
 std::optional<std::uint32_t> InfoNumber(hwloc_obj_t object, const char* name) {
   const auto text = InfoText(object, name);
   return text ? ParseNumber<std::uint32_t>(*text) : std::nullopt;
+}
+
+template <class T>
+std::optional<T> FirstOf(std::optional<T> first, std::optional<T> second) {
+  return first ? std::move(first) : std::move(second);
 }
 
 TCaches::EType CacheType(hwloc_obj_cache_type_t type) {
@@ -112,17 +174,23 @@ class TProcessors {
         m_collection.AddSystemDevice(ProcessorId(index), "ORVSG_Processor", ProcessorName(index));
     const bool isPackage = package->type == HWLOC_OBJ_PACKAGE;
     const bool numbered = isPackage && package->os_index != HWLOC_UNKNOWN_INDEX;
-    processor.Describe(InfoText(package, "CPUModel"))
-        .Set("Manufacturer", InfoText(package, "CPUVendor"))
+    const int first = hwloc_bitmap_first(package->cpuset);
+    const auto& entry = m_cpuInfo[first < 0 ? 0 : static_cast<unsigned>(first)];
+    const TIdentity identity(entry);
+    processor.Describe(FirstOf(InfoText(package, "CPUModel"), identity.Model()))
+        .Set("Manufacturer", FirstOf(InfoText(package, "CPUVendor"), identity.Manufacturer()))
         .Set("SocketNumber",
              numbered ? std::optional<std::uint32_t>(package->os_index) : std::nullopt)
         .Set("CPUStatus", std::optional(kEnabled))
         .Set("NumberOfCores", Known(Count(package, HWLOC_OBJ_CORE)))
         .Set("NumberOfLogicalProcessors", Known(Count(package, HWLOC_OBJ_PU)))
-        .Set("FamilyNumber", InfoNumber(package, "CPUFamilyNumber"))
-        .Set("ModelNumber", InfoNumber(package, "CPUModelNumber"))
-        .Set("Stepping", InfoNumber(package, "CPUStepping"));
-    SetFromFirstThread(processor, package);
+        .Set("FamilyNumber", FirstOf(InfoNumber(package, "CPUFamilyNumber"),
+                                     identity.Number({"cpu family", "CPU architecture"})))
+        .Set("ModelNumber",
+             FirstOf(InfoNumber(package, "CPUModelNumber"), identity.Number({"model", "CPU part"})))
+        .Set("Stepping", FirstOf(InfoNumber(package, "CPUStepping"),
+                                 identity.Number({"stepping", "CPU revision"})));
+    if (first >= 0) SetFromThread(processor, static_cast<unsigned>(first), entry);
     m_caches.SetLevels(processor, index);
   }
 
@@ -132,24 +200,22 @@ class TProcessors {
     return count > 0 ? static_cast<std::uint32_t>(count) : 0;
   }
 
-  // Speed and microcode are those of the package's first thread.
-  void SetFromFirstThread(TElement& processor, hwloc_obj_t package) {
-    const int first = hwloc_bitmap_first(package->cpuset);
-    if (first < 0) return;
+  // Speed and microcode are those of one thread, the package's first.
+  void SetFromThread(TElement& processor, unsigned thread, const TCpuInfo& entry) {
     const std::string folder =
-        std::string(kCpuFolder) + "/cpu" + std::to_string(first) + "/cpufreq/";
+        std::string(kCpuFolder) + "/cpu" + std::to_string(thread) + "/cpufreq/";
     const auto maximum = m_files.Number<std::uint32_t>(folder + "cpuinfo_max_freq");
     auto current = m_files.Number<std::uint32_t>(folder + "scaling_cur_freq");
     if (maximum) processor.Set("MaxClockSpeedMHz", std::optional(*maximum / 1000));
     if (current) current = *current / 1000;
-    const auto& entry = m_cpuInfo[static_cast<unsigned>(first)];
     const auto text = [&entry](const char* key) {
       const auto found = entry.find(key);
       return found == entry.end() ? std::string() : found->second;
     };
-    if (!current) {
-      const auto megahertz = text("cpu MHz");
-      current = ParseNumber<std::uint32_t>(megahertz.substr(0, megahertz.find('.')));
+    // "2400.125", and on POWER "3800.000000MHz".
+    for (const auto* const key : {"cpu MHz", "clock"}) {
+      const auto megahertz = text(key);
+      if (!current) current = ParseNumber<std::uint32_t>(megahertz.substr(0, megahertz.find('.')));
     }
     processor.Set("CurrentClockSpeedMHz", current)
         .Set("MicrocodeRevision", ParseNumber<std::uint64_t>(text("microcode"), 16));
@@ -167,8 +233,12 @@ class TProcessors {
 
 void TProcessorCollector::Collect(TCollection& collection) {
   TSystemFiles files(m_machine, collection);
-  // Without this folder hwloc would make a processor up.
-  if (!files.Require(std::string(kCpuFolder) + "/cpu0/topology")) return;
+  // Where no thread is online hwloc would make a processor up.
+  const auto names = files.Folder(kCpuFolder);
+  const bool any = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+    return files.Exists(std::string(kCpuFolder) + "/" + name + "/topology");
+  });
+  if (!any) return files.Fail(kCpuFolder, "tells of no processor");
   TProcessors(m_machine, collection).Collect();
 }
 

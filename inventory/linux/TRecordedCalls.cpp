@@ -1,5 +1,7 @@
 #include "inventory/linux/TRecordedCalls.h"
 
+#include <algorithm>
+
 #include "inventory/Text.h"
 #include "inventory/linux/TSystemFiles.h"
 
@@ -7,6 +9,23 @@ namespace hav::inventory {
 namespace {
 
 constexpr const char* kGathered = "/proc/hwloc-nofile-info";
+
+using TCpuInfo = std::map<std::string, std::string, std::less<>>;
+
+// What the processors' own entries leave no doubt about.
+std::optional<std::string> ArchitectureOf(const TCpuInfo& cpu) {
+  const auto text = [&cpu](const char* key) {
+    const auto found = cpu.find(key);
+    return found == cpu.end() ? std::string() : found->second;
+  };
+  const auto flags = text("flags");
+  const auto words = Words(flags);
+  if (std::find(words.begin(), words.end(), "lm") != words.end()) return "x86_64";
+  if (text("CPU architecture") == "8") return "aarch64";
+  if (text("isa").compare(0, 4, "rv64") == 0) return "riscv64";
+  if (text("vendor_id") == "IBM/S390") return "s390x";
+  return std::nullopt;
+}
 
 }  // namespace
 
@@ -44,11 +63,32 @@ ISystemCalls::TAddresses TRecordedCalls::NetworkAddresses(TCollection& failures)
   return addresses;
 }
 
+ISystemCalls::TProperties TRecordedCalls::HardwareProperties(const std::string& kind,
+                                                             TCollection& failures) const {
+  TProperties properties;
+  const auto text = TSystemFiles(m_machine, failures).Text("/calls/hardware");
+  for (const auto& line : Lines(text.value_or(""))) {
+    if (line.compare(0, kind.size() + 1, kind + " ") != 0) continue;
+    const auto equals = line.find('=');
+    if (equals != line.npos)
+      properties.emplace(
+          std::string(Trim(std::string_view(line).substr(kind.size(), equals - kind.size()))),
+          line.substr(equals + 1));
+  }
+  return properties;
+}
+
+std::optional<std::string> TRecordedCalls::HypervisorSignature(TCollection& failures) const {
+  return TSystemFiles(m_machine, failures).Line("/calls/hypervisor");
+}
+
 std::optional<std::string> TRecordedCalls::Architecture(TCollection& failures) const {
   TSystemFiles files(m_machine, failures);
   const auto entries = KeyValues(files.Text(kGathered).value_or(""), ':');
   const auto found = entries.find("Architecture");
-  return found == entries.end() ? std::nullopt : files.Readable(kGathered, found->second);
+  if (found != entries.end()) return files.Readable(kGathered, found->second);
+  if (auto kernels = files.Line("/proc/sys/kernel/arch")) return kernels;
+  return ArchitectureOf(KeyValues(files.Text("/proc/cpuinfo").value_or(""), ':'));
 }
 
 }  // namespace hav::inventory

@@ -4,7 +4,10 @@
 // Reads: /run/udev/data/DEVICE    the device database as it is on a running system
 //        /calls/filesystems       "SIZE AVAILABLE MOUNTPOINT" for each file system, in bytes
 //        /calls/addresses         "PORT ADDRESS" for each network address
-//        /proc/hwloc-nofile-info  "Architecture: NAME", as hwloc-gather-topology writes it
+//        /calls/hardware          "KIND PROPERTY=TEXT" for each text of the hardware database
+//        /calls/hypervisor        the signature of the hypervisor
+//        /proc/hwloc-nofile-info  "Architecture: NAME", as hwloc-gather-topology writes it;
+//                                 else /proc/sys/kernel/arch, else what /proc/cpuinfo shows
 #pragma once
 
 #include "inventory/linux/ISystemCalls.h"
@@ -19,7 +22,9 @@ class TRecordedCalls : public ISystemCalls {
                                         TCollection& failures) const override;
   TProperties DeviceProperties(const std::string& device, TCollection& failures) const override;
   TAddresses NetworkAddresses(TCollection& failures) const override;
+  TProperties HardwareProperties(const std::string& kind, TCollection& failures) const override;
   std::optional<std::string> Architecture(TCollection& failures) const override;
+  std::optional<std::string> HypervisorSignature(TCollection& failures) const override;
 
  private:
   TMachine m_machine;

@@ -7,9 +7,13 @@
 #include <sys/socket.h>
 #include <sys/statvfs.h>
 #include <sys/utsname.h>
+#if defined(__x86_64__) || defined(__i386__)
+#include <cpuid.h>
+#endif
 
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <memory>
 #include <system_error>
 
@@ -20,6 +24,7 @@ namespace {
 
 struct TRelease {
   void operator()(udev* library) const { udev_unref(library); }
+  void operator()(udev_hwdb* database) const { udev_hwdb_unref(database); }
   void operator()(udev_device* device) const { udev_device_unref(device); }
   void operator()(ifaddrs* addresses) const { ::freeifaddrs(addresses); }
 };
@@ -37,6 +42,15 @@ std::optional<std::string> AddressText(const sockaddr* address) {
   if (!bytes || !::inet_ntop(address->sa_family, bytes, text.data(), text.size()))
     return std::nullopt;
   return std::string(text.data());
+}
+
+ISystemCalls::TProperties ToProperties(udev_list_entry* entry) {
+  ISystemCalls::TProperties properties;
+  for (; entry; entry = udev_list_entry_get_next(entry)) {
+    const char* const value = udev_list_entry_get_value(entry);
+    properties.emplace(udev_list_entry_get_name(entry), DecodeDatabaseText(value ? value : ""));
+  }
+  return properties;
 }
 
 }  // namespace
@@ -66,13 +80,20 @@ ISystemCalls::TProperties TSystemCalls::DeviceProperties(const std::string& devi
       udev_device_new_from_device_id(library.get(), device.c_str()));
   // A device that has just been taken out, or that a container does not show.
   if (!known) return {};
-  TProperties properties;
-  auto* entry = udev_device_get_properties_list_entry(known.get());
-  for (; entry; entry = udev_list_entry_get_next(entry)) {
-    const char* const value = udev_list_entry_get_value(entry);
-    properties.emplace(udev_list_entry_get_name(entry), DecodeDatabaseText(value ? value : ""));
+  return ToProperties(udev_device_get_properties_list_entry(known.get()));
+}
+
+ISystemCalls::TProperties TSystemCalls::HardwareProperties(const std::string& kind,
+                                                           TCollection& failures) const {
+  const std::unique_ptr<udev, TRelease> library(udev_new());
+  if (!library) {
+    failures.Fail("libudev", Reason(errno));
+    return {};
   }
-  return properties;
+  // Small systems come without the database.
+  const std::unique_ptr<udev_hwdb, TRelease> database(udev_hwdb_new(library.get()));
+  if (!database) return {};
+  return ToProperties(udev_hwdb_get_properties_list_entry(database.get(), kind.c_str(), 0));
 }
 
 ISystemCalls::TAddresses TSystemCalls::NetworkAddresses(TCollection& failures) const {
@@ -98,6 +119,21 @@ std::optional<std::string> TSystemCalls::Architecture(TCollection& failures) con
   if (::uname(&names) == 0) return std::string(names.machine);
   failures.Fail("uname", Reason(errno));
   return std::nullopt;
+}
+
+std::optional<std::string> TSystemCalls::HypervisorSignature(TCollection&) const {
+#if defined(__x86_64__) || defined(__i386__)
+  constexpr unsigned kFeatures = 1, kHypervisor = 0x40000000, kHypervisorBit = 1U << 31U;
+  unsigned highest = 0, words[3] = {}, features = 0, unused = 0;
+  if (!__get_cpuid(kFeatures, &unused, &unused, &features, &unused)) return std::nullopt;
+  if ((features & kHypervisorBit) == 0) return std::nullopt;
+  __cpuid(kHypervisor, highest, words[0], words[1], words[2]);
+  std::string signature(sizeof(words), '\0');
+  std::memcpy(signature.data(), words, sizeof(words));
+  return signature;
+#else
+  return std::nullopt;
+#endif
 }
 
 }  // namespace hav::inventory

@@ -2,9 +2,25 @@
 
 #include <windows.h>
 
+#include <string>
+
+#include "inventory/Smbios.h"
 #include "inventory/windows/WindowsText.h"
 
 namespace hav::inventory {
+namespace {
+
+// The structures of the System Management BIOS; empty where there are none.
+std::string FirmwareTable() {
+  constexpr DWORD kSmbios = 0x52534D42;  // "RSMB"
+  constexpr std::size_t kHeader = 8;     // of what Windows puts before the structures
+  std::string table(GetSystemFirmwareTable(kSmbios, 0, nullptr, 0), '\0');
+  const auto size = static_cast<DWORD>(table.size());
+  if (GetSystemFirmwareTable(kSmbios, 0, table.data(), size) != size || size < kHeader) return {};
+  return table.substr(kHeader);
+}
+
+}  // namespace
 
 void TMemoryCollector::Collect(TCollection& collection) {
   MEMORYSTATUSEX about{};
@@ -18,6 +34,7 @@ void TMemoryCollector::Collect(TCollection& collection) {
   // Windows counts main memory and page files in one.
   if (about.ullTotalPageFile >= about.ullTotalPhys)
     memory.Set("SwapSize", bytes(about.ullTotalPageFile - about.ullTotalPhys));
+  AddMemoryModules(MemoryModules(FirmwareTable()), collection);
 }
 
 }  // namespace hav::inventory

@@ -1,6 +1,6 @@
-// TMemoryCollector: main memory and page files.
+// TMemoryCollector: main memory and page files, and the modules that the memory is made of.
 //
-// Calls: GlobalMemoryStatusEx
+// Calls: GlobalMemoryStatusEx, GetSystemFirmwareTable
 #pragma once
 
 #include "inventory/ICollector.h"

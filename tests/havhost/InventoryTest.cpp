@@ -1,6 +1,7 @@
 // The inventory: a model as a tree, models of odd shapes, and machines.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -274,11 +275,60 @@ TEST_F(MachineInventory, ProcessorsDoNotFloodTheErrorStream) {
   EXPECT_NE(Havhost(verbose).err.find("havhost: log level 3: cpuStatus is 1\n"), std::string::npos);
 }
 
-TEST_F(MachineInventory, EmptyMachineIsAnInventoryWithNothingInvented) {
-  const TemporaryFolder empty;
-  const auto document = Json(empty.Path(""));
+TEST_F(MachineInventory, ProcessorsOfAComputerWithoutANameDoNotHangOnTheirCaches) {
+  FakeMachine machine;
+  machine.Processors(1, 1);
+  const auto document = Json(machine.Machine().Root());
+  ASSERT_FALSE(document["instances"].empty());
+  EXPECT_EQ(document["instances"][0]["path"], "ORVSG_ComputerSystem.Name=\"localhost\"");
+  for (const auto& instance : document["instances"]) {
+    if (instance["class"] == "ORVSG_Processor") {
+      EXPECT_EQ(instance["association"], "ORVSG_SystemDevice");
+    } else if (instance["class"] == "ORVSG_CacheMemory") {
+      EXPECT_EQ(instance["association"], "ORVSG_ProcessorCache");
+    }
+  }
+}
+
+TEST_F(MachineInventory, BusesHangOnTheirSystemAndModulesOnTheMemory) {
+  FullMachine machine;
+  machine.File("/sys/bus/pci/devices/0000:00:02.0/class", "0x030000\n");
+  machine.File("/sys/bus/usb/devices/usb1/speed", "480\n");
+  machine.File("/sys/bus/usb/devices/1-1/speed", "12\n");
+  std::string module = "\x11\x1b" + std::string(0x19, '\0') + "DIMM 0" + std::string(2, '\0');
+  module[0x0C] = 64;
+  module[0x10] = 1;
+  machine.File("/sys/firmware/dmi/tables/DMI", module);
+  std::map<std::string, std::string> hangs;
+  const auto document = Json(machine.Machine().Root());
   for (const auto& instance : document["instances"])
-    EXPECT_NE(instance["class"], "ORVSG_Processor") << instance;
+    if (!instance["association"].is_null()) hangs[instance["path"]] = instance["association"];
+  EXPECT_EQ(hangs["ORVSG_GraphicsController.Name=\"0000:00:02.0\""], "ORVSG_SystemDevice");
+  EXPECT_EQ(hangs["ORVSG_USBDevice.Name=\"usb1\""], "ORVSG_SystemDevice");
+  EXPECT_EQ(hangs["ORVSG_USBDevice.Name=\"1-1\""], "ORVSG_USBDeviceOnHub");
+  EXPECT_EQ(hangs["ORVSG_MemoryModule.Name=\"DIMM 0\""], "ORVSG_RealizesMemory");
+}
+
+TEST_F(MachineInventory, ThatFindsNothingIsAFailure) {
+  const TemporaryFolder empty;
+  const auto root = empty.Path("");
+  const auto outcome = Havhost({"inventory", "--schema", HAVHOST_SCHEMA, "--root", root});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_NE(
+      outcome.err.find("havhost: not in the inventory: memory: /proc/meminfo: is not there\n"),
+      std::string::npos)
+      << outcome.err;
+  const std::string last = "havhost: nothing is found of the machine in '" + root + "'\n";
+  EXPECT_EQ(outcome.err.substr(outcome.err.size() - std::min(last.size(), outcome.err.size())),
+            last);
+}
+
+TEST_F(MachineInventory, TheExampleOfTheHelpIsThere) {
+  const FullMachine machine;
+  const auto outcome = Havhost({"get", "ORVSG_NetworkPort.Name=\"lo\"", "--schema", HAVHOST_SCHEMA,
+                                "--root", machine.Machine().Root()});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
 }
 
 #endif

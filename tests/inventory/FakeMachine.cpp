@@ -3,8 +3,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <iomanip>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 #include "inventory/Inventory.h"
 
@@ -13,12 +15,60 @@ using namespace hav::inventory;
 namespace havtest {
 namespace {
 
-// "0000000f": threads `first` up to but without `end`.
-std::string Mask(unsigned first, unsigned end) {
+using Threads = std::set<unsigned>;
+
+// "00000001,0000000f": words of 32 threads, the highest first.
+std::string Mask(const Threads& threads) {
+  const unsigned highest = threads.empty() ? 0 : *threads.rbegin();
+  std::vector<std::uint32_t> words(highest / 32 + 1);
+  for (const unsigned thread : threads) words[thread / 32] |= 1U << thread % 32;
   std::ostringstream text;
-  text << std::hex << std::setw(8) << std::setfill('0')
-       << ((1ULL << end) - 1ULL - ((1ULL << first) - 1ULL));
+  for (auto word = words.rbegin(); word != words.rend(); ++word)
+    text << (word == words.rbegin() ? "" : ",") << std::hex << std::setw(8) << std::setfill('0')
+         << *word;
   return text.str() + "\n";
+}
+
+// "0-3,8-11"
+std::string List(const Threads& threads) {
+  std::string text;
+  for (auto first = threads.begin(); first != threads.end();) {
+    auto last = first;
+    while (std::next(last) != threads.end() && *std::next(last) == *last + 1) ++last;
+    text += (text.empty() ? "" : ",") + std::to_string(*first);
+    if (last != first) text += "-" + std::to_string(*last);
+    first = std::next(last);
+  }
+  return text + "\n";
+}
+
+// The threads from `first` up to but without `end` that are online.
+Threads Online(unsigned first, unsigned end, const Threads& offline) {
+  Threads threads;
+  for (unsigned thread = first; thread < end; ++thread)
+    if (offline.count(thread) == 0) threads.insert(thread);
+  return threads;
+}
+
+// What the kernel says of one thread of a processor of that kind.
+std::string CpuInfo(ProcessorPlan::EKind kind, unsigned thread, unsigned socket) {
+  const auto number = "processor\t: " + std::to_string(thread) + "\n";
+  switch (kind) {
+    case ProcessorPlan::kArm:
+      return number +
+             "BogoMIPS\t: 50.00\nFeatures\t: fp asimd aes\nCPU implementer\t: 0x41\n"
+             "CPU architecture: 8\nCPU variant\t: 0x3\nCPU part\t: 0xd0c\nCPU revision\t: 1\n\n";
+    case ProcessorPlan::kPower:
+      return number +
+             "cpu\t\t: POWER9 (architected), altivec supported\nclock\t\t: 3800.000000MHz\n"
+             "revision\t: 2.2 (pvr 004e 0202)\n\n";
+    default:
+      return number +
+             "vendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: 85\n"
+             "model name\t: Example Processor 9000\nstepping\t: 7\nmicrocode\t: 0x5003302\n"
+             "cpu MHz\t\t: 2400.125\nphysical id\t: " +
+             std::to_string(socket) + "\nflags\t\t: fpu vme lm sse sse2 ht\n\n";
+  }
 }
 
 }  // namespace
@@ -59,6 +109,41 @@ void FakeMachine::Remove(const std::string& path) { std::filesystem::remove_all(
 TCollection FakeMachine::Gather() const { return GatherInventory(Machine()); }
 
 void FakeMachine::Processors(unsigned sockets, unsigned cores) {
+  ProcessorPlan plan;
+  plan.sockets = sockets;
+  plan.cores = cores;
+  Processors(plan);
+}
+
+void FakeMachine::Processors(const ProcessorPlan& plan) {
+  const std::string folder = "/sys/devices/system/cpu/";
+  const unsigned inSocket = plan.cores * plan.threads, all = plan.sockets * inSocket;
+  File(folder + "online", List(Online(0, all, plan.offline)));
+  File(folder + "possible", List(Online(0, all, {})));
+  std::string info;
+  for (unsigned thread = 0; thread < all; ++thread) {
+    const auto cpu = folder + "cpu" + std::to_string(thread) + "/";
+    const bool isOnline = plan.offline.count(thread) == 0;
+    File(cpu + "online", isOnline ? "1\n" : "0\n");
+    if (!isOnline) continue;
+    const unsigned socket = thread / inSocket, core = thread / plan.threads;
+    const auto ofSocket = Mask(Online(socket * inSocket, (socket + 1) * inSocket, plan.offline));
+    const auto ofCore = Mask(Online(core * plan.threads, (core + 1) * plan.threads, plan.offline));
+    File(cpu + "topology/physical_package_id", std::to_string(socket) + "\n");
+    File(cpu + "topology/core_id", std::to_string(core % plan.cores) + "\n");
+    File(cpu + "topology/package_cpus", ofSocket);
+    File(cpu + "topology/core_siblings", ofSocket);
+    File(cpu + "topology/core_cpus", ofCore);
+    File(cpu + "topology/thread_siblings", ofCore);
+    File(cpu + "cpufreq/cpuinfo_max_freq", "3600000\n");
+    Caches(cpu + "cache/", ofCore, ofSocket);
+    info += CpuInfo(plan.kind, thread, socket);
+  }
+  File("/proc/cpuinfo", info);
+}
+
+void FakeMachine::Caches(const std::string& folder, const std::string& ofCore,
+                         const std::string& ofSocket) {
   struct Cache {
     const char* index;
     const char* level;
@@ -70,39 +155,38 @@ void FakeMachine::Processors(unsigned sockets, unsigned cores) {
                                {"index1", "1", "Instruction", "32K", "64"},
                                {"index2", "2", "Unified", "1024K", "1024"},
                                {"index3", "3", "Unified", "16384K", "16384"}};
-  const std::string folder = "/sys/devices/system/cpu/";
-  const unsigned inSocket = cores * 2, all = sockets * inSocket;
-  File(folder + "online", "0-" + std::to_string(all - 1) + "\n");
-  std::string info;
-  for (unsigned thread = 0; thread < all; ++thread) {
-    const unsigned socket = thread / inSocket, core = thread / 2;
-    const auto socketMask = Mask(socket * inSocket, (socket + 1) * inSocket);
-    const auto coreMask = Mask(core * 2, core * 2 + 2);
-    const auto cpu = folder + "cpu" + std::to_string(thread) + "/";
-    File(cpu + "topology/physical_package_id", std::to_string(socket) + "\n");
-    File(cpu + "topology/core_id", std::to_string(core % cores) + "\n");
-    File(cpu + "topology/package_cpus", socketMask);
-    File(cpu + "topology/core_siblings", socketMask);
-    File(cpu + "topology/core_cpus", coreMask);
-    File(cpu + "topology/thread_siblings", coreMask);
-    File(cpu + "cpufreq/cpuinfo_max_freq", "3600000\n");
-    for (const auto& cache : kCaches) {
-      const auto place = cpu + "cache/" + cache.index + "/";
-      File(place + "level", std::string(cache.level) + "\n");
-      File(place + "type", std::string(cache.type) + "\n");
-      File(place + "size", std::string(cache.size) + "\n");
-      File(place + "coherency_line_size", "64\n");
-      File(place + "physical_line_partition", "1\n");
-      File(place + "number_of_sets", std::string(cache.sets) + "\n");
-      File(place + "shared_cpu_map", cache.level == std::string("3") ? socketMask : coreMask);
-    }
-    info += "processor\t: " + std::to_string(thread) +
-            "\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: 85\n"
-            "model name\t: Example Processor 9000\nstepping\t: 7\nmicrocode\t: 0x5003302\n"
-            "cpu MHz\t\t: 2400.125\nphysical id\t: " +
-            std::to_string(socket) + "\nflags\t\t: fpu vme sse sse2 ht\n\n";
+  for (const auto& cache : kCaches) {
+    const auto place = folder + cache.index + "/";
+    File(place + "level", std::string(cache.level) + "\n");
+    File(place + "type", std::string(cache.type) + "\n");
+    File(place + "size", std::string(cache.size) + "\n");
+    File(place + "coherency_line_size", "64\n");
+    File(place + "physical_line_partition", "1\n");
+    File(place + "number_of_sets", std::string(cache.sets) + "\n");
+    File(place + "shared_cpu_map", cache.level == std::string("3") ? ofSocket : ofCore);
   }
-  File("/proc/cpuinfo", info);
+}
+
+void FakeMachine::NumaNodes(const ProcessorPlan& plan) {
+  const unsigned inNode = plan.cores * plan.threads;
+  Threads nodes;
+  for (unsigned node = 0; node < plan.sockets; ++node) nodes.insert(node);
+  const std::string folder = "/sys/devices/system/node/";
+  File(folder + "online", List(nodes));
+  File(folder + "possible", List(nodes));
+  for (const unsigned node : nodes) {
+    const auto place = folder + "node" + std::to_string(node) + "/";
+    const auto threads = Online(node * inNode, (node + 1) * inNode, plan.offline);
+    const auto start = "Node " + std::to_string(node) + " ";
+    File(place + "cpulist", List(threads));
+    File(place + "cpumap", Mask(threads));
+    File(place + "meminfo",
+         start + "MemTotal:       16384 kB\n" + start + "MemFree:        1024 kB\n");
+    std::string distances;
+    for (const unsigned other : nodes)
+      distances += (distances.empty() ? "" : " ") + std::string(other == node ? "10" : "21");
+    File(place + "distance", distances + "\n");
+  }
 }
 
 void FakeMachine::BlockDevice(const std::string& place, const std::string& number,

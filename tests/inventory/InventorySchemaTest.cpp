@@ -27,16 +27,18 @@ TEST(InventorySchema, LoadsWithoutAMessageOrALogLine) {
 }
 
 TEST(InventorySchema, HasItsClasses) {
-  EXPECT_EQ(
-      AllClasses(LoadSchema()),
-      (std::set<std::string>{
-          "ORVSG_CacheMemory",      "ORVSG_ComputerSystem",      "ORVSG_DiskDrive",
-          "ORVSG_DiskPartition",    "ORVSG_FileSystem",          "ORVSG_FileSystemOnPartition",
-          "ORVSG_HostedFileSystem", "ORVSG_LogicalDevice",       "ORVSG_ManagedElement",
-          "ORVSG_Memory",           "ORVSG_NetworkPort",         "ORVSG_OperatingSystem",
-          "ORVSG_PartitionOnDisk",  "ORVSG_PhysicalNetworkPort", "ORVSG_Processor",
-          "ORVSG_ProcessorCache",   "ORVSG_RunningOS",           "ORVSG_StorageExtent",
-          "ORVSG_StorageVolume",    "ORVSG_SystemDevice",        "ORVSG_VolumeOnExtent"}));
+  EXPECT_EQ(AllClasses(LoadSchema()),
+            (std::set<std::string>{
+                "ORVSG_CacheMemory",        "ORVSG_ComputerSystem",   "ORVSG_DiskDrive",
+                "ORVSG_DiskPartition",      "ORVSG_FileSystem",       "ORVSG_FileSystemOnPartition",
+                "ORVSG_GraphicsController", "ORVSG_HostedFileSystem", "ORVSG_LogicalDevice",
+                "ORVSG_ManagedElement",     "ORVSG_Memory",           "ORVSG_MemoryModule",
+                "ORVSG_NetworkPort",        "ORVSG_NumaNode",         "ORVSG_OperatingSystem",
+                "ORVSG_PCIDevice",          "ORVSG_PartitionOnDisk",  "ORVSG_PhysicalNetworkPort",
+                "ORVSG_Processor",          "ORVSG_ProcessorCache",   "ORVSG_RealizesMemory",
+                "ORVSG_RunningOS",          "ORVSG_StorageExtent",    "ORVSG_StorageVolume",
+                "ORVSG_SystemDevice",       "ORVSG_USBDevice",        "ORVSG_USBDeviceOnHub",
+                "ORVSG_VolumeOnExtent"}));
 }
 
 // A quantity whose qualifiers are not all there would be shown as a bare number.

@@ -34,11 +34,13 @@ TEST_F(Published, EveryElementHasAReadablePath) {
                        "ORVSG_Memory.Name=\"Memory\"",
                        "ORVSG_DiskDrive.Name=\"/dev/nvme0n1\"",
                        "ORVSG_DiskDrive.Name=\"/dev/sda\"",
+                       "ORVSG_DiskDrive.Name=\"/dev/sr0\"",
                        "ORVSG_DiskPartition.Name=\"/dev/nvme0n1p1\"",
                        "ORVSG_DiskPartition.Name=\"/dev/sda1\"",
                        "ORVSG_DiskPartition.Name=\"/dev/sda2\"",
                        "ORVSG_StorageVolume.Name=\"/dev/mapper/secret\"",
                        "ORVSG_NetworkPort.Name=\"docker0\"",
+                       "ORVSG_NetworkPort.Name=\"lo\"",
                        "ORVSG_PhysicalNetworkPort.Name=\"eth0\"",
                        "ORVSG_PhysicalNetworkPort.Name=\"wlan0\""};
   auto paths = PathsOf("ORVSG_ManagedElement", true);
@@ -60,7 +62,7 @@ TEST_F(Published, AssociationsAreFollowed) {
                    "ORVSG_CacheMemory.Name=\"CPU1 L1 instruction cache\"",
                    "ORVSG_CacheMemory.Name=\"CPU1 L2 cache\"",
                    "ORVSG_CacheMemory.Name=\"CPU1 L3 cache\""}));
-  EXPECT_EQ(Associated("ORVSG_ComputerSystem.Name=\"server1\"", "ORVSG_SystemDevice").size(), 9U);
+  EXPECT_EQ(Associated("ORVSG_ComputerSystem.Name=\"server1\"", "ORVSG_SystemDevice").size(), 11U);
   EXPECT_EQ(PathsOf("ORVSG_RunningOS").size(), 1U);
   EXPECT_EQ(PathsOf("ORVSG_HostedFileSystem"),
             Texts{"ORVSG_HostedFileSystem."
@@ -124,14 +126,15 @@ TEST_F(Published, EmptyMachineLeavesTheNamespaceEmpty) {
   EXPECT_EQ(PathsOf("ORVSG_ManagedElement", true), Texts{});
 }
 
-TEST_F(Published, WithoutASystemTheDevicesAreThereAllTheSame) {
+TEST_F(Published, AComputerWithoutANameIsLocalhost) {
   FullMachine machine;
   machine.Remove("/proc/sys/kernel/hostname");
   Publish(machine.Machine());
   EXPECT_EQ(failures,
             Texts{"computer system: /proc/sys/kernel/hostname: the computer has no name"});
-  EXPECT_EQ(PathsOf("ORVSG_DiskDrive").size(), 2U);
-  EXPECT_EQ(PathsOf("ORVSG_SystemDevice"), Texts{});
+  EXPECT_EQ(PathsOf("ORVSG_ComputerSystem"), Texts{"ORVSG_ComputerSystem.Name=\"localhost\""});
+  EXPECT_EQ(Associated("ORVSG_ComputerSystem.Name=\"localhost\"", "ORVSG_SystemDevice").size(),
+            11U);
 }
 
 }  // namespace
