@@ -182,7 +182,7 @@ TEST(InstanceLifetime, AReferenceOutlivesWhatItPointsAt) {
   }
   const TCIMValue part = ValueOf(link, "Part");
   ASSERT_TRUE(part.IsReference());
-  const auto& reference = static_cast<const TCIMReference&>(part);
+  const auto reference = static_cast<TCIMReference>(part);
   EXPECT_EQ(reference.GetPath(), "Disk.Name=\"d\"");
   EXPECT_STATUS(15, reference.GetCIMElement(false));
   EXPECT_FALSE(part.GetReferencedClass());

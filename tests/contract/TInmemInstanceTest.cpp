@@ -68,7 +68,7 @@ TEST(TInmemInstance, GetsTheTimeOfItsMakingInADeclaredDateTimeOfCollection) {
 
   const TCIMValue value = ValueOf(instance, "DateTimeOfCollection");
   ASSERT_FALSE(value.IsNull());
-  const auto& time = static_cast<const TCIMDateTime&>(value);
+  const auto time = static_cast<TCIMDateTime>(value);
   EXPECT_FALSE(time.IsInterval());
   EXPECT_FALSE(time < before);
   EXPECT_FALSE(after < time);

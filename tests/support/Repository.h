@@ -77,7 +77,12 @@ class Repository {
   }
   PropertyDeclPtr Reference(const ClassPtr& cls, const std::string& name,
                             const ClassPtr& referenced, const Qualifiers& qualifiers = {}) const {
+#if defined(FOREIGN_CORE_HOST)
+    // What a host does whose core the plug-in cannot ask for a NULL reference.
+    auto decl = cls->AllocatePropertyDecl(name, TCIMValue::NullReference(referenced), {});
+#else
     auto decl = cls->AllocateReferenceDecl(name, referenced, {});
+#endif
     Qualify(*decl, qualifiers);
     decl->AddToClass({});
     return cls->GetPropertyDecl(name, {});

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Compares the symbols that the plug-in exports with the committed list.
+"""Compares the symbols that the plug-in exports, or imports from the host core, with the
+committed list.
 
-  check_exports LIST LIBRARY PLATFORM OBJDUMP CXXFILT
+  check_symbols {exported|imported} LIST LIBRARY PLATFORM OBJDUMP CXXFILT
 
 Symbols are listed demangled, with the two long types of the standard library that every
 signature is full of by their short names. The variants of a constructor or destructor, which
@@ -28,9 +29,28 @@ def exported(library, objdump):
         table = run(objdump, "-p", library).partition("[Ordinal/Name Pointer] Table")[2]
         return [line.split()[-1] for line in table.partition("\n\n")[0].splitlines()[1:]]
     # Defined is what has a section; absolute symbols are the linker's own.
-    lines = run(objdump, "-T", library).splitlines()
-    return [line.split()[-1] for line in lines
-            if re.match(r"[0-9a-f]{16} ", line) and not re.search(r"\*(UND|ABS)\*", line)]
+    return [name for name, section in dynamic_symbols(library, objdump)
+            if section not in ("*UND*", "*ABS*")]
+
+
+def imported(library, objdump):
+    """Returns the mangled names that a library takes from the host core: of all that it
+    imports, those of the contract's namespace."""
+    if library.endswith(".dll"):
+        table = run(objdump, "-p", library).partition("The Import Tables")[2]
+        names = re.findall(r"^\t[0-9a-f]+\t +\d+ +(\S+)$", table, re.MULTILINE)
+    else:
+        names = [name for name, section in dynamic_symbols(library, objdump)
+                 if section == "*UND*"]
+    return [name for name in names if "9NORVHAV20" in name]
+
+
+def dynamic_symbols(library, objdump):
+    """Returns (mangled name, section) of every dynamic symbol of an ELF library."""
+    lines = [line.split() for line in run(objdump, "-T", library).splitlines()
+             if re.match(r"[0-9a-f]{16} ", line)]
+    return [(line[-1], next(part for part in line if re.match(r"[*.]", part)))
+            for line in lines]
 
 
 def plain(name):
@@ -38,19 +58,19 @@ def plain(name):
 
 
 def main(arguments):
-    if len(arguments) != 5:
+    if len(arguments) != 6 or arguments[0] not in ("exported", "imported"):
         print(__doc__, file=sys.stderr)
         return 2
-    path, library, platform, objdump, cxxfilt = arguments
+    kind, path, library, platform, objdump, cxxfilt = arguments
     listed = {line for line in pathlib.Path(path).read_text().splitlines()
               if line.strip() and not line.startswith("#")}
-    names = exported(library, objdump)
+    names = (exported if kind == "exported" else imported)(library, objdump)
     found = {plain(name) for name in run(cxxfilt, text="\n".join(names)).splitlines() if name}
     for name in sorted(found - listed):
-        print(f"exported and not listed: {name}")
+        print(f"{kind} and not listed: {name}")
     for name in sorted(listed - found):
-        print(f"listed and not exported: {name}")
-    print(f"{platform}: {len(names)} exported symbols checked against the {len(listed)} names "
+        print(f"listed and not {kind}: {name}")
+    print(f"{platform}: {len(names)} {kind} symbols checked against the {len(listed)} names "
           f"of {pathlib.Path(path).name}")
     return 0 if found and found == listed else 1
 
