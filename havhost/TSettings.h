@@ -15,7 +15,7 @@ struct TSettings {
   std::string namespaceName;  // empty: what the MOF says, else kDefaultNamespace
   std::vector<std::string> mofFiles;
   std::vector<std::string> includeFolders;
-  bool strict = false;  // of MOF: what refers to nothing is an error, and not left out
+  bool strict = false;       // of MOF: what refers to nothing is an error, and not left out
   std::string schemaFolder;  // empty: the installed schema
   std::string rootFolder = "/";
   std::string plugin;  // empty: the installed plug-in

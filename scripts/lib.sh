@@ -14,6 +14,9 @@ packages_test=(libgtest-dev python3 python3-jsonschema clang doxygen sblim-wbemc
 # The whole run, on top of both: Clang's sanitizers, packages, the report in a browser, and Windows.
 packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot valgrind
                chromium chromium-driver python3-selenium)
+packages_layout=(clang-format)
+# For the MSVC ABI: the headers that stand in for Microsoft's, and a reader of its objects.
+packages_msvc=(libc++-14-dev mingw-w64-common llvm-14)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)
 
 # What one checkout has compiled serves the others, whose debug information then names the

@@ -6,9 +6,9 @@
 namespace havtest {
 namespace {
 
-const char* const kCommands[] = {"inventory", "load",       "classes",     "show", "instances",
-                                 "get",       "references", "associators", "mof",  "serve",
-                                 "passwd"};
+const char* const kCommands[] = {"inventory", "load",  "classes",    "show",
+                                 "instances", "get",   "references", "associators",
+                                 "mof",       "serve", "passwd"};
 
 TEST(Usage, HelpListsTheCommands) {
   const auto outcome = RunPlain({"--help"});

@@ -10,9 +10,9 @@
 #include <boost/make_shared.hpp>
 
 #include "support/CompareNamespaces.h"
+#include "support/FailingAllocations.h"
 #include "support/ForeignClass.h"
 #include "support/Repository.h"
-#include "support/FailingAllocations.h"
 
 namespace {
 

@@ -1,4 +1,6 @@
-// The plug-in as a library, reached through the operating system's loader.
+// The plug-in as a library, reached through the operating system's loader: the one of this
+// build, or that of another which the environment variable HAV_INMEM_LIBRARY names.
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
@@ -22,7 +24,10 @@ constexpr char kInitialize[] = "_ZN9NORVHAV2023TInmemNamespaceProvider10Initiali
 // Never unloaded: namespaces that tests keep in statics live as long as the process, and
 // LeakSanitizer names the frames of loaded libraries only.
 boost::dll::shared_library& Library() {
-  static auto* const library = new boost::dll::shared_library(INMEM_LIBRARY);
+  static auto* const library = [] {
+    const char* const other = std::getenv("HAV_INMEM_LIBRARY");
+    return new boost::dll::shared_library(other ? other : INMEM_LIBRARY);
+  }();
   return *library;
 }
 
