@@ -22,6 +22,8 @@ constexpr const char* kQualifiers =
     "Qualifier Abstract : boolean = false, Scope(class, association), Flavor(Restricted);"
     "Qualifier Override : string, Scope(property, reference, method), Flavor(Restricted);"
     "Qualifier Description : string, Scope(any), Flavor(Translatable);"
+    "Qualifier EmbeddedInstance : string, Scope(property);"
+    "Qualifier EmbeddedObject : boolean = false, Scope(property);"
     "Qualifier Values : string[], Scope(property, method, parameter);\n";
 
 // One text; whatever is included is not there.
@@ -51,7 +53,10 @@ boost::shared_ptr<ICIMNamespace> Load(const std::string& text, hav::mof::TMofRep
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const havtest::RecordingLogger logger;
   hav::mof::TMofReport report;
-  const auto first = Load(kQualifiers + std::string(data, data + size), report);
+  const std::string text(data, data + size);
+  // A byte-order mark stands at the beginning or nowhere.
+  const bool isMarked = size >= 2 && (text[0] == '\xFF' || text[0] == '\xFE');
+  const auto first = Load(isMarked ? text : kQualifiers + text, report);
   if (static_cast<bool>(first) == report.HasErrors()) std::abort();
   if (!first) return 0;
 

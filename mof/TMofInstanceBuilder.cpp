@@ -115,7 +115,7 @@ bool TMofInstanceBuilder::MayBeMade(const TMofShape* shape, const TPlace& place)
 
 void TMofInstanceBuilder::SetPlainValues(TItem& item) {
   ++m_turn;
-  m_links.clear();
+  m_references.clear();
   for (const auto& assignment : m_syntax.assignments) {
     const auto& name = assignment.name;
     const auto* slot = item.shape->Find(name.text);
@@ -179,9 +179,7 @@ void TMofInstanceBuilder::Set(TItem& item, const TMofAssignment& assignment, con
   }
   slot.isGiven = !value->IsNull();
   if (!IsSound(item, assignment, slot, *value)) return;
-  if (slot.type == kCIMReference && !value->IsNull())
-    m_links.push_back(
-        {std::string(assignment.name.text), static_cast<const TCIMReference&>(*value)});
+  if (slot.type == kCIMReference && !value->IsNull()) m_references.push_back(*value);
   try {
     item.object->SetPropertyValue(std::string(assignment.name.text), *value, {});
   } catch (const THAVException& failure) {

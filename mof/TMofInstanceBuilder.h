@@ -167,8 +167,8 @@ class TMofInstanceBuilder {
 
   std::vector<std::unique_ptr<TMofParser>> m_parsers;  // of each file, once needed
   TMofInstance m_syntax;                               // what was read last
-  std::size_t m_turn = 0;      // the number of the instance that is being made
-  std::vector<TLink> m_links;  // of the instance that is being made
+  std::size_t m_turn = 0;                          // the number of the instance that is being made
+  std::vector<NORVHAV20::TCIMValue> m_references;  // of the instance that is being made
   std::deque<TItem> m_waiting;
   client::TFoldedMap<TAlias> m_aliases;
   // Where each stored instance stands.

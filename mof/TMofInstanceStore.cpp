@@ -79,7 +79,6 @@ void TMofInstanceBuilder::SetWaitingKeys() {
   const auto stuck = dependencies.Run(items, [&](std::size_t i) {
     auto& item = m_waiting[i];
     ReadAt(item.place);
-    m_links.clear();
     forEachKey(i, [&](const TMofAssignment& assignment, const TMofSlot& slot) {
       Set(item, assignment, slot);
     });
@@ -216,9 +215,11 @@ TMofOffset TMofInstanceBuilder::PlaceOf(const TItem& item, const std::string& pr
 
 void TMofInstanceBuilder::Finish(TItem&& item) {
   if (item.isLost || !HasAllKeysGiven(item)) return;
-  const bool waits = item.shape->isAssociation &&
-                     std::any_of(m_links.begin(), m_links.end(),
-                                 [this](const TLink& link) { return !IsThere(link.target); });
+  const bool waits =
+      item.shape->isAssociation &&
+      std::any_of(m_references.begin(), m_references.end(), [this](const TCIMValue& value) {
+        return !IsThere(static_cast<const TCIMReference&>(value));
+      });
   if (!waits) return Store(item);
   const auto alias = m_aliases.find(m_syntax.alias.text);
   if (alias != m_aliases.end() && alias->second.object == item.object)

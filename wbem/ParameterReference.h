@@ -1,6 +1,6 @@
 // ParameterReference: the class that a parameter of type reference refers to. The contract has
-// no place for it; who declares such a parameter keeps the name in a qualifier of it, which is
-// not one of the model's own.
+// no place for it; who declares such a parameter keeps the name as havcore/client/Declared.h
+// says.
 #pragma once
 
 #include <string>
@@ -9,6 +9,7 @@
 
 namespace hav::wbem {
 
+// Whether a qualifier keeps what the contract has no place for, and is none of the model's own.
 bool IsParameterReference(const NORVHAV20::ICIMQualifier& qualifier);
 // Empty when none is known.
 std::string ReferencedClassOf(NORVHAV20::ICIMParameterDecl& parameter);

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "havcore/client/Declared.h"
 #include "havcore/client/Enumerate.h"
 #include "wbem/ParameterReference.h"
 #include "wbem/ValueText.h"
@@ -190,9 +191,7 @@ void TElementWriter::Method(const ICIMClass& cls, ICIMMethodDecl& decl, const TD
   Origin(cls, decl.GetClass({}), detail);
   m_xml.End();
   if (detail.qualifiers) Qualifiers(decl, false);
-  for (const auto& parameter : Collect<ICIMParameterDecl>(
-           [&](const auto& callback) { decl.EnumerateParameters(callback, {}); }))
-    Parameter(*parameter, detail);
+  for (const auto& parameter : client::ParametersOf(decl)) Parameter(*parameter, detail);
   m_xml.Close("METHOD");
 }
 

@@ -19,6 +19,11 @@ class FailingAllocation {
 
   // Whether it came to that.
   bool HasFailed() const noexcept;
+  // The number of those that succeeded before it.
+  std::size_t Count() const noexcept;
+
+ private:
+  std::size_t m_allowed;
 };
 
 // While it lives, allocations neither fail nor count: for what a test does within the operation

@@ -39,7 +39,8 @@ void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 
 namespace havtest {
 
-FailingAllocation::FailingAllocation(std::size_t allowed, ELength length) noexcept {
+FailingAllocation::FailingAllocation(std::size_t allowed, ELength length) noexcept
+    : m_allowed(allowed) {
   g_failed = false;
   g_goOn = length == kFromThenOn;
   g_left = static_cast<long>(allowed);
@@ -51,6 +52,10 @@ FailingAllocation::~FailingAllocation() {
 }
 
 bool FailingAllocation::HasFailed() const noexcept { return g_failed; }
+
+std::size_t FailingAllocation::Count() const noexcept {
+  return g_failed ? m_allowed : m_allowed - static_cast<std::size_t>(g_left);
+}
 
 UnfailingAllocations::UnfailingAllocations() noexcept { ++g_paused; }
 
