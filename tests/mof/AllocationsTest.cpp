@@ -119,12 +119,12 @@ TEST(Allocations, OfALoadGrowWithItsInstances) {
   }
 }
 
-// Reading, checking and storing cost about what making costs.
-TEST(Allocations, OfALoadAreTwiceThoseOfMakingAtMost) {
+// Reading, checking and storing: each reference is looked up once more than making does.
+TEST(Allocations, OfALoadStayNearTwiceThoseOfMaking) {
   RecordingLogger logger;
   const auto made = AllocationsOfMaking(500);
   const auto loaded = AllocationsOf(Things(500, false)) - AllocationsOf(kThings);
-  EXPECT_LE(loaded, 2 * made);
+  EXPECT_LE(loaded, 9 * made / 4);
   EXPECT_GE(loaded, made / 2);
 }
 
