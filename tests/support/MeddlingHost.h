@@ -39,6 +39,20 @@ class Meddler {
   static inline std::function<void()> s_act;
 };
 
+// A member that makes the end of an element one of those calls. It may do anything but throw.
+class MeddlesAtItsEnd {
+ public:
+  MeddlesAtItsEnd() = default;
+  MeddlesAtItsEnd(const MeddlesAtItsEnd&) = delete;
+  MeddlesAtItsEnd& operator=(const MeddlesAtItsEnd&) = delete;
+  ~MeddlesAtItsEnd() {
+    try {
+      Meddler::Called();
+    } catch (...) {
+    }
+  }
+};
+
 template <class Result>
 Result Meddled(Result result) {
   Meddler::Called();
@@ -66,6 +80,9 @@ class MeddlingDecl : public ForeignPropertyDecl {
     Meddler::Called();
     return ForeignPropertyDecl::GetQualifier(name, o);
   }
+
+ private:
+  MeddlesAtItsEnd m_end;
 };
 
 class MeddlingMethodDecl : public ForeignMethodDecl {
@@ -84,6 +101,9 @@ class MeddlingMethodDecl : public ForeignMethodDecl {
     Meddler::Called();
     return ForeignMethodDecl::GetQualifier(name, o);
   }
+
+ private:
+  MeddlesAtItsEnd m_end;
 };
 
 class MeddlingQualifier : public ForeignQualifier {
@@ -107,6 +127,9 @@ class MeddlingQualifier : public ForeignQualifier {
   bool IsPropagated(TOptions o) const override {
     return Meddled(ForeignQualifier::IsPropagated(o));
   }
+
+ private:
+  MeddlesAtItsEnd m_end;
 };
 
 class MeddlingClass : public ForeignClass {
@@ -176,12 +199,14 @@ class MeddlingClass : public ForeignClass {
     Meddler::Called();
     ForeignClass::RemoveAssociation(association, o);
   }
+
+ private:
+  MeddlesAtItsEnd m_end;
 };
 
 class MeddlingInstance : public ForeignInstance {
  public:
   using ForeignInstance::ForeignInstance;
-  ~MeddlingInstance() override { EndQuietly(); }
 
   TCIMReference GetReference(TOptions o) const override {
     return Meddled(ForeignInstance::GetReference(o));
@@ -197,13 +222,7 @@ class MeddlingInstance : public ForeignInstance {
   }
 
  private:
-  // A destructor may do anything but throw.
-  static void EndQuietly() noexcept {
-    try {
-      Meddler::Called();
-    } catch (...) {
-    }
-  }
+  MeddlesAtItsEnd m_end;
 };
 
 }  // namespace havtest
