@@ -22,7 +22,7 @@ namespace {
 
 // The slot declarations of a class of any make. Of two with one name the first stays.
 boost::intrusive_ptr<const TSlotDeclarations> SlotDeclarationsOf(const ICIMClass& cls) {
-  if (const auto* own = dynamic_cast<const TInmemClass*>(&cls)) return own->SlotDeclarations();
+  if (const auto* own = TInmemClass::Own(cls)) return own->SlotDeclarations();
   std::map<std::string, boost::shared_ptr<ICIMPropertyDecl>> slots;
   Walk<ICIMPropertyDecl>(
       [&](const auto& insert) { cls.EnumeratePropertyDecls(insert, TOptions()); },

@@ -149,6 +149,9 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   bool IsReferredToBy(const TCIMValue& value) const;
   bool IsReferredToBySlot(const TInmemInstance& association, std::size_t slot) const;
 
+  // Returns the number of a slot by name, kNone when there is none. Throws 25 for no name.
+  std::size_t SlotOf(const std::string& name) const;
+  void SetSlot(std::size_t index, const TCIMValue& value);
   // The value of a property, as GetProperty and GetValue give it.
   TCIMValue ValueOf(const std::string& name) const;
   // Whether GetProperty answers the name although no class declares it.

@@ -38,15 +38,22 @@ boost::shared_ptr<ICIMPropertyDecl> Declare(ICIMClass& cls,
 
 }  // namespace
 
+// A name that is not there has to be a name.
+std::size_t TInmemInstance::SlotOf(const std::string& name) const {
+  const std::size_t index = m_values->Layout().FindSpelt(name);
+  if (index == TSlotLayout::kNone) static_cast<void>(CimName(name));
+  return index;
+}
+
 TCIMValue TInmemInstance::ValueOf(const std::string& name) const {
-  const std::size_t index = m_values->Layout().Find(CimName(name));
+  const std::size_t index = SlotOf(name);
   if (index != TSlotLayout::kNone) return SlotHandle(index).GetValue(TOptions());
   return GetProperty(name, TOptions())->GetValue(TOptions());
 }
 
 boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& name,
                                                             TOptions) const {
-  const std::size_t index = m_values->Layout().Find(CimName(name));
+  const std::size_t index = SlotOf(name);
   if (index != TSlotLayout::kNone) return m_values->Slot(index);
   if (Holds(name, "speedDuplex"))
     return DerivedProperty("speedDuplex", TCIMValue(std::string("Unknown")));
@@ -74,12 +81,20 @@ bool TInmemInstance::IsDerivedName(const std::string& name) {
 }
 
 void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TOptions) {
-  const std::size_t index = m_values->Layout().Find(CimName(name));
-  if (index != TSlotLayout::kNone) {
-    SlotHandle(index).SetValue(value, TOptions());
-    return;
-  }
+  const std::size_t index = SlotOf(name);
+  if (index != TSlotLayout::kNone) return SetSlot(index, value);
   if (!Holds(name, "speedDuplex")) Throw(kHAVNotFound);
+}
+
+// The usual case without going through the declaration's weak link: nothing that it calls may
+// let the instance go, and nothing is to be said.
+void TInmemInstance::SetSlot(std::size_t index, const TCIMValue& value) {
+  const ICIMPropertyDecl& decl = DeclAt(index);
+  if (typeid(decl) == typeid(TInmemPropertyDecl) &&
+      static_cast<const TInmemPropertyDecl&>(decl).Type() == value.GetType())
+    m_values->Assign(index, value);
+  else
+    SlotHandle(index).SetValue(value, TOptions());
 }
 
 void TInmemInstance::EnumerateProperties(

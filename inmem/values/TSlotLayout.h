@@ -3,11 +3,12 @@
 //
 // Ownership: shared by instances and slots; holds the declarations weakly. Those who need
 //            them kept alive share a TSlotDeclarations.
-// Threads:   immutable, but for the watcher: one thread at a time per namespace.
+// Threads:   immutable, but for the watcher and shared texts: one thread at a time per namespace.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,10 +19,11 @@
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include "inmem/values/TTextPool.h"
+
 namespace NORVHAV20 {
 
 class ICIMPropertyDecl;
-
 class TSlotTable;
 
 // Who is told when references are assigned.
@@ -52,6 +54,12 @@ class TSlotLayout : public boost::intrusive_ref_counter<TSlotLayout> {
   // Returns the index of a folded name, kNone when there is none. Complexity: O(1) on
   // average; allocates nothing.
   std::size_t Find(std::string_view folded) const noexcept;
+  // The same for a name in any spelling, which is not checked: what is no name is not there.
+  std::size_t FindSpelt(std::string_view name) const noexcept;
+
+  // Returns what an instance keeps for a value given to a slot: one equal to it that another
+  // instance has, or else the value itself. Good until the next call.
+  const TCIMValue& Share(std::size_t index, const TCIMValue& value) const noexcept;
 
   // Who watches the instances of this layout, null when nobody does.
   IReferenceWatcher* Watcher() const noexcept { return m_watcher; }
@@ -62,6 +70,9 @@ class TSlotLayout : public boost::intrusive_ref_counter<TSlotLayout> {
   // Open addressing with linear probing: indices plus one, 0 where there is none.
   std::vector<std::uint32_t> m_table;
   mutable IReferenceWatcher* m_watcher = nullptr;
+  // Made when instances are many enough to gain by it.
+  mutable std::unique_ptr<TTextPool> m_texts;
+  mutable std::uint32_t m_textsGiven = 0;
 };
 
 // A layout together with the ownership of its declarations, in the same order.

@@ -70,7 +70,7 @@ void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
   const bool refers = value.GetType() == kCIMReference || Values()[index].IsReference();
   IReferenceWatcher* const watcher = refers ? m_layout->Watcher() : nullptr;
   if (watcher) watcher->Assigning(*this);
-  Values()[index] = value;
+  Values()[index] = m_layout->Share(index, value);
   AssignedBits(index) |= 1U << (index % kBits);
   if (watcher) watcher->Assigned(*this);
 }
