@@ -59,7 +59,7 @@ std::string ReadLine() {
 
 std::string Ask(const TConsole& console, const char* question) {
   console.err << question << std::flush;
-  const TNoEcho hidden;
+  [[maybe_unused]] const TNoEcho hidden;
   auto answer = ReadLine();
   console.err << '\n';
   return answer;

@@ -30,7 +30,9 @@ class ISystemCalls {
 
   virtual ~ISystemCalls() = default;
 
+  // `deviceNumber`: that of the file system, "MAJOR:MINOR".
   virtual std::optional<TUsage> FileSystemUsage(const std::string& mountPoint,
+                                                const std::string& deviceNumber,
                                                 TCollection& failures) const = 0;
   // What the device database knows of a device: "b8:0" is block device 8:0, "n2" network
   // interface 2, "+pci:0000:00:02.0" a device of a bus. Texts are as the database has them,

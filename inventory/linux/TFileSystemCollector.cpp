@@ -160,7 +160,7 @@ class TFileSystems {
 
   void SetUsage(TElement& fileSystem, const TMount& mount) {
     if (IsOfAServer(mount.type)) return;
-    const auto usage = m_calls->FileSystemUsage(mount.point, m_collection);
+    const auto usage = m_calls->FileSystemUsage(mount.point, mount.deviceNumber, m_collection);
     if (!usage) return;
     fileSystem.Set("FileSystemSize", std::optional(usage->size))
         .Set("AvailableSpace", std::optional(usage->available));

@@ -1,8 +1,14 @@
 #include "inventory/linux/TRecordedCalls.h"
 
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/vfs.h>
+
 #include <algorithm>
 
 #include "inventory/Text.h"
+#include "inventory/linux/TSystemCalls.h"
 #include "inventory/linux/TSystemFiles.h"
 
 namespace hav::inventory {
@@ -30,6 +36,7 @@ std::optional<std::string> ArchitectureOf(const TCpuInfo& cpu) {
 }  // namespace
 
 std::optional<ISystemCalls::TUsage> TRecordedCalls::FileSystemUsage(const std::string& mountPoint,
+                                                                    const std::string& deviceNumber,
                                                                     TCollection& failures) const {
   const auto text = TSystemFiles(m_machine, failures).Text("/calls/filesystems");
   for (const auto& line : Lines(text.value_or(""))) {
@@ -40,7 +47,20 @@ std::optional<ISystemCalls::TUsage> TRecordedCalls::FileSystemUsage(const std::s
     if (size && available) return TUsage{*size, *available};
     failures.Fail("/calls/filesystems", "\"" + line + "\" does not give two sizes");
   }
-  return std::nullopt;
+  // What is mounted there may not be mounted here, or something else may be.
+  const auto path = m_machine.Root() + mountPoint;
+  struct stat about {};
+  if (!ShowsThisKernel() || ::stat(path.c_str(), &about) != 0 ||
+      std::to_string(major(about.st_dev)) + ":" + std::to_string(minor(about.st_dev)) !=
+          deviceNumber)
+    return std::nullopt;
+  return UsageOf(path, failures);
+}
+
+bool TRecordedCalls::ShowsThisKernel() const {
+  struct statfs about {};
+  const auto path = m_machine.Root() + "/proc";
+  return ::statfs(path.c_str(), &about) == 0 && about.f_type == PROC_SUPER_MAGIC;
 }
 
 ISystemCalls::TProperties TRecordedCalls::DeviceProperties(const std::string& device,
@@ -88,6 +108,7 @@ std::optional<std::string> TRecordedCalls::Architecture(TCollection& failures) c
   const auto found = entries.find("Architecture");
   if (found != entries.end()) return files.Readable(kGathered, found->second);
   if (auto kernels = files.Line("/proc/sys/kernel/arch")) return kernels;
+  if (ShowsThisKernel()) return TSystemCalls().Architecture(failures);
   return ArchitectureOf(KeyValues(files.Text("/proc/cpuinfo").value_or(""), ':'));
 }
 

@@ -1,5 +1,6 @@
 // TRecordedCalls: the answers of another machine, from files of its folder. Where a file is
-// not there, nothing is known.
+// not there, nothing is known; but where the folder shows the kernel that the program runs on,
+// as a container sees its host, that kernel is asked.
 //
 // Reads: /run/udev/data/DEVICE    the device database as it is on a running system
 //        /calls/filesystems       "SIZE AVAILABLE MOUNTPOINT" for each file system, in bytes
@@ -8,6 +9,7 @@
 //        /calls/hypervisor        the signature of the hypervisor
 //        /proc/hwloc-nofile-info  "Architecture: NAME", as hwloc-gather-topology writes it;
 //                                 else /proc/sys/kernel/arch, else what /proc/cpuinfo shows
+// Calls: statfs, stat, statvfs, uname
 #pragma once
 
 #include "inventory/linux/ISystemCalls.h"
@@ -19,6 +21,7 @@ class TRecordedCalls : public ISystemCalls {
   explicit TRecordedCalls(const TMachine& machine) : m_machine(machine) {}
 
   std::optional<TUsage> FileSystemUsage(const std::string& mountPoint,
+                                        const std::string& deviceNumber,
                                         TCollection& failures) const override;
   TProperties DeviceProperties(const std::string& device, TCollection& failures) const override;
   TAddresses NetworkAddresses(TCollection& failures) const override;
@@ -27,6 +30,8 @@ class TRecordedCalls : public ISystemCalls {
   std::optional<std::string> HypervisorSignature(TCollection& failures) const override;
 
  private:
+  bool ShowsThisKernel() const;
+
   TMachine m_machine;
 };
 

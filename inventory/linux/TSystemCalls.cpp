@@ -55,18 +55,23 @@ ISystemCalls::TProperties ToProperties(udev_list_entry* entry) {
 
 }  // namespace
 
-std::optional<ISystemCalls::TUsage> TSystemCalls::FileSystemUsage(const std::string& mountPoint,
-                                                                  TCollection& failures) const {
+std::optional<ISystemCalls::TUsage> UsageOf(const std::string& path, TCollection& failures) {
   struct statvfs about {};
-  if (::statvfs(mountPoint.c_str(), &about) != 0) {
-    failures.Fail("statvfs " + mountPoint, Reason(errno));
+  if (::statvfs(path.c_str(), &about) != 0) {
+    failures.Fail("statvfs " + path, Reason(errno));
     return std::nullopt;
   }
   const auto size = Times(about.f_blocks, about.f_frsize);
   const auto available = Times(about.f_bavail, about.f_frsize);
   // A file system that does not count its blocks says 0.
   if (!size || !available || *size == 0) return std::nullopt;
-  return TUsage{*size, *available};
+  return ISystemCalls::TUsage{*size, *available};
+}
+
+std::optional<ISystemCalls::TUsage> TSystemCalls::FileSystemUsage(const std::string& mountPoint,
+                                                                  const std::string&,
+                                                                  TCollection& failures) const {
+  return UsageOf(mountPoint, failures);
 }
 
 ISystemCalls::TProperties TSystemCalls::DeviceProperties(const std::string& device,

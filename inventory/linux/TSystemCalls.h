@@ -8,9 +8,13 @@
 
 namespace hav::inventory {
 
+// How large the file system is that holds `path`.
+std::optional<ISystemCalls::TUsage> UsageOf(const std::string& path, TCollection& failures);
+
 class TSystemCalls : public ISystemCalls {
  public:
   std::optional<TUsage> FileSystemUsage(const std::string& mountPoint,
+                                        const std::string& deviceNumber,
                                         TCollection& failures) const override;
   TProperties DeviceProperties(const std::string& device, TCollection& failures) const override;
   TAddresses NetworkAddresses(TCollection& failures) const override;

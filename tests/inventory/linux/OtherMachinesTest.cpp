@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "inventory/Inventory.h"
+#include "inventory/linux/TRecordedCalls.h"
 #include "tests/inventory/CollectionText.h"
 #include "tests/inventory/FakeMachine.h"
 
@@ -119,6 +120,33 @@ TEST(OtherMachine, LeavesTheEnvironmentAsItWas) {
   machine.Gather();
   EXPECT_EQ(std::getenv("HWLOC_FSROOT"), nullptr);
   EXPECT_EQ(std::getenv("HWLOC_COMPONENTS"), nullptr);
+}
+
+// As a container sees its host: the kernel's own files, and the file systems that are mounted.
+TEST(OtherRootOfThisKernel, HasTheSizesAndTheArchitectureThatTheKernelSays) {
+  FakeMachine host;
+  host.Link("/all", "/");
+  const auto here = GatherInventory(TMachine());
+  const auto there = GatherInventory(TMachine(host.Path("/all").string()));
+  const auto system = Names(here, "ORVSG_OperatingSystem");
+  ASSERT_EQ(Names(there, "ORVSG_OperatingSystem"), system);
+  EXPECT_EQ(Element(there, "ORVSG_OperatingSystem", system[0]).Get("Architecture"),
+            Element(here, "ORVSG_OperatingSystem", system[0]).Get("Architecture"));
+  EXPECT_EQ(Element(there, "ORVSG_FileSystem", "/").Get("FileSystemSize"),
+            Element(here, "ORVSG_FileSystem", "/").Get("FileSystemSize"));
+  EXPECT_FALSE(Element(there, "ORVSG_FileSystem", "/").Get("FileSystemSize").IsNull());
+  for (const auto* const property : {"Manufacturer", "FamilyNumber", "ModelNumber", "Stepping"})
+    EXPECT_EQ(Element(there, "ORVSG_Processor", "CPU0").Get(property),
+              Element(here, "ORVSG_Processor", "CPU0").Get(property))
+        << property;
+}
+
+TEST(OtherRootOfThisKernel, HasNoSizeForWhatIsNotMountedThere) {
+  FakeMachine host;
+  host.Link("/proc", "/proc");
+  TCollection failures;
+  EXPECT_FALSE(TRecordedCalls(host.Machine()).FileSystemUsage("/", "0:0", failures));
+  EXPECT_EQ(Failures(failures), Texts{});
 }
 
 TEST(ThisMachine, HasWhatTheSystemSays) {
