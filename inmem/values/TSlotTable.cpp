@@ -40,7 +40,7 @@ void* TSlotTable::operator new(std::size_t size, std::size_t slots) {
   return ::operator new(size + slots * sizeof(TCIMValue) + BitsSize(slots));
 }
 
-TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout) noexcept
+TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout)
     : m_layout(std::move(layout)) {
   const std::size_t slots = m_layout->Size();
   for (std::size_t i = 0; i < slots; ++i) new (Values() + i) TCIMValue();
@@ -65,7 +65,7 @@ const TCIMValue* TSlotTable::Assigned(std::size_t index) const noexcept {
   return (bits >> (index % kBits)) & 1 ? Values() + index : nullptr;
 }
 
-void TSlotTable::Assign(std::size_t index, const TCIMValue& value) noexcept {
+void TSlotTable::Assign(std::size_t index, const TCIMValue& value) {
   // NULL as well: it ends the reference that the default may be.
   const bool refers = value.GetType() == kCIMReference || Values()[index].IsReference();
   IReferenceWatcher* const watcher = refers ? m_layout->Watcher() : nullptr;

@@ -38,7 +38,7 @@ class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
 
   // The value assigned to a slot, null while none is.
   const TCIMValue* Assigned(std::size_t index) const noexcept;
-  void Assign(std::size_t index, const TCIMValue& value) noexcept;
+  void Assign(std::size_t index, const TCIMValue& value);
 
   // The previous value of a slot, null while it has none. It keeps its place.
   const TCIMValue* Previous(std::size_t index) const noexcept;
@@ -53,7 +53,7 @@ class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
   // What few instances need: made when first used.
   struct TExtras;
 
-  explicit TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout) noexcept;
+  explicit TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout);
   static void* operator new(std::size_t size, std::size_t slots);
   static void operator delete(void* block, std::size_t) noexcept { ::operator delete(block); }
 
