@@ -214,15 +214,17 @@ void TMofSchemaBuilder::BuildClass(TClass& cls) {
 // Properties and methods stand in lists of their own; their places tell how they mix.
 void TMofSchemaBuilder::KeepOrder(const TClass& cls) {
   std::vector<std::pair<TMofOffset, TMemberDecl>> placed;
-  for (const auto& [name, type, qualifiers, value] : cls.syntax->properties) {
-    const auto decl =
-        FoundBy([&] { return cls.object->GetPropertyDecl(std::string(name.text), {}); });
-    if (decl && decl->GetClass({}) == cls.object) placed.push_back({name.offset, {decl, {}}});
+  for (const auto& property : cls.syntax->properties) {
+    const auto name = std::string(property.name.text);
+    const auto decl = FoundBy([&] { return cls.object->GetPropertyDecl(name, {}); });
+    if (decl && decl->GetClass({}) == cls.object)
+      placed.push_back({property.name.offset, {decl, {}}});
   }
-  for (const auto& [name, type, qualifiers, parameters] : cls.syntax->methods) {
-    const auto decl =
-        FoundBy([&] { return cls.object->GetMethodDecl(std::string(name.text), {}); });
-    if (decl && decl->GetClass({}) == cls.object) placed.push_back({name.offset, {{}, decl}});
+  for (const auto& method : cls.syntax->methods) {
+    const auto name = std::string(method.name.text);
+    const auto decl = FoundBy([&] { return cls.object->GetMethodDecl(name, {}); });
+    if (decl && decl->GetClass({}) == cls.object)
+      placed.push_back({method.name.offset, {{}, decl}});
   }
   std::sort(placed.begin(), placed.end(),
             [](const auto& a, const auto& b) { return a.first < b.first; });
