@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <map>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -23,8 +24,23 @@ std::size_t BitsSize(std::size_t slots) {
 }  // namespace
 
 struct TSlotTable::TExtras {
-  std::map<std::size_t, TCIMValue> previous;
-  std::unique_ptr<boost::shared_ptr<TInmemProperty>[]> slots;  // of each property, or empty
+  using TSlot = boost::shared_ptr<TInmemProperty>;
+
+  std::unique_ptr<std::map<std::size_t, TCIMValue>> previous;
+  // Behind the object, in the same block, that reading a slot goes to one place less: the slot
+  // of each property, empty until it is made.
+  TSlot* Slots() noexcept { return reinterpret_cast<TSlot*>(this + 1); }
+
+  static TExtras* Make(std::size_t slots) {
+    auto* const made = new (::operator new(sizeof(TExtras) + slots * sizeof(TSlot))) TExtras();
+    std::uninitialized_default_construct_n(made->Slots(), slots);
+    return made;
+  }
+  static void Destroy(TExtras* extras, std::size_t slots) noexcept {
+    std::destroy_n(extras->Slots(), slots);
+    extras->~TExtras();
+    ::operator delete(extras);
+  }
 };
 
 static_assert(alignof(TSlotTable) >= alignof(TCIMValue) &&
@@ -48,6 +64,7 @@ TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout)
 }
 
 TSlotTable::~TSlotTable() {
+  if (m_extras) TExtras::Destroy(m_extras, m_layout->Size());
   for (std::size_t i = 0; i < m_layout->Size(); ++i) Values()[i].~TCIMValue();
 }
 
@@ -76,32 +93,32 @@ void TSlotTable::Assign(std::size_t index, const TCIMValue& value) {
 }
 
 TSlotTable::TExtras& TSlotTable::Extras() {
-  if (!m_extras) m_extras = std::make_unique<TExtras>();
+  if (!m_extras) m_extras = TExtras::Make(m_layout->Size());
   return *m_extras;
 }
 
 const TCIMValue* TSlotTable::Previous(std::size_t index) const noexcept {
-  if (!m_extras) return nullptr;
-  const auto found = m_extras->previous.find(index);
-  return found == m_extras->previous.end() ? nullptr : &found->second;
+  if (!m_extras || !m_extras->previous) return nullptr;
+  const auto found = m_extras->previous->find(index);
+  return found == m_extras->previous->end() ? nullptr : &found->second;
 }
 
 void TSlotTable::SetPrevious(std::size_t index, const TCIMValue& value) {
-  Extras().previous.insert_or_assign(index, value);
+  auto& previous = Extras().previous;
+  if (!previous) previous = std::make_unique<std::map<std::size_t, TCIMValue>>();
+  previous->insert_or_assign(index, value);
 }
 
 boost::shared_ptr<TInmemProperty> TSlotTable::Slot(std::size_t index) {
-  TExtras& extras = Extras();
-  if (!extras.slots)
-    extras.slots = std::make_unique<boost::shared_ptr<TInmemProperty>[]>(m_layout->Size());
-  auto& slot = extras.slots[index];
+  auto& slot = Extras().Slots()[index];
   if (!slot)
     slot = boost::make_shared<TInmemProperty>(boost::intrusive_ptr<TSlotTable>(this), index);
   return slot;
 }
 
 void TSlotTable::ReleaseSlots() noexcept {
-  if (m_extras) const auto released = std::move(m_extras->slots);
+  if (!m_extras) return;
+  for (std::size_t i = 0; i < m_layout->Size(); ++i) m_extras->Slots()[i].reset();
 }
 
 }  // namespace NORVHAV20

@@ -12,7 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 #include <boost/shared_ptr.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
@@ -65,7 +64,7 @@ class TSlotTable : public boost::intrusive_ref_counter<TSlotTable> {
 
   std::uint32_t m_assigned = 0;  // in the padding behind the count of references
   boost::intrusive_ptr<const TSlotLayout> m_layout;
-  std::unique_ptr<TExtras> m_extras;
+  TExtras* m_extras = nullptr;
 };
 
 }  // namespace NORVHAV20
