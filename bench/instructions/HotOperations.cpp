@@ -1,13 +1,18 @@
 // Does one hot operation a number of times, after the same preparation whatever the number:
 // what two runs differ by is what the operation costs.
 //
-//   hav_instructions OPERATION COUNT
+//   hav_instructions OPERATION COUNT [SIZE]
 //   hav_instructions --list
+//
+// SIZE is the number of disks, of links and of subclasses that are there before, 500 when it is
+// not given. The list tells of each operation by how much its cost may grow when SIZE grows five
+// times: 0 where it is meant to grow.
 
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -19,7 +24,6 @@ namespace {
 using namespace havbench;
 using namespace NORVHAV20;
 
-constexpr std::size_t kDisks = 500;
 constexpr std::size_t kSpare = 2;  // more, for changes to use
 constexpr std::size_t kEntries = 200;
 
@@ -42,38 +46,77 @@ boost::shared_ptr<ICIMProperty> ShownByValueMap(ICIMNamespace& ns) {
 
 struct Operation {
   std::function<bool(std::size_t)> once;  // false when its answer is wrong
+  double growth = 0;                      // with five times the size, at most
 };
 
-std::map<std::string, Operation> Operations(InmemSubject& subject) {
+// A change, then a question about an object that the change has nothing to do with.
+bool AsksAfterChange(InmemSubject& subject, std::size_t i, std::size_t disks) {
+  constexpr Change kChanges[] = {Change::kInstance,  Change::kLink,     Change::kUnlink,
+                                 Change::kReference, Change::kProperty, Change::kRekey,
+                                 Change::kNeighbour, Change::kDerived};
+  const Change change = kChanges[i % std::size(kChanges)];
+  subject.Do(change);
+  const bool right =
+      subject.References(i % disks) == 2 && subject.Associators((i + 1) % disks) == 2;
+  subject.Undo(change);
+  return right;
+}
+
+boost::shared_ptr<ICIMClass> AddSubclass(InmemSubject& subject, std::size_t number) {
+  ICIMNamespace& ns = subject.Namespace();
+  const auto cls = ns.AllocateClass("Bench_Subclass" + std::to_string(number),
+                                    ns.GetClass("Bench_Disk", {}), {});
+  cls->AddToNamespace({});
+  return cls;
+}
+
+std::map<std::string, Operation> Operations(InmemSubject& subject, std::size_t disks) {
   const auto shown = ShownByValueMap(subject.Namespace());
   return {
-      {"make", {[&](std::size_t i) {
-         subject.Make(DiskNumber(kDisks + kSpare + i));
+      {"make", {[&, disks](std::size_t i) {
+         subject.Make(DiskNumber(disks + kSpare + i));
          return true;
        }}},
-      {"get", {[&](std::size_t i) { return subject.Get(i % kDisks); }}},
+      {"ask-after-change",
+       {[&, disks](std::size_t i) { return AsksAfterChange(subject, i, disks); }, 1.2}},
+      // Those deleted before keep their names.
+      {"add-subclass",
+       {[&, disks](std::size_t i) {
+          AddSubclass(subject, disks + i)->Delete({});
+          return true;
+        },
+        1.2}},
+      {"get", {[&, disks](std::size_t i) { return subject.Get(i % disks); }, 1.2}},
       {"property",
-       {[&](std::size_t i) { return subject.SizeOf(i % kDisks) == DiskNumber(i % kDisks).size; }}},
-      {"walk-after-change", {[&](std::size_t) {
+       {[&, disks](std::size_t i) {
+          return subject.SizeOf(i % disks) == DiskNumber(i % disks).size;
+        },
+        1.2}},
+      {"walk-after-change", {[&, disks](std::size_t) {
          subject.Do(Change::kInstance);
-         const bool right = subject.Enumerate() == kDisks + kSpare + 1;
+         const bool right = subject.Enumerate() == disks + kSpare + 1;
          subject.Undo(Change::kInstance);
          return right;
        }}},
       {"display-valuemap",
        {[shown](std::size_t) { return shown->GetDisplayValue({}) == "Text 199"; }}},
-      {"enumerate", {[&](std::size_t) { return subject.Enumerate() == kDisks + kSpare; }}},
-      {"references", {[&](std::size_t i) { return subject.References(i % kDisks) == 2; }}},
-      {"associators", {[&](std::size_t i) { return subject.Associators(i % kDisks) == 2; }}},
-      {"key-names", {[&](std::size_t) {
-         int keys = 0;
-         subject.Namespace()
-             .GetClass("Bench_Disk", {})
-             ->EnumerateKeyNames([&](const std::string*) { return ++keys != 0; }, {});
-         return keys == 2;
-       }}},
+      {"enumerate", {[&, disks](std::size_t) { return subject.Enumerate() == disks + kSpare; }}},
+      {"references",
+       {[&, disks](std::size_t i) { return subject.References(i % disks) == 2; }, 1.2}},
+      {"associators",
+       {[&, disks](std::size_t i) { return subject.Associators(i % disks) == 2; }, 1.2}},
+      {"key-names",
+       {[&](std::size_t) {
+          int keys = 0;
+          subject.Namespace()
+              .GetClass("Bench_Disk", {})
+              ->EnumerateKeyNames([&](const std::string*) { return ++keys != 0; }, {});
+          return keys == 2;
+        },
+        1.2}},
       {"class-by-name",
-       {[&](std::size_t) { return subject.Namespace().GetClass("bench_DISK", {}) != nullptr; }}},
+       {[&](std::size_t) { return subject.Namespace().GetClass("bench_DISK", {}) != nullptr; },
+        1.2}},
   };
 }
 
@@ -86,24 +129,27 @@ int Fail(const std::string& text) {
 
 int main(int argc, char** argv) {
   InmemSubject subject;
-  const auto operations = Operations(subject);
+  const std::size_t disks = argc == 4 ? std::strtoul(argv[3], nullptr, 10) : 500;
+  const auto operations = Operations(subject, disks);
   if (argc == 2 && std::strcmp(argv[1], "--list") == 0) {
-    for (const auto& entry : operations) std::cout << entry.first << '\n';
+    for (const auto& entry : operations)
+      std::cout << entry.first << ' ' << entry.second.growth << '\n';
     return 0;
   }
-  if (argc != 3) return Fail("OPERATION and COUNT are needed, or --list");
+  if (argc < 3 || argc > 4 || disks == 0) return Fail("OPERATION and COUNT are needed, or --list");
   const auto found = operations.find(argv[1]);
   if (found == operations.end()) return Fail(std::string("no operation ") + argv[1]);
 
   std::vector<std::size_t> numbers;
-  for (std::size_t i = 0; i < kDisks; ++i) {
+  for (std::size_t i = 0; i < disks; ++i) {
     subject.Make(DiskNumber(i));
     numbers.push_back(i);
   }
   subject.Prepare(numbers);
-  for (std::size_t i = 0; i < kDisks; ++i) subject.MakeLink(i, (i + 1) % kDisks);
-  subject.PrepareChanges(kDisks);
-  for (std::size_t i = 0; i < kDisks; ++i) {
+  for (std::size_t i = 0; i < disks; ++i) subject.MakeLink(i, (i + 1) % disks);
+  subject.PrepareChanges(disks);
+  for (std::size_t i = 0; i < disks; ++i) AddSubclass(subject, i);
+  for (std::size_t i = 0; i < disks; ++i) {
     subject.SizeOf(i);
     subject.Associators(i);
   }
