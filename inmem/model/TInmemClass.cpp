@@ -62,6 +62,7 @@ TInmemClass::TInmemClass(const TNamespaceLink& home, const std::string& name,
 
 TInmemClass::~TInmemClass() {
   ModelClock::SchemaChanged();
+  ModelClock::PathsChanged();
   ReleaseOneByOne(m_subclasses);
   ReleaseOneByOne(m_associations);
 }
@@ -102,6 +103,10 @@ void TInmemClass::SetUpInheritance() {
                          }));
   auto qualifiers = PropagatedQualifiers(*superclass);
   m_properties.swap(properties);
+  for (const auto& [name, entry] : properties) {
+    const auto found = m_properties.find(name);
+    NoteSpelling(*entry.decl, found == m_properties.end() ? nullptr : found->second.decl.get());
+  }
   m_methods.swap(methods);
   m_qualifiers.Swap(qualifiers);
   PropertiesChanged();
@@ -204,6 +209,21 @@ boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() con
   m_keyDecls = own ? keys : nullptr;
   m_keyDeclsSchema = schema;
   return keys;
+}
+
+// The names of keys in paths are spelt as their declarations are. One that is gone may come
+// back, spelt otherwise.
+void TInmemClass::NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropertyDecl* now) {
+  if (now && now->GetName(TOptions()) == before.GetName(TOptions())) return;
+  m_lostNames = true;
+  ModelClock::PathsChanged();
+}
+
+bool TInmemClass::SpellsForGood() const noexcept {
+  return !m_lostNames &&
+         std::all_of(m_properties.begin(), m_properties.end(), [](const auto& entry) {
+           return typeid(*entry.second.decl) == typeid(TInmemPropertyDecl);
+         });
 }
 
 void TInmemClass::PropertiesChanged() noexcept {

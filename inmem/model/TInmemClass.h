@@ -73,6 +73,16 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   TLinkIndex* Links() const;
   // How often an instance of this class has come or gone.
   std::uint64_t Moves() const noexcept { return m_instances.Moves(); }
+  // Different once an instance of this class has gone: equal departures of two classes are
+  // those of one.
+  std::uint64_t Departures() const noexcept { return m_instances.Departures(); }
+  // Whether keys in paths are still spelt as they ever were, and will be until a path clock
+  // moves. Complexity: O(n) in the number of properties.
+  bool SpellsForGood() const noexcept;
+  // The index, when there is one already.
+  const TLinkIndex* CurrentLinks() const noexcept {
+    return m_links && m_links->IsWhole() ? m_links.get() : nullptr;
+  }
   bool HasInstances() const noexcept { return m_instances.Size() != 0; }
 
   // Calls back for each association class that EnumerateAssociationClasses visits without a
@@ -183,6 +193,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   TPropertyDecls ReferenceDecls() const;
   boost::shared_ptr<const TPropertyDecls> KeyDecls() const;
   void PropertiesChanged() noexcept;
+  void NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropertyDecl* now);
 
   // Inheritance.
   TQualifierTable::TMap PropagatedQualifiers(ICIMClass& superclass);
@@ -229,6 +240,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   mutable TInstanceStore m_instances;  // asked for, it puts itself in order
   mutable std::unique_ptr<TLinkIndex> m_links;
   mutable bool m_linksAsked = false;
+  bool m_lostNames = false;
   bool m_inNamespace = false;
   bool m_hostMark = false;
 };

@@ -121,6 +121,7 @@ boost::shared_ptr<ICIMPropertyDecl> TInmemClass::Declare(
   auto existing = Standing(m_properties, key);
   if (!IsPropertyDeclared(*decl, key, existing, *this)) return existing;
   m_properties.insert_or_assign(std::move(key), TEntry<ICIMPropertyDecl>{decl, true});
+  if (existing) NoteSpelling(*existing, decl.get());
   PropertiesChanged();
   return decl;
 }
@@ -128,6 +129,7 @@ boost::shared_ptr<ICIMPropertyDecl> TInmemClass::Declare(
 void TInmemClass::RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, TOptions) {
   const auto self = Self();
   const auto removed = TakeOut(m_properties, *Require(decl));
+  NoteSpelling(*removed, nullptr);
   PropertiesChanged();
 }
 

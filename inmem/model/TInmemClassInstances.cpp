@@ -68,6 +68,7 @@ void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions
   const std::string path = Require(instance)->GetReference(TOptions()).GetPath();
   const auto census = Require(m_home.Census());
   auto* const own = TInmemInstance::Own(*instance);
+  if (!own || !own->IsOf(*this)) m_instances.Depart();  // its path may be spelt anyhow
   if (own && !own->IsOf(*this)) own->Stray();
   m_instances.Add(path, instance);
 }

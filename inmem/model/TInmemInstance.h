@@ -26,6 +26,7 @@
 namespace NORVHAV20 {
 
 class ICIMPropertyDecl;
+class TInmemClass;
 class TLinkIndex;
 class TMemoryWatch;
 
@@ -104,6 +105,8 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   // Told when it is stored in another class than its own.
   void Stray() noexcept { m_strayed = true; }
   bool IsOf(const ICIMClass& cls) const noexcept { return m_class.get() == &cls; }
+  // Its class when that is of this make, else null.
+  const TInmemClass* OwnClass() const noexcept;
   // Compares different when the instance may have come to stand, or to go, anywhere.
   std::uint64_t Moves() const noexcept;
   void RememberStoreEntry(TInstanceStore::TEntry* entry) noexcept { m_storeEntry = entry; }
@@ -147,6 +150,9 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   TCallback ExamineCallback(const TCallback& callback, const std::string& role,
                             TMemoryWatch& memory);
   bool IsReferredToBy(const TCIMValue& value) const;
+  static boost::shared_ptr<ICIMElement> End(const TInmemInstance& association, std::size_t slot,
+                                            const TCIMValue& value,
+                                            const boost::shared_ptr<ICIMClass>& referenced);
   bool IsReferredToBySlot(const TInmemInstance& association, std::size_t slot) const;
 
   // Returns the number of a slot by name, kNone when there is none. Throws 25 for no name.

@@ -57,12 +57,6 @@ bool Report(const TInmemInstance::TCallback& callback,
   return goesOn;
 }
 
-bool IsReferenceTo(const TCIMValue& value, const boost::shared_ptr<ICIMClass>& wanted) {
-  if (!value.IsReference()) return false;
-  const auto referenced = value.GetReferencedClass();
-  return referenced && referenced->IsA(wanted, TOptions());
-}
-
 }  // namespace
 
 bool TInmemInstance::IsReferredToBy(const TCIMValue& value) const {
@@ -109,6 +103,7 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
   const CimName foldedRole(role);
   TLinkIndex::TWalk walk(index, *this);
   const ICIMInstance* found = nullptr;
+  std::size_t foundByPath = 0;
   for (const auto& candidate : walk.Candidates()) {
     const auto& association = candidate.association;
     if (association.get() == found) continue;
@@ -118,8 +113,10 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
           return ExamineAssociation(callback, role, association);
         const auto& own = static_cast<TInmemInstance&>(*association);
         if (!role.empty() && own.SlotName(candidate.slot) != foldedRole.Folded()) return true;
-        if (!IsReferredToBySlot(own, candidate.slot)) return true;
+        const bool known = candidate.byPath && walk.IsKnown();
+        if (!known && !IsReferredToBySlot(own, candidate.slot)) return true;
         found = association.get();
+        foundByPath += candidate.byPath;
         DropExceptions([&] { callback(association); });
         return true;
       });
@@ -128,8 +125,9 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
     for (const auto& next : walk.After(*association))
       DropExceptions(
           [&] { memory.Over([&] { return ExamineAssociation(callback, role, next); }); });
-    break;
+    return true;
   }
+  walk.Found(foundByPath);
   return true;
 }
 
@@ -144,8 +142,22 @@ bool TInmemInstance::ExamineAssociation(const TCallback& callback, const std::st
                       : ExamineCandidateClassInstanceWithRole(callback, role, association);
 }
 
+// Where a reference of an association leads: to what an index knows, or to what resolving says.
+boost::shared_ptr<ICIMElement> TInmemInstance::End(const TInmemInstance& association,
+                                                   std::size_t slot, const TCIMValue& value,
+                                                   const boost::shared_ptr<ICIMClass>& referenced) {
+  const auto* cls = referenced ? association.OwnClass() : nullptr;
+  const auto* links = cls ? cls->CurrentLinks() : nullptr;
+  if (links)
+    if (auto* end = links->KnownEnd(association.Values(), slot, *referenced))
+      return end->shared_from_this();
+  return Resolve(value);
+}
+
+const TInmemClass* TInmemInstance::OwnClass() const noexcept { return TInmemClass::Own(*m_class); }
+
 std::uint64_t TInmemInstance::Moves() const noexcept {
-  const auto* own = TInmemClass::Own(*m_class);
+  const auto* own = OwnClass();
   return 2 * (own ? own->Moves() : 0) + m_strayed;
 }
 
@@ -205,17 +217,20 @@ bool TInmemInstance::ExamineCandidate(const TCallback& callback,
                                       boost::shared_ptr<TInmemInstance> association) {
   if (!association) return true;
   const CimName foldedRole(role);
-  const auto isSelf = [&](std::size_t slot, const TCIMValue& value) {
-    if (!role.empty()) return association->SlotName(slot) == foldedRole.Folded();
-    return value.GetReferencedClass() == m_class &&
-           TrueUnlessNotFound([&] { return IsReferredToBy(value); });
-  };
   bool selfSeen = false;
   for (std::size_t slot = 0; slot < association->SlotCount(); ++slot) {
     const TCIMValue value = association->SlotHandle(slot).GetValue(TOptions());
     if (!value.IsReference()) continue;
-    if (!selfSeen && (selfSeen = isSelf(slot, value))) continue;
-    if (IsReferenceTo(value, resultClass)) return Report(callback, Resolve(value));
+    const bool inRole = association->SlotName(slot) == foldedRole.Folded();
+    if (!selfSeen && !role.empty() && (selfSeen = inRole)) continue;
+    const auto referenced = value.GetReferencedClass();
+    if (!selfSeen && role.empty() && referenced == m_class) {
+      selfSeen = TrueUnlessNotFound(
+          [&] { return End(*association, slot, value, referenced).get() == this; });
+      if (selfSeen) continue;
+    }
+    if (referenced && referenced->IsA(resultClass, TOptions()))
+      return Report(callback, End(*association, slot, value, referenced));
   }
   return true;
 }
@@ -226,8 +241,11 @@ bool TInmemInstance::ExamineCandidateWithResultRole(const TCallback& callback,
                                                     boost::shared_ptr<TInmemInstance> association) {
   if (!association) return true;
   const TCIMValue value = association->ValueOf(resultRole);
-  if (!IsReferenceTo(value, resultClass)) return true;
-  Report(callback, Resolve(value));
+  if (!value.IsReference()) return true;
+  const auto referenced = value.GetReferencedClass();
+  if (!referenced || !referenced->IsA(resultClass, TOptions())) return true;
+  const std::size_t slot = association->m_values->Layout().Find(CimName(resultRole));
+  Report(callback, End(*association, slot, value, referenced));
   return true;
 }
 

@@ -16,6 +16,7 @@
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
 #include "inmem/values/HostServices.h"
+#include "inmem/values/ModelClock.h"
 #include "inmem/values/ReferenceDefaults.h"
 
 namespace NORVHAV20 {
@@ -196,6 +197,7 @@ void TLinkIndex::Link(std::uint32_t record, std::size_t slot, std::uint32_t targ
   TTarget& to = m_targets[target];
   if (to.links.size() > 2 * (to.live + 8)) CloseGaps(to);
   to.links.push_back(link);
+  to.end = nullptr;
   m_freeLink = m_links[link].next;
   ++to.live;
   m_links[link] = {record, static_cast<std::uint32_t>(slot), target,
@@ -241,7 +243,7 @@ std::uint32_t TLinkIndex::TargetOf(const TInmemPropertyDecl& decl) {
 
 std::uint32_t TLinkIndex::NewTarget(std::uint64_t hash) {
   if (m_freeTarget == kNone) {
-    m_targets.push_back({0, 0, kNone, {}});
+    m_targets.push_back({0, 0, kNone, nullptr, 0, 0, {}});
     m_freeTarget = static_cast<std::uint32_t>(m_targets.size() - 1);
   }
   const std::uint32_t target = m_freeTarget;
@@ -254,12 +256,12 @@ std::uint32_t TLinkIndex::NewTarget(std::uint64_t hash) {
 // A target that nothing refers to any more.
 void TLinkIndex::Release(std::uint32_t target) noexcept {
   m_targets[target].links = {};
+  m_targets[target].end = nullptr;
   m_targets[target].ordered = 0;
   if (target == kAny) return;
-  const auto known = std::find_if(m_defaults.begin(), m_defaults.end(),
-                                  [&](const TDefault& it) { return it.target == target; });
-  if (known != m_defaults.end())
-    m_defaults.erase(known);
+  if (IsDefault(target))
+    m_defaults.erase(std::find_if(m_defaults.begin(), m_defaults.end(),
+                                  [&](const TDefault& it) { return it.target == target; }));
   else
     m_byHash.Erase(target, [this](std::uint32_t id) { return m_targets[id].hash; });
   m_targets[target].ordered = std::exchange(m_freeTarget, target);
@@ -316,6 +318,27 @@ bool TLinkIndex::IsBefore(std::uint32_t a, std::uint32_t b) const noexcept {
          TInstanceStore::PathOf(*m_records[second.record].entry);
 }
 
+TInmemInstance* TLinkIndex::KnownEnd(const TSlotTable& values, std::size_t slot,
+                                     const ICIMClass& referenced) const noexcept {
+  const std::uint32_t record = RecordOf(&values);
+  if (record == kNone) return nullptr;
+  for (std::uint32_t link = m_records[record].first; link != kNone; link = m_links[link].next) {
+    if (m_links[link].slot != slot) continue;
+    const TTarget& target = m_targets[m_links[link].target];
+    const auto* cls = target.end ? TInmemClass::Own(referenced) : nullptr;
+    // An instance of this class has not departed, so it is there.
+    const bool known =
+        cls && target.departures == cls->Departures() && target.paths == ModelClock::Paths();
+    return known ? target.end : nullptr;
+  }
+  return nullptr;
+}
+
+bool TLinkIndex::IsDefault(std::uint32_t target) const noexcept {
+  return std::any_of(m_defaults.begin(), m_defaults.end(),
+                     [&](const TDefault& it) { return it.target == target; });
+}
+
 // The targets whose references may lead to what is stored under `path`; empty: to what is
 // stored nowhere.
 template <class Visit>
@@ -339,7 +362,8 @@ TLinkIndex::TWalk::TWalk(TLinkIndex& index, const TInmemInstance& target)
     : m_index(&index),
       m_target(target),
       m_moves(target.Moves()),
-      m_defaults(ReferenceDefaults::Changed()) {
+      m_defaults(ReferenceDefaults::Changed()),
+      m_paths(ModelClock::Paths()) {
   const TEntry* entry = target.StoreEntry();
   std::size_t sources = 0;
   index.ForEachTarget(entry ? TInstanceStore::PathOf(*entry) : std::string_view(),
@@ -365,13 +389,38 @@ TLinkIndex::TWalk::~TWalk() {
 
 void TLinkIndex::TWalk::Take(std::uint32_t target) {
   const auto& links = m_index->InOrder(target);
+  const bool byPath = target != kAny && !m_index->IsDefault(target);
   m_candidates.reserve(m_candidates.size() + links.size());
   for (const std::uint32_t id : links) {
     const TLink& link = m_index->m_links[id];
     const TEntry* entry = m_index->m_records[link.record].entry;
     const std::size_t slot = target == kAny ? kEvery : link.slot;
-    m_candidates.push_back({TInstanceStore::InstanceOf(*entry), slot, entry});
+    m_candidates.push_back({TInstanceStore::InstanceOf(*entry), slot, byPath, entry});
   }
+  if (!byPath) return;
+  const TTarget& named = m_index->m_targets[target];
+  m_byPath = target;
+  m_countByPath = links.size();
+  m_known = named.end == &m_target && named.departures == Departures() && named.paths == m_paths;
+}
+
+std::uint64_t TLinkIndex::TWalk::Departures() const noexcept {
+  const auto* cls = m_target.OwnClass();
+  return cls ? cls->Departures() : 0;
+}
+
+bool TLinkIndex::TWalk::IsKnown() const noexcept {
+  return m_known && m_paths == ModelClock::Paths();
+}
+
+void TLinkIndex::TWalk::Found(std::size_t candidates) noexcept {
+  if (m_known || candidates == 0 || candidates != m_countByPath || !IsCurrent()) return;
+  const auto* cls = m_target.OwnClass();
+  if (m_paths != ModelClock::Paths() || !cls || !cls->SpellsForGood()) return;
+  TTarget& named = m_index->m_targets[m_byPath];
+  named.end = const_cast<TInmemInstance*>(&m_target);
+  named.departures = cls->Departures();
+  named.paths = m_paths;
 }
 
 bool TLinkIndex::TWalk::IsCurrent() const noexcept {

@@ -56,6 +56,11 @@ class TLinkIndex final : public IReferenceWatcher {
   // declaration has turned into one of references.
   bool IsWhole() const noexcept;
 
+  // Returns the instance that a reference of an association is known to lead to, null when it
+  // has to be resolved. `referenced`: the class that it names.
+  TInmemInstance* KnownEnd(const TSlotTable& values, std::size_t slot,
+                           const ICIMClass& referenced) const noexcept;
+
   // For the store: what is about to change, has come, is about to go.
   void BeforeChange() noexcept;
   void Entered(const TEntry& entry) noexcept;
@@ -89,6 +94,11 @@ class TLinkIndex final : public IReferenceWatcher {
     std::uint64_t hash;
     std::uint32_t live;
     std::uint32_t ordered;
+    // To which each of the links has been found to lead, null when that is not known. It does
+    // as long as no instance of its class departs and the path clock stands.
+    TInmemInstance* end;
+    std::uint64_t departures;
+    std::uint64_t paths;
     std::vector<std::uint32_t> links;
   };
   struct TDefault {
@@ -107,6 +117,7 @@ class TLinkIndex final : public IReferenceWatcher {
   std::uint32_t TargetOf(const TInmemPropertyDecl& decl);
   std::uint32_t NewTarget(std::uint64_t hash);
   void Release(std::uint32_t target) noexcept;
+  bool IsDefault(std::uint32_t target) const noexcept;
   void Watch(const TSlotLayout& layout);
   void CloseGaps(TTarget& target) noexcept;
   const std::vector<std::uint32_t>& InOrder(std::uint32_t target);
@@ -139,6 +150,7 @@ class TLinkIndex::TWalk {
   struct TCandidate {
     boost::shared_ptr<ICIMInstance> association;
     std::size_t slot;  // kEvery: any of them
+    bool byPath;       // offered because the reference names the path
     const TEntry* entry;
   };
   static constexpr std::size_t kEvery = static_cast<std::size_t>(-1);
@@ -149,6 +161,10 @@ class TLinkIndex::TWalk {
   TWalk& operator=(const TWalk&) = delete;
 
   const std::vector<TCandidate>& Candidates() const noexcept { return m_candidates; }
+  // Whether the candidates by path are known to refer to the instance.
+  bool IsKnown() const noexcept;
+  // Says that so many candidates by path have been found to refer to it.
+  void Found(std::size_t candidates) noexcept;
   // Whether the candidates are still all.
   bool IsCurrent() const noexcept;
   // The associations after this one, of those that were stored when the walk began. To be asked
@@ -160,6 +176,7 @@ class TLinkIndex::TWalk {
   friend class TLinkIndex;
 
   void Take(std::uint32_t target);
+  std::uint64_t Departures() const noexcept;
   void Keep() noexcept;
 
   TLinkIndex* m_index;  // null once the walk has kept what was stored
@@ -167,6 +184,10 @@ class TLinkIndex::TWalk {
   const TInmemInstance& m_target;
   std::uint64_t m_moves;
   std::uint64_t m_defaults;
+  std::uint64_t m_paths;
+  std::uint32_t m_byPath = kNone;  // the target
+  std::size_t m_countByPath = 0;
+  bool m_known = false;
   std::vector<TCandidate> m_candidates;
   boost::shared_ptr<const TInstanceStore::TInstances> m_kept;
 };

@@ -60,6 +60,7 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   m_classes.swap(copy.m_classes);
   m_root.swap(copy.m_root);
   m_redefinitionAllowed = copy.m_redefinitionAllowed;
+  ModelClock::PathsChanged();
   // Each takes the other's place in what it shares; the copy then leaves in this one's stead.
   if (m_census != copy.m_census) {
     m_census->Replace(*this, copy);
@@ -74,6 +75,7 @@ ICIMNamespace& TInmemNamespace::operator=(ICIMNamespace&) { return *this; }
 TInmemNamespace::~TInmemNamespace() {
   m_census->Leave(*this);
   ModelClock::SchemaChanged();
+  ModelClock::PathsChanged();
 }
 
 void TInmemNamespace::Initialize() {
@@ -187,7 +189,9 @@ INamespaceRegistry::TAdmission TInmemNamespace::AdmitClass(
 
 void TInmemNamespace::AddClass(boost::shared_ptr<TInmemClass> cls) {
   std::string key = NormalizeCimName(cls->GetName(TOptions()));
-  m_classes.insert_or_assign(std::move(key), std::move(cls));
+  auto& place = m_classes[std::move(key)];
+  if (place && place != cls) ModelClock::PathsChanged();
+  place = std::move(cls);
 }
 
 void TInmemNamespace::RemoveClass(boost::shared_ptr<TInmemClass>) {}
