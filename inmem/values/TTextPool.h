@@ -3,8 +3,8 @@
 // a value given again is kept as a copy of the one that is there, and copies share their text.
 //
 // It is a cache and no more: texts fall out of it, and a property whose values are nearly all
-// different is left alone. Where copies of values share nothing, or text cannot be looked at
-// without copying it, there is no pool.
+// different is left alone. Where copying a value needs memory, so that copies share nothing, or
+// text cannot be looked at without copying it, there is no pool.
 //
 // Ownership: holds copies of some hundred values.
 // Threads:   one thread at a time per namespace.
@@ -24,7 +24,8 @@ namespace NORVHAV20 {
 
 class TTextPool {
  public:
-  static constexpr bool kIsOfUse = std::is_same_v<THeldText<TCIMValue>, std::string_view>;
+  static constexpr bool kIsOfUse = std::is_same_v<THeldText<TCIMValue>, std::string_view> &&
+                                   std::is_nothrow_copy_assignable_v<TCIMValue>;
 
   explicit TTextPool(std::size_t slots) : m_records(slots) {}
 
