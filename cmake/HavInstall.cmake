@@ -17,7 +17,7 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/havcore)
 set(mof_headers mof/IMofSource.h mof/TMofFolderSource.h mof/TMofLoader.h mof/TMofReport.h
     mof/TMofText.h mof/TMofWriter.h)
 set(inventory_headers inventory/CachesFound.h inventory/ICollector.h inventory/Inventory.h
-    inventory/TCollection.h inventory/TMachine.h)
+    inventory/Refresh.h inventory/TCollection.h inventory/TMachine.h)
 set(HAV_PUBLIC_HEADERS havcore/include/havcore havcore/client ${mof_headers} ${inventory_headers})
 
 install(TARGETS inmem

@@ -12,7 +12,6 @@ void AddFormats(CLI::App& command, TSettings& settings, const std::string& descr
   command.add_option("--format", settings.format, description)
       ->type_name("FORMAT")
       ->check(CLI::IsMember(formats).description(""));
-  AddOutputOption(command, settings);
 }
 
 CLI::App& Declare(CLI::App& program, const TCommandText& text) {
@@ -71,15 +70,21 @@ void AddSourceOptions(CLI::App& command, TSettings& settings) {
   AddNamespaceOptions(command, settings);
 }
 
+void AddLineFormatOption(CLI::App& command, TSettings& settings, const std::string& description) {
+  AddFormats(command, settings, description, {"text", "json"});
+}
+
 void AddFormatOption(CLI::App& command, TSettings& settings) {
   AddFormats(command, settings, "text for people (the default), json for programs",
              {"text", "json"});
+  AddOutputOption(command, settings);
 }
 
 void AddPageFormatOption(CLI::App& command, TSettings& settings) {
   AddFormats(command, settings,
              "text for people (the default), json for programs, html for a browser",
              {"text", "json", "html"});
+  AddOutputOption(command, settings);
 }
 
 void AddOutputOption(CLI::App& command, TSettings& settings) {

@@ -13,6 +13,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/ICIMNamespace.h"
+#include "havhost/Program.h"
 #include "havhost/TConsole.h"
 #include "havhost/TSettings.h"
 
@@ -28,7 +29,8 @@ using TPlainAction = std::function<void(const TConsole& console)>;
 struct TCommandLine {
   TSettings settings;
   TCommandAction action;
-  TPlainAction plainAction;  // instead of the other
+  TPlainAction plainAction;        // instead of the other
+  EExitStatus status = kExitDone;  // what a command that did its work has to say
 };
 
 struct TCommandText {
@@ -49,6 +51,8 @@ void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug
 void AddSourceOptions(CLI::App& command, TSettings& settings);     // those, and MOF or live
 void AddFormatOption(CLI::App& command, TSettings& settings);      // text, json; output file
 void AddPageFormatOption(CLI::App& command, TSettings& settings);  // those, and html
+void AddLineFormatOption(CLI::App& command, TSettings& settings,
+                         const std::string& description);  // text, json; standard output
 void AddOutputOption(CLI::App& command, TSettings& settings);
 void AddRawOption(CLI::App& command, TSettings& settings);
 
@@ -64,5 +68,7 @@ void AddReferencesCommand(CLI::App& program, TCommandLine& line);
 void AddAssociatorsCommand(CLI::App& program, TCommandLine& line);
 void AddServeCommand(CLI::App& program, TCommandLine& line);
 void AddPasswdCommand(CLI::App& program, TCommandLine& line);
+void AddDiffCommand(CLI::App& program, TCommandLine& line);
+void AddWatchCommand(CLI::App& program, TCommandLine& line);
 
 }  // namespace havhost

@@ -46,6 +46,8 @@ void Declare(CLI::App& program, TCommandLine& line) {
   AddReferencesCommand(program, line);
   AddAssociatorsCommand(program, line);
   AddMofCommand(program, line);
+  AddDiffCommand(program, line);
+  AddWatchCommand(program, line);
   AddServeCommand(program, line);
   AddPasswdCommand(program, line);
 }
@@ -145,7 +147,7 @@ int Run(const std::vector<std::string>& arguments, const TConsole& console) {
     TCommandLine line;
     if (Parse(arguments, line, console.out)) RunCommand(line, console);
     Finish(console.out);
-    return kExitDone;
+    return line.status;
   } catch (const TUsageError& failure) {
     return Fail(console, failure.what(), kExitUsage);
   } catch (const TOutputError& failure) {

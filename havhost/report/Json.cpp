@@ -85,15 +85,16 @@ TJson ToJson(const TCIMValue& value) {
   return elements;
 }
 
+TJson ToJson(const TPropertyReport& property) {
+  const bool isList = property.value.IsArray() && !property.value.IsNull();
+  return {{"type", TypeText(property.type)},
+          {"value", ToJson(property.value)},
+          {"display", isList ? TJson(property.display) : TJson(Join(property.display))}};
+}
+
 TJson ToJson(const TInstanceReport& instance) {
   TJson properties = TJson::object();
-  for (const auto& property : instance.properties) {
-    const bool isList = property.value.IsArray() && !property.value.IsNull();
-    properties[property.name] = {
-        {"type", TypeText(property.type)},
-        {"value", ToJson(property.value)},
-        {"display", isList ? TJson(property.display) : TJson(Join(property.display))}};
-  }
+  for (const auto& property : instance.properties) properties[property.name] = ToJson(property);
   return {{"path", WithoutStrayBytes(instance.path)},
           {"class", instance.className},
           {"properties", properties}};

@@ -21,6 +21,7 @@ namespace havhost {
 using TJson = nlohmann::ordered_json;
 
 TJson ToJson(const NORVHAV20::TCIMValue& value);
+TJson ToJson(const TPropertyReport& property);
 TJson ToJson(const TInstanceReport& instance);
 TJson ToJson(const TClassReport& cls);
 

@@ -29,6 +29,8 @@ Commands:
   references   List the associations that refer to an instance, or can refer to a class
   associators  List what associations link to an instance, or can link to a class
   mof          Write the namespace, or one class, as MOF
+  diff         Show what is different between two snapshots
+  watch        Take the inventory again and again, and show what changes
   serve        Serve the namespace to CIM clients, over HTTP
   passwd       Give a user of the server a password, which is read from standard input
 

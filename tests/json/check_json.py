@@ -84,9 +84,10 @@ class Check:
                   "it does not" if self.validator.is_valid(document) else "")
 
 
-def written(havhost, arguments):
-    run = subprocess.run([havhost, *arguments, "--format", "json"], check=True,
-                         stdout=subprocess.PIPE)
+def written(havhost, arguments, status=0):
+    run = subprocess.run([havhost, *arguments, "--format", "json"], stdout=subprocess.PIPE)
+    if run.returncode != status:
+        raise SystemExit(f"{arguments} ended with {run.returncode}")
     return json.loads(run.stdout)
 
 
@@ -121,6 +122,9 @@ def main(arguments):
         for what, command in COMMANDS.items():
             check.accepts(what, written(havhost, [*command, "--mof", str(model)]))
         check.accepts("load", written(havhost, ["load", str(model)]))
+        later = pathlib.Path(folder) / "later.mof"
+        later.write_text(MODEL.replace("S8 = -128", "S8 = 127").replace('"part"', '"other"'))
+        check.accepts("differences", written(havhost, ["diff", str(model), str(later)], status=1))
         check.accepts("this machine", written(havhost, ["inventory"]))
         check_refusals(check, written(havhost, ["inventory", "--mof", str(model)]))
     return 1 if check.failed else 0
