@@ -28,6 +28,7 @@ TXmlElement& TXmlTreeBuilder::Open(std::string name) {
   if (++m_elements > TXmlElement::kMaximumElements)
     throw TXmlError("there are more than " + std::to_string(TXmlElement::kMaximumElements) +
                     " elements");
+  if (m_open.empty() && m_elements != 1) throw TXmlError("there is more than one document");
   // A sibling moves only while it is closed, so that the open ones stay where they are.
   TXmlElement* element = &m_root;
   if (!m_open.empty()) element = &m_open.back()->children.emplace_back();

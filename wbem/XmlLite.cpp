@@ -56,6 +56,35 @@ class TMemoryStream : public ISequentialStream {
   std::string_view m_text;
 };
 
+// The library is part of Windows; MinGW-w64 has its header and nothing to link with.
+struct TXmlLite {
+  using TCreateReader = HRESULT(STDAPICALLTYPE*)(REFIID, void**, IMalloc*);
+  using TCreateInput = HRESULT(STDAPICALLTYPE*)(IUnknown*, IMalloc*, LPCWSTR, BOOL, LPCWSTR,
+                                                IUnknown**);
+
+  TXmlLite() {
+    const auto library = LoadLibraryExW(L"xmllite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (!library) throw TXmlError("XmlLite, the system's reader of XML, is not there");
+    createReader = Find<TCreateReader>(library, "CreateXmlReader");
+    createInput = Find<TCreateInput>(library, "CreateXmlReaderInputWithEncodingName");
+  }
+
+  template <class T>
+  static T Find(HMODULE library, const char* name) {
+    const auto function = GetProcAddress(library, name);
+    if (!function) throw TXmlError("XmlLite, the system's reader of XML, is too old");
+    return reinterpret_cast<T>(reinterpret_cast<void*>(function));
+  }
+
+  TCreateReader createReader;
+  TCreateInput createInput;
+};
+
+const TXmlLite& XmlLite() {
+  static const TXmlLite library;
+  return library;
+}
+
 struct TRelease {
   void operator()(IUnknown* object) const { object->Release(); }
 };
@@ -64,7 +93,7 @@ class TReader {
  public:
   TReader(TMemoryStream& stream, const std::string& encoding) {
     void* reader = nullptr;
-    Require(CreateXmlReader(IID_IXmlReader, &reader, nullptr));
+    Require(XmlLite().createReader(__uuidof(IXmlReader), &reader, nullptr));
     m_reader.reset(static_cast<IXmlReader*>(reader));
     Require(m_reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit));
     if (encoding.empty()) {
@@ -72,8 +101,7 @@ class TReader {
       return;
     }
     IUnknown* input = nullptr;
-    Require(
-        CreateXmlReaderInputWithEncodingName(&stream, nullptr, L"UTF-8", FALSE, nullptr, &input));
+    Require(XmlLite().createInput(&stream, nullptr, L"UTF-8", FALSE, nullptr, &input));
     m_input.reset(input);
     Require(m_reader->SetInput(input));
   }

@@ -10,7 +10,12 @@
 #include "havhost/server/TUsers.h"
 #endif
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <io.h>
+#include <windows.h>
+
+#include <cstdio>
+#else
 #include <termios.h>
 #include <unistd.h>
 #endif
@@ -45,8 +50,25 @@ bool IsTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 
 #else
 
-class TNoEcho {};
-bool IsTerminal() { return false; }
+class TNoEcho {
+ public:
+  TNoEcho() {
+    if (GetConsoleMode(m_input, &m_before) != 0)
+      m_isHidden = SetConsoleMode(m_input, m_before & ~DWORD{ENABLE_ECHO_INPUT}) != 0;
+  }
+  ~TNoEcho() {
+    if (m_isHidden) SetConsoleMode(m_input, m_before);
+  }
+  TNoEcho(const TNoEcho&) = delete;
+  TNoEcho& operator=(const TNoEcho&) = delete;
+
+ private:
+  HANDLE m_input = GetStdHandle(STD_INPUT_HANDLE);
+  DWORD m_before = 0;
+  bool m_isHidden = false;
+};
+
+bool IsTerminal() { return _isatty(_fileno(stdin)) != 0; }
 
 #endif
 

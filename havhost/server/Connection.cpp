@@ -1,5 +1,6 @@
 #include "havhost/server/Connection.h"
 
+#include <chrono>
 #include <memory>
 #include <new>
 #include <optional>
@@ -64,19 +65,22 @@ class TConnection : public std::enable_shared_from_this<TConnection<TStream>> {
   TConnection& operator=(const TConnection&) = delete;
 
   void Start() {
+#if defined(HAVHOST_TLS)
     if constexpr (kIsTls) {
       Limit();
       m_stream.async_handshake(asio::ssl::stream_base::server,
                                [self = this->shared_from_this()](error_code failure) {
                                  if (!failure) self->ReadHeader();
                                });
-    } else {
-      ReadHeader();
+      return;
     }
+#endif
+    ReadHeader();
   }
 
  private:
   static constexpr bool kIsTls = !std::is_same_v<TStream, beast::tcp_stream>;
+  static constexpr std::chrono::seconds kDrainTime{2};
   using TReplyPtr = std::shared_ptr<THttpReply>;
 
   // What is begun next has to end in time.
@@ -310,15 +314,18 @@ class TConnection : public std::enable_shared_from_this<TConnection<TStream>> {
   // What the client still sends is read and dropped for a while: closing at once would take
   // the answer away from it.
   void Shut() {
+#if defined(HAVHOST_TLS)
     if constexpr (kIsTls) {
       Limit();
-      m_stream.async_shutdown([self = this->shared_from_this()](error_code) {});
-    } else {
-      error_code ignored;
-      m_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
-      beast::get_lowest_layer(m_stream).expires_after(std::chrono::seconds(2));
-      Drain();
+      m_stream.async_shutdown([self = this->shared_from_this()](error_code){});
+      return;
     }
+#endif
+    auto& socket = beast::get_lowest_layer(m_stream);
+    error_code ignored;
+    socket.socket().shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+    socket.expires_after(kDrainTime);
+    Drain();
   }
 
   void Drain() {
