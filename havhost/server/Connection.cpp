@@ -131,6 +131,7 @@ class TConnection : public std::enable_shared_from_this<TConnection<TStream>> {
     std::string user;
     std::string password;
     if (!ReadCredentials(authorization, user, password)) return Challenge();
+    if (m_services.isKnown(user, password)) return Route();
     asio::post(m_services.login, [self = this->shared_from_this(), user, password] {
       const bool granted = self->m_services.mayUse(user, password);
       asio::post(self->m_stream.get_executor(), [self, granted] {

@@ -80,11 +80,15 @@ struct TServer::TNetwork {
   void Secure() {
 #if defined(HAVHOST_TLS)
     const auto& settings = services.settings;
-    if (!settings.usersFile.empty())
-      services.mayUse = [users = std::make_shared<TUsers>(settings.usersFile)](
-                            const std::string& user, const std::string& password) {
+    if (!settings.usersFile.empty()) {
+      const auto users = std::make_shared<TUsers>(settings.usersFile);
+      services.mayUse = [users](const std::string& user, const std::string& password) {
         return users->Knows(user, password);
       };
+      services.isKnown = [users](const std::string& user, const std::string& password) {
+        return users->Recognises(user, password);
+      };
+    }
     if (settings.certificateFile.empty()) return;
     tls.emplace(asio::ssl::context::tls_server);
     tls->set_options(asio::ssl::context::default_workarounds | asio::ssl::context::no_sslv2 |

@@ -21,8 +21,10 @@ struct TServices {
   std::function<hav::wbem::THttpReply(const hav::wbem::THttpRequest&)> handle;
   // The web page; in the thread of `work`. Empty: there is none.
   std::function<hav::wbem::THttpReply()> makePage;
-  // In the thread of `login`. Empty: everybody may.
+  // Whether a user has this password: in the thread of `login`. Empty: everybody may.
   std::function<bool(const std::string& user, const std::string& password)> mayUse;
+  // Whether that was found out before; in any thread, and at once.
+  std::function<bool(const std::string& user, const std::string& password)> isKnown;
 
   boost::asio::thread_pool work{1};
   boost::asio::thread_pool login{1};

@@ -1,5 +1,6 @@
 #include "havhost/server/TUsers.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cerrno>
@@ -186,17 +187,23 @@ TUsers::TUsers(const std::string& file) : m_secret(RandomBytes(kHashSize)) {
 }
 
 bool TUsers::Knows(const std::string& user, const std::string& password) {
-  const auto digest = Digest(m_secret, password);
-  const auto verified = m_verified.find(user);
-  if (verified != m_verified.end() && SameBytes(verified->second, digest)) return true;
   const auto found = m_hashes.find(user);
   THash expected;
   expected.salt.assign(kSaltSize, '\0');
   const bool known = found != m_hashes.end() && ReadHash(found->second, expected);
   const auto hash = Scrypt(password, expected.salt, expected.cost);
   if (!known || !SameBytes(hash, expected.hash)) return false;
+  const auto digest = Digest(m_secret, password);
+  const std::lock_guard<std::mutex> guard(m_guard);
   m_verified[user] = digest;
   return true;
+}
+
+bool TUsers::Recognises(const std::string& user, const std::string& password) const {
+  const auto digest = Digest(m_secret, password);
+  const std::lock_guard<std::mutex> guard(m_guard);
+  const auto verified = m_verified.find(user);
+  return verified != m_verified.end() && SameBytes(verified->second, digest);
 }
 
 void TUsers::Set(const std::string& file, const std::string& user, const std::string& password) {
@@ -221,9 +228,8 @@ bool ReadBasic(const std::string& header, std::string& user, std::string& passwo
   if (header.size() < scheme.size() ||
       !hav::client::SameName(header.substr(0, scheme.size()), scheme))
     return false;
-  auto encoded = header.substr(header.find_first_not_of(' ', scheme.size() - 1) == std::string::npos
-                                   ? header.size()
-                                   : header.find_first_not_of(' ', scheme.size() - 1));
+  const auto encoded =
+      header.substr(std::min(header.find_first_not_of(' ', scheme.size()), header.size()));
   if (encoded.empty() || encoded.size() % 4 != 0 || encoded.size() > 4096) return false;
   std::string text(encoded.size() / 4 * 3, '\0');
   const int size = EVP_DecodeBlock(reinterpret_cast<unsigned char*>(text.data()),

@@ -3,11 +3,12 @@
 // A line is NAME:scrypt:N:r:p:SALT:HASH, salt and hash in hexadecimal. Lines that are empty or
 // begin with # do not count.
 //
-// Threads: one at a time.
+// Threads: Knows is called by one at a time, Recognises by any.
 // Errors:  THostError, with the file and the line.
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 
 namespace havhost {
@@ -17,16 +18,19 @@ class TUsers {
   // Reads the file.
   explicit TUsers(const std::string& file);
 
-  // True when `user` has this password. What was right once is recognised quickly; a wrong
-  // password takes as long as it takes to hash it, and so does one of a user that there is not.
+  // True when `user` has this password. It takes as long as it takes to hash it, and no less
+  // when there is no such user.
   bool Knows(const std::string& user, const std::string& password);
+  // True when Knows has said so before; quickly.
+  bool Recognises(const std::string& user, const std::string& password) const;
 
   // Writes `user` with a hash of the password into the file, in place of the line that it has;
   // others stay. A new file is for its owner's eyes only.
   static void Set(const std::string& file, const std::string& user, const std::string& password);
 
  private:
-  std::map<std::string, std::string> m_hashes;    // by user: what is behind the name
+  std::map<std::string, std::string> m_hashes;  // by user: what is behind the name
+  mutable std::mutex m_guard;
   std::map<std::string, std::string> m_verified;  // by user: a digest of the right password
   std::string m_secret;                           // of these digests
 };

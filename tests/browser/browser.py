@@ -34,6 +34,7 @@ def start(profile):
 class PageTest(unittest.TestCase):
     """Tests that share a browser; each begins with a page of its own."""
     havhost = None  # the program
+    served = False  # whether it serves its pages, or writes them into files
 
     @classmethod
     def setUpClass(cls):
@@ -49,11 +50,25 @@ class PageTest(unittest.TestCase):
         if name not in cls.pages:
             source = pathlib.Path(cls.folder.name) / f"{name}.mof"
             source.write_text(mof, encoding="utf-8")
-            page = source.with_suffix(".html")
-            subprocess.run([cls.havhost, "inventory", "--format", "html", "-o", page,
-                            "--mof", source], check=True)
-            cls.pages[name] = page.as_uri()
+            cls.pages[name] = cls.serve(source) if cls.served else cls.write(source)
         return cls.pages[name]
+
+    @classmethod
+    def write(cls, source):
+        page = source.with_suffix(".html")
+        subprocess.run([cls.havhost, "inventory", "--format", "html", "-o", page,
+                        "--mof", source], check=True)
+        return page.as_uri()
+
+    @classmethod
+    def serve(cls, source):
+        server = subprocess.Popen(
+            [cls.havhost, "serve", "--mof", source, "--listen", "127.0.0.1:0"],
+            stdout=subprocess.PIPE, text=True)
+        cls.addClassCleanup(server.wait)
+        cls.addClassCleanup(server.terminate)
+        cls.addClassCleanup(server.stdout.close)
+        return server.stdout.readline().split()[-1]
 
     def show(self, address, width=1400, height=900, scheme="light"):
         self.look(width, height, scheme)

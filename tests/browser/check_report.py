@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Opens reports of havhost in a browser and uses them.
 
-  check_report.py HAVHOST
+  check_report.py HAVHOST [served]    the pages that havhost writes, or those that it serves
 """
 import sys
 
@@ -404,8 +404,9 @@ class Report(browser.PageTest):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 2:
+    if sys.argv[2:] not in ([], ["served"]) or len(sys.argv) < 2:
         print(__doc__, file=sys.stderr)
         sys.exit(2)
     Report.havhost = sys.argv[1]
+    Report.served = len(sys.argv) == 3
     sys.exit(browser.run(Report))
