@@ -1,7 +1,7 @@
 #include "wbem/ClassBuilder.h"
 
+#include "havcore/client/Declared.h"
 #include "havcore/client/Enumerate.h"
-#include "wbem/ParameterReference.h"
 #include "wbem/TCimError.h"
 #include "wbem/TElementWriter.h"
 #include "wbem/ValueText.h"
@@ -15,7 +15,8 @@ namespace {
 
 class TClassBuilder {
  public:
-  explicit TClassBuilder(const TNamespacePtr& home) : m_home(home) {}
+  explicit TClassBuilder(const TNamespacePtr& home)
+      : m_home(home), m_provider(home->GetNamespaceProvider({})) {}
 
   boost::shared_ptr<ICIMClass> Build(const TXmlElement& element) {
     m_superclass = FindSuperclass(element);
@@ -127,7 +128,8 @@ class TClassBuilder {
                                    : boost::shared_ptr<ICIMParameterDecl>();
     if (before) Inherit(*before, *parameter);
     Qualify(*parameter, element);
-    if (referenced) SetReferencedClass(*m_home, *parameter, referenced->GetName({}));
+    if (referenced)
+      TDeclaredKeeper(*m_provider).KeepReferencedClass(*parameter, referenced->GetName({}));
   }
 
   static void Inherit(ICIMNamedElement& from, ICIMNamedElement& to) {
@@ -162,6 +164,7 @@ class TClassBuilder {
   }
 
   TNamespacePtr m_home;
+  boost::shared_ptr<INamespaceProvider> m_provider;
   boost::shared_ptr<ICIMClass> m_superclass;
   boost::shared_ptr<ICIMClass> m_class;
 };

@@ -6,7 +6,6 @@
 
 #include "havcore/client/Declared.h"
 #include "havcore/client/Enumerate.h"
-#include "wbem/ParameterReference.h"
 #include "wbem/ValueText.h"
 
 namespace hav::wbem {
@@ -122,10 +121,8 @@ void TElementWriter::Value(const TCIMValue& value) {
 }
 
 void TElementWriter::Qualifiers(ICIMNamedElement& element, bool localOnly) {
-  for (const auto& qualifier : Collect<ICIMQualifier>(
-           [&](const auto& callback) { element.EnumerateQualifiers(callback, {}); }))
-    if (!(localOnly && qualifier->IsPropagated({})) && !IsParameterReference(*qualifier))
-      Qualifier(*qualifier);
+  for (const auto& qualifier : QualifiersOf(element))
+    if (!(localOnly && qualifier->IsPropagated({}))) Qualifier(*qualifier);
 }
 
 void TElementWriter::Qualifier(const ICIMQualifier& qualifier) {
