@@ -98,7 +98,7 @@ void TInmemClass::ClearInstances() noexcept {
   m_links.reset();
   m_linksAsked = false;
   TInstanceStore released;
-  released.Swap(m_instances);
+  m_instances.Swap(released);
 }
 
 // Made for the second question: many a class is asked about once, or never.

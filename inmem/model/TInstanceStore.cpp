@@ -133,8 +133,10 @@ const boost::shared_ptr<ICIMInstance>& TInstanceStore::InstanceOf(const TEntry& 
 std::string_view TInstanceStore::PathOf(const TEntry& entry) noexcept { return entry.Path(); }
 
 void TInstanceStore::Swap(TInstanceStore& other) noexcept {
-  Depart();
-  ++m_moves;
+  for (TInstanceStore* store : {this, &other}) {
+    store->Depart();
+    ++store->m_moves;
+  }
   m_table.swap(other.m_table);
   std::swap(m_size, other.m_size);
   m_all.swap(other.m_all);

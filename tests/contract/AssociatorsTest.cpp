@@ -313,5 +313,21 @@ TEST(Associators, AreWhatStandsUnderTheReferenceNow) {
   EXPECT_EQ(found, successor);
 }
 
+TEST(Associators, AreNoneOnceTheNamespaceOfTheOtherEndWasCleared) {
+  Repository here, there;
+  const auto near = here.Class("Near"), far = there.Class("Far");
+  const auto link = here.Association("Link", "From", near, "To", far);
+  const auto a = here.Instance(near, {{"Name", TCIMValue("a")}});
+  const auto b = there.Instance(far, {{"Name", TCIMValue("b")}});
+  here.Link(link, "From", a, "To", b);
+  // What was found once may be remembered, until this.
+  for (int time = 0; time < 3; ++time) EXPECT_EQ(Associators(a), Names{"Far.Name=\"b\""});
+  for (int time = 0; time < 3; ++time) EXPECT_EQ(References(b).size(), 1u);
+  there.ns->ClearInstances();
+  EXPECT_EQ(Associators(a), Names{});
+  EXPECT_EQ(References(b), Names{});
+  EXPECT_EQ(References(a).size(), 1u);
+}
+
 }  // namespace
 }  // namespace havtest
