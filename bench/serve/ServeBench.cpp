@@ -5,6 +5,7 @@
 //   hav_bench_serve PORT SECONDS     measures each operation for so long, and writes a table
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <iomanip>
@@ -159,7 +160,7 @@ class TClient {
   std::string Ask(const http::request<http::string_body>& request) {
     http::write(m_stream, request);
     http::response_parser<http::string_body> parser;
-    parser.body_limit(boost::none);
+    parser.body_limit(std::uint64_t{1} << 30);
     http::read(m_stream, m_buffer, parser);
     return std::move(parser.get().body());
   }
