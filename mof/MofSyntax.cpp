@@ -75,6 +75,18 @@ bool TMofValue::HasAlias() const noexcept {
   return isArray ? std::any_of(elements.begin(), elements.end(), isAlias) : isAlias(scalar);
 }
 
+const TMofQualifier* FindQualifier(const TMofQualifiers& qualifiers, std::string_view name) {
+  for (const auto& qualifier : qualifiers)
+    if (SameName(qualifier.name.text, name)) return &qualifier;
+  return nullptr;
+}
+
+bool SaysTrue(const TMofQualifiers& qualifiers, std::string_view name) {
+  const auto* qualifier = FindQualifier(qualifiers, name);
+  if (!qualifier || !qualifier->value) return qualifier != nullptr;
+  return !qualifier->value->isArray && SameName(qualifier->value->scalar.text, "true");
+}
+
 bool Same(const TMofQualifierDecl& a, const TMofQualifierDecl& b) {
   return Same(a.name, b.name) && Same(a.type, b.type) && Same(a.defaultValue, b.defaultValue) &&
          a.scope == b.scope && Same(a.flavor, b.flavor);

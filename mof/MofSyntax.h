@@ -53,6 +53,11 @@ struct TMofQualifier {
 };
 using TMofQualifiers = std::vector<TMofQualifier>;
 
+// Null when there is none of that name, case folded.
+const TMofQualifier* FindQualifier(const TMofQualifiers& qualifiers, std::string_view name);
+// Whether the boolean qualifier is given, and not as false.
+bool SaysTrue(const TMofQualifiers& qualifiers, std::string_view name);
+
 struct TMofParameter {
   TMofName name;
   TMofType type;

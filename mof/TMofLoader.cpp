@@ -1,9 +1,12 @@
 #include "mof/TMofLoader.h"
 
+#include <algorithm>
+
 #include "havcore/client/FoldedName.h"
 #include "mof/TMofInstanceBuilder.h"
 #include "mof/TMofReader.h"
 #include "mof/TMofSchemaBuilder.h"
+#include "mof/TMofSchemaChecks.h"
 
 namespace hav::mof {
 
@@ -11,16 +14,29 @@ using namespace client;
 
 using namespace NORVHAV20;
 
+namespace {
+
+bool HasNoDamage(const TMofReader::TFiles& files) {
+  return std::all_of(files.begin(), files.end(), [](const auto& file) {
+    return std::none_of(file->classes.begin(), file->classes.end(),
+                        [](const TMofClass& cls) { return cls.isDamaged; });
+  });
+}
+
+}  // namespace
+
 boost::shared_ptr<ICIMNamespace> TMofLoader::Load(const std::vector<std::string>& names,
                                                   TMofReport& report) {
   TMofReader reader(m_source, report, ProgressOf(EStep::kReadFiles));
   reader.Read(names);
+  m_wasReadWhole = reader.IsComplete() && HasNoDamage(reader.GetFiles());
   m_chosenName = ChooseName(reader.GetFiles(), report);
   if (report.IsFull()) return {};
 
   const auto home = m_provider.AllocateNamespace({}, false, m_chosenName);
   TMofSchemaBuilder schema(m_provider, home, reader.GetFiles(), reader.IsComplete(), report);
   schema.Build(ProgressOf(EStep::kMakeClasses));
+  if (m_checks) TMofSchemaChecks(schema, report).Run();
   if (!report.IsFull())
     TMofInstanceBuilder(home, schema, reader.GetFiles(),
                         {m_chosenName, m_strict, reader.IsComplete()}, report)

@@ -43,6 +43,11 @@ class TMofLoader {
   // Whether an instance that refers to an object that is not there is an error, and not left
   // out with a warning.
   void SetStrict(bool strict) { m_strict = strict; }
+  // Whether the report also tells, as warnings, what the namespace makes of declarations without
+  // a word: TMofSchemaChecks lists it.
+  void SetChecks(bool checks) { m_checks = checks; }
+  // Whether the last load could read every text to its end.
+  bool WasReadWhole() const noexcept { return m_wasReadWhole; }
   // The name that the last load settled on, empty when nobody gave one.
   const std::string& GetNamespaceName() const noexcept { return m_chosenName; }
   void SetProgress(TProgress progress) { m_progress = std::move(progress); }
@@ -63,6 +68,8 @@ class TMofLoader {
   std::string m_defaultName;
   std::string m_chosenName;
   bool m_strict = false;
+  bool m_checks = false;
+  bool m_wasReadWhole = false;
   TProgress m_progress;
 };
 

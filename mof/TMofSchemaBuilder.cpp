@@ -20,18 +20,6 @@ ECIMType FullType(const TMofType& type) {
   return type.isArray ? ArrayOf(type.element) : type.element;
 }
 
-const TMofQualifier* FindQualifier(const TMofQualifiers& qualifiers, std::string_view name) {
-  for (const auto& qualifier : qualifiers)
-    if (SameName(qualifier.name.text, name)) return &qualifier;
-  return nullptr;
-}
-
-bool SaysTrue(const TMofQualifiers& qualifiers, std::string_view name) {
-  const auto* qualifier = FindQualifier(qualifiers, name);
-  if (!qualifier || !qualifier->value) return qualifier != nullptr;
-  return !qualifier->value->isArray && SameName(qualifier->value->scalar.text, "true");
-}
-
 std::uint32_t ScopeOf(const TMofClass& cls, const ICIMClass* superclass) {
   if (SaysTrue(cls.qualifiers, "Association") || (superclass && superclass->IsAssociation({})))
     return ICIMQualifierDecl::kScopeAssociation;
