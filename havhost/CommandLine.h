@@ -66,6 +66,7 @@ void AddGetCommand(CLI::App& program, TCommandLine& line);
 void AddMofCommand(CLI::App& program, TCommandLine& line);
 void AddReferencesCommand(CLI::App& program, TCommandLine& line);
 void AddAssociatorsCommand(CLI::App& program, TCommandLine& line);
+void AddCheckCommand(CLI::App& program, TCommandLine& line);
 void AddServeCommand(CLI::App& program, TCommandLine& line);
 void AddPasswdCommand(CLI::App& program, TCommandLine& line);
 void AddDiffCommand(CLI::App& program, TCommandLine& line);

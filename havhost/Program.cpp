@@ -48,6 +48,7 @@ void Declare(CLI::App& program, TCommandLine& line) {
   AddMofCommand(program, line);
   AddDiffCommand(program, line);
   AddWatchCommand(program, line);
+  AddCheckCommand(program, line);
   AddServeCommand(program, line);
   AddPasswdCommand(program, line);
 }

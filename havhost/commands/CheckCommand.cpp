@@ -44,7 +44,7 @@ void PrintText(std::ostream& out, const TMofReport& report) {
   for (const auto& message : report.GetMessages()) out << Printable(message.ToString()) << '\n';
   if (const auto note = report.GetNote(); !note.empty()) out << "note: " << note << '\n';
   if (report.GetMessages().empty())
-    out << Count(report.classes, "classes") << ", nothing to say\n";
+    out << report.classes << (report.classes == 1 ? " class" : " classes") << ", nothing to say\n";
   else
     out << Count(report.CountErrors(), "errors") << ", "
         << Count(report.CountWarnings(), "warnings") << '\n';

@@ -8,7 +8,7 @@ namespace {
 
 const char* const kCommands[] = {"inventory", "load",  "classes",    "show",
                                  "instances", "get",   "references", "associators",
-                                 "mof",       "serve", "passwd"};
+                                 "mof",       "check", "serve",      "passwd"};
 
 TEST(Usage, HelpListsTheCommands) {
   const auto outcome = RunPlain({"--help"});
@@ -31,6 +31,7 @@ Commands:
   mof          Write the namespace, or one class, as MOF
   diff         Show what is different between two snapshots
   watch        Take the inventory again and again, and show what changes
+  check        Tell what the repository will do with the declarations of MOF files
   serve        Serve the namespace to CIM clients, over HTTP
   passwd       Give a user of the server a password, which is read from standard input
 

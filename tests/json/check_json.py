@@ -121,6 +121,7 @@ def main(arguments):
         model.write_text(MODEL)
         for what, command in COMMANDS.items():
             check.accepts(what, written(havhost, [*command, "--mof", str(model)]))
+        check.accepts("check", written(havhost, ["check", str(model)], 1))
         check.accepts("load", written(havhost, ["load", str(model)]))
         later = pathlib.Path(folder) / "later.mof"
         later.write_text(MODEL.replace("S8 = -128", "S8 = 127").replace('"part"', '"other"'))
