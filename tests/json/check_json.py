@@ -121,7 +121,10 @@ def main(arguments):
         model.write_text(MODEL)
         for what, command in COMMANDS.items():
             check.accepts(what, written(havhost, [*command, "--mof", str(model)]))
-        check.accepts("check", written(havhost, ["check", str(model)], 1))
+        wrong = pathlib.Path(folder) / "wrong.mof"
+        wrong.write_text("class T_Keyless { };")
+        check.accepts("check", written(havhost, ["check", str(model)]))
+        check.accepts("check with findings", written(havhost, ["check", str(wrong)], 1))
         check.accepts("load", written(havhost, ["load", str(model)]))
         later = pathlib.Path(folder) / "later.mof"
         later.write_text(MODEL.replace("S8 = -128", "S8 = 127").replace('"part"', '"other"'))
