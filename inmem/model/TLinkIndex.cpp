@@ -195,7 +195,7 @@ void TLinkIndex::Link(std::uint32_t record, std::size_t slot, std::uint32_t targ
     m_freeLink = link;
   }
   TTarget& to = m_targets[target];
-  if (to.links.size() > 2 * (to.live + 8)) CloseGaps(to);
+  if (to.links.size() > 2 * (std::size_t{to.live} + 8)) CloseGaps(to);
   to.links.push_back(link);
   to.end = nullptr;
   m_freeLink = m_links[link].next;

@@ -13,7 +13,7 @@
 #if !defined(_MSC_VER)
 namespace boost {
 
-using NORVHAV20::TInmemNamespace;
+using NORVHAV20::TInmemNamespace;  // NOLINT(misc-unused-using-decls): used below
 
 template INMEM_API enable_shared_from_this<TInmemNamespace>::enable_shared_from_this();
 template INMEM_API enable_shared_from_this<TInmemNamespace>::enable_shared_from_this(

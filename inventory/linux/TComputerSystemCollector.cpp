@@ -62,10 +62,10 @@ std::optional<std::string> ByManufacturer(const std::optional<std::string>& manu
 
 // Where there is no DMI: the device tree, POWER's entry of the machine, the mainframe's table.
 std::optional<std::string> ByPlatform(TSystemFiles& files) {
-  if (const auto tree = NameFor<2>(files.Line("/proc/device-tree/hypervisor/compatible"),
-                                   {{{"linux,kvm", "KVM"}, {"xen", "Xen"}}}))
+  if (auto tree = NameFor<2>(files.Line("/proc/device-tree/hypervisor/compatible"),
+                             {{{"linux,kvm", "KVM"}, {"xen", "Xen"}}}))
     return tree;
-  if (const auto power = NameFor<1>(files.Text("/proc/cpuinfo"), {{{"emulated by qemu", "QEMU"}}}))
+  if (auto power = NameFor<1>(files.Text("/proc/cpuinfo"), {{{"emulated by qemu", "QEMU"}}}))
     return power;
   if (files.Exists("/proc/ppc64/lparcfg")) return "PowerVM";
   return NameFor<2>(files.Text("/proc/sysinfo"), {{{"KVM/Linux", "KVM"}, {"z/VM", "z/VM"}}});
