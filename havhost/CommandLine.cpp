@@ -1,15 +1,26 @@
 #include "havhost/CommandLine.h"
 
+#include <map>
 #include <utility>
-#include <vector>
+
+#include "havhost/report/Text.h"
 
 namespace havhost {
 
 namespace {
 
+// What each format is for.
+const std::map<std::string, std::string> kFormats = {
+    {"text", "text for people (the default)"},
+    {"json", "json for programs"},
+    {"csv", "csv (raw values) for spreadsheets"},
+    {"mof", "mof to load again"},
+    {"html", "html for a browser"},
+};
+
 void AddFormats(CLI::App& command, TSettings& settings, const std::string& description,
                 const std::vector<std::string>& formats) {
-  command.add_option("--format", settings.format, description)
+  command.add_option("-f,--format", settings.format, description)
       ->type_name("FORMAT")
       ->check(CLI::IsMember(formats).description(""));
 }
@@ -38,11 +49,11 @@ CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandT
 
 void AddNamespaceOptions(CLI::App& command, TSettings& settings) {
   command
-      .add_option("--namespace", settings.namespaceName,
+      .add_option("-n,--namespace", settings.namespaceName,
                   "Name of the namespace (else what the MOF says, else root/cimv2)")
       ->type_name("NAME");
   command
-      .add_option("--include", settings.includeFolders,
+      .add_option("-I,--include", settings.includeFolders,
                   "Folder to look for included MOF files in; may be repeated")
       ->type_name("DIR")
       ->allow_extra_args(false);
@@ -50,13 +61,15 @@ void AddNamespaceOptions(CLI::App& command, TSettings& settings) {
       .add_option("--plugin", settings.plugin,
                   "The plug-in that keeps the namespace (else the installed one)")
       ->type_name("PATH");
-  command.add_flag("--verbose", settings.verbose, "Write the log of the plug-in to standard error");
+  command.add_flag("-v,--verbose", settings.verbose,
+                   "Write the log of the plug-in to standard error");
 }
 
 void AddSourceOptions(CLI::App& command, TSettings& settings) {
-  auto* const mof =
-      command.add_option("--mof", settings.mofFiles, "Show what these MOF files hold")
-          ->type_name("FILE...");
+  auto* const mof = command
+                        .add_option("-m,--mof", settings.mofFiles,
+                                    "Show what these MOF files hold; - is standard input")
+                        ->type_name("FILE...");
   command
       .add_option("--schema", settings.schemaFolder,
                   "Folder of the inventory's schema (else the installed one)")
@@ -74,16 +87,11 @@ void AddLineFormatOption(CLI::App& command, TSettings& settings, const std::stri
   AddFormats(command, settings, description, {"text", "json"});
 }
 
-void AddFormatOption(CLI::App& command, TSettings& settings) {
-  AddFormats(command, settings, "text for people (the default), json for programs",
-             {"text", "json"});
-  AddOutputOption(command, settings);
-}
-
-void AddPageFormatOption(CLI::App& command, TSettings& settings) {
-  AddFormats(command, settings,
-             "text for people (the default), json for programs, html for a browser",
-             {"text", "json", "html"});
+void AddFormatOption(CLI::App& command, TSettings& settings,
+                     const std::vector<std::string>& formats) {
+  std::vector<std::string> descriptions;
+  for (const auto& format : formats) descriptions.push_back(kFormats.at(format));
+  AddFormats(command, settings, Join(descriptions), formats);
   AddOutputOption(command, settings);
 }
 
@@ -94,8 +102,31 @@ void AddOutputOption(CLI::App& command, TSettings& settings) {
       ->type_name("FILE");
 }
 
-void AddRawOption(CLI::App& command, TSettings& settings) {
-  command.add_flag("--raw", settings.raw, "Show raw values in brackets beside the display text");
+void AddPropertyOptions(CLI::App& command, TSettings& settings) {
+  command.add_flag("-r,--raw", settings.raw, "Show raw values in brackets beside the display text");
+  command.add_flag("-a,--all", settings.all,
+                   "Show empty properties, and those that keep books, as well");
+}
+
+void AddListingOptions(CLI::App& command, TSettings& settings) {
+  command
+      .add_option("-c,--columns", settings.columns,
+                  "Show these properties, as a table; __CLASS and __PATH name the instance")
+      ->type_name("NAME,...")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command
+      .add_option("-w,--where", settings.where,
+                  "Only instances that meet this condition, such as 'Size > 1000000'")
+      ->type_name("CONDITION");
+  command
+      .add_option("-s,--sort", settings.sort,
+                  "In the order of these properties (else of the paths)")
+      ->type_name("NAME,...")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command.add_flag("-R,--reverse", settings.reverse, "The last one first");
+  command.add_flag("-N,--names-only", settings.namesOnly, "Show nothing but the object paths");
 }
 
 }  // namespace havhost

@@ -8,6 +8,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 #include <boost/shared_ptr.hpp>
@@ -49,12 +50,15 @@ CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandT
 // Groups of options that several commands share.
 void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug-in, include, log
 void AddSourceOptions(CLI::App& command, TSettings& settings);     // those, and MOF or live
-void AddFormatOption(CLI::App& command, TSettings& settings);      // text, json; output file
-void AddPageFormatOption(CLI::App& command, TSettings& settings);  // those, and html
+// The formats that the command has, in the order of `formats`, and the output file.
+void AddFormatOption(CLI::App& command, TSettings& settings,
+                     const std::vector<std::string>& formats = {"text", "json"});
 void AddLineFormatOption(CLI::App& command, TSettings& settings,
                          const std::string& description);  // text, json; standard output
 void AddOutputOption(CLI::App& command, TSettings& settings);
-void AddRawOption(CLI::App& command, TSettings& settings);
+void AddPropertyOptions(CLI::App& command, TSettings& settings);  // raw values, empty properties
+// Which instances are listed, in which order, and what of them.
+void AddListingOptions(CLI::App& command, TSettings& settings);
 
 // Each of these declares one command.
 void AddInventoryCommand(CLI::App& program, TCommandLine& line);

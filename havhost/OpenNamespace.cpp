@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <vector>
 
@@ -35,6 +36,40 @@ std::string StepText(TMofLoader::EStep step) {
   return {};
 }
 
+// The files, and standard input under the name "-".
+class TMofSource : public TMofFolderSource {
+ public:
+  TMofSource(const TSettings& settings, std::istream* in)
+      : TMofFolderSource(Folders(settings)), m_in(in) {}
+
+  bool Find(const std::string& name, const std::string& includer, std::string& identity) override {
+    if (name != "-" || !includer.empty()) return TMofFolderSource::Find(name, includer, identity);
+    identity = kStandardInput;
+    return true;
+  }
+  bool Read(const std::string& identity, std::string& text) override {
+    if (identity != kStandardInput) return TMofFolderSource::Read(identity, text);
+    // It can be read once only.
+    if (m_in != nullptr && !m_isRead) m_text.assign(std::istreambuf_iterator<char>(*m_in), {});
+    m_isRead = true;
+    text = m_text;
+    return true;
+  }
+
+ private:
+  static constexpr char kStandardInput[] = "standard input";
+
+  static std::vector<std::filesystem::path> Folders(const TSettings& settings) {
+    std::vector<std::filesystem::path> folders;
+    for (const auto& folder : settings.includeFolders) folders.push_back(PathOf(folder));
+    return folders;
+  }
+
+  std::istream* m_in;
+  bool m_isRead = false;
+  std::string m_text;
+};
+
 void PrintMessages(const TConsole& console, const TMofReport& report) {
   for (const auto& message : report.GetMessages())
     console.err << "havhost: " << Printable(message.ToString()) << '\n';
@@ -45,9 +80,7 @@ void PrintMessages(const TConsole& console, const TMofReport& report) {
 boost::shared_ptr<ICIMNamespace> LoadMof(const TPluginLoader& plugin, TSettings& settings,
                                          const std::vector<std::string>& files,
                                          const TConsole& console) {
-  std::vector<std::filesystem::path> searchPath;
-  for (const auto& folder : settings.includeFolders) searchPath.push_back(PathOf(folder));
-  TMofFolderSource source(searchPath);
+  TMofSource source(settings, console.in);
   TMofLoader loader(plugin.GetProvider(), source);
   loader.SetNamespaceName(settings.namespaceName);
   loader.SetDefaultNamespaceName(TSettings::kDefaultNamespace);
@@ -103,6 +136,7 @@ boost::shared_ptr<ICIMNamespace> OpenNamespace(TPluginLoader& plugin, TSettings&
                                                const TConsole& console) {
   if (!settings.mofFiles.empty()) return LoadMof(plugin, settings, settings.mofFiles, console);
   auto target = LoadMof(plugin, settings, SchemaFiles(settings), console);
+  if (!settings.collects) return target;
   TakeInventory(plugin, *target, settings, console);
   return target;
 }

@@ -27,6 +27,26 @@ using namespace NORVHAV20;
 
 namespace {
 
+constexpr char kHelp[] = "help";
+constexpr char kHelpArgument[] = "COMMAND";
+
+void AddHelpCommand(CLI::App& program) {
+  auto& command = *program.add_subcommand(kHelp, "Show this help, or that of a command");
+  command.add_option(kHelpArgument, "Name of the command");
+  command.footer("Example:\n  havhost help instances");
+}
+
+// The help that `havhost help` asks for.
+std::string HelpAskedFor(const CLI::App& program) {
+  const auto* const name = program.get_subcommand(kHelp)->get_option(kHelpArgument);
+  if (name->count() == 0) return program.help("", CLI::AppFormatMode::All);
+  try {
+    return program.get_subcommand(name->results()[0])->help(program.get_name());
+  } catch (const CLI::OptionNotFound&) {
+    throw TUsageError("no such command: " + name->results()[0] + " (see havhost --help)");
+  }
+}
+
 void Declare(CLI::App& program, TCommandLine& line) {
   program.name("havhost");
   program.allow_windows_style_options(false);
@@ -37,6 +57,7 @@ void Declare(CLI::App& program, TCommandLine& line) {
       "Commands look at what the files of --mof hold, and without it at the inventory of this\n"
       "machine. `havhost COMMAND --help` tells more of a command.\n\n"
       "Example:\n  havhost inventory");
+  AddHelpCommand(program);
   AddInventoryCommand(program, line);
   AddLoadCommand(program, line);
   AddClassesCommand(program, line);
@@ -75,7 +96,8 @@ bool Parse(const std::vector<std::string>& arguments, TCommandLine& line, std::o
   Declare(program, line);
   try {
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    return true;
+    if (!program.got_subcommand(kHelp)) return true;
+    out << HelpAskedFor(program);
   } catch (const CLI::CallForHelp&) {
     out << program.help();
   } catch (const CLI::CallForVersion&) {
@@ -127,7 +149,7 @@ void RunCommand(TCommandLine& line, const TConsole& console) {
   const bool showsProgress = console.showsProgress && !settings.verbose;
   std::string failure;
   try {
-    Execute(plugin, line, {console.out, console.err, showsProgress});
+    Execute(plugin, line, {console.out, console.err, showsProgress, console.in});
   } catch (const THAVException& thrown) {
     // It is the plug-in's own and has to end before the plug-in does.
     failure = Describe(thrown, logger);

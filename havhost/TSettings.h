@@ -18,7 +18,8 @@ struct TSettings {
   bool strict = false;       // of MOF: what refers to nothing is an error, and not left out
   std::string schemaFolder;  // empty: the installed schema
   std::string rootFolder = "/";
-  std::string plugin;  // empty: the installed plug-in
+  bool collects = true;  // without: the classes of the inventory alone
+  std::string plugin;    // empty: the installed plug-in
 
   // What to look at. Empty filters match everything.
   std::string className;
@@ -28,14 +29,22 @@ struct TSettings {
   std::string role;
   std::string resultRole;
   bool deep = false;
+  std::string where;              // a condition, as TFilter reads it
+  std::vector<std::string> sort;  // names of properties
+  bool reverse = false;
 
   // How to show it.
   std::string format = "text";
   std::string outputFile;  // empty: standard output
   bool raw = false;
+  bool all = false;                  // with what is empty and what is bookkeeping
+  std::vector<std::string> columns;  // names of properties; empty: all
+  bool namesOnly = false;
   bool verbose = false;
 
   bool IsJson() const { return format == "json"; }
+  bool IsCsv() const { return format == "csv"; }
+  bool IsMof() const { return format == "mof"; }
   bool IsHtml() const { return format == "html"; }
 };
 

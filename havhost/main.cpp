@@ -74,5 +74,5 @@ int main(int count, char** values) {
   havhost::TOutputBuffer buffer(stdout);
   std::ostream out(&buffer);
   out.exceptions(std::ios::badbit);
-  return havhost::Run(Arguments(count, values), {out, std::cerr, IsTerminal(stderr)});
+  return havhost::Run(Arguments(count, values), {out, std::cerr, IsTerminal(stderr), &std::cin});
 }

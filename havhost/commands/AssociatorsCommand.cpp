@@ -51,8 +51,9 @@ void AddAssociatorsCommand(CLI::App& program, TCommandLine& line) {
       .add_option("--result-role", settings.resultRole,
                   "Only what the association refers to by this name")
       ->type_name("NAME");
-  AddFormatOption(command, settings);
-  AddRawOption(command, settings);
+  AddListingOptions(command, settings);
+  AddFormatOption(command, settings, {"text", "json", "csv", "mof"});
+  AddPropertyOptions(command, settings);
   AddSourceOptions(command, settings);
 }
 

@@ -54,7 +54,11 @@ void AddClassesCommand(CLI::App& program, TCommandLine& line) {
       ListClasses);
   command.add_option("--class", line.settings.className, "Only this class and those below it")
       ->type_name("NAME");
-  AddFormatOption(command, line.settings);
+  command
+      .add_flag("-N,--names-only", line.settings.namesOnly,
+                "Show nothing but the names; takes no inventory")
+      ->each([&line](const std::string&) { line.settings.collects = false; });
+  AddFormatOption(command, line.settings, {"text", "json", "csv"});
   AddSourceOptions(command, line.settings);
 }
 

@@ -3,6 +3,7 @@
 #include "havhost/Lookup.h"
 #include "havhost/report/InstanceText.h"
 #include "havhost/report/Json.h"
+#include "havhost/report/MofText.h"
 
 namespace havhost {
 
@@ -12,11 +13,13 @@ namespace {
 
 void GetInstance(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
                  std::ostream& out) {
-  const auto report = ReportOf(*FindInstance(target, settings));
-  if (settings.IsJson())
-    PrintJson(out, ToJson(report));
+  const auto instance = FindInstance(target, settings);
+  if (settings.IsMof())
+    out << MofOf(*instance);
+  else if (settings.IsJson())
+    PrintJson(out, ToJson(ReportOf(*instance)));
   else
-    PrintInstance(out, report, settings.raw);
+    PrintInstance(out, ReportOf(*instance), settings);
 }
 
 }  // namespace
@@ -27,8 +30,8 @@ void AddGetCommand(CLI::App& program, TCommandLine& line) {
                               "havhost get 'ORVSG_NetworkPort.Name=\"lo\"' --raw"},
                              GetInstance);
   command.add_option("PATH", line.settings.path, "Object path of the instance")->required();
-  AddFormatOption(command, line.settings);
-  AddRawOption(command, line.settings);
+  AddFormatOption(command, line.settings, {"text", "json", "mof"});
+  AddPropertyOptions(command, line.settings);
   AddSourceOptions(command, line.settings);
 }
 

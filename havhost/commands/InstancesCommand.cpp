@@ -15,7 +15,7 @@ namespace {
 void ListInstances(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
                    std::ostream& out) {
   const auto cls = FindClass(*target, settings.className);
-  PrintListing(out, InstancesOf(*cls, settings.deep), settings);
+  PrintListing(out, InstancesOf(*cls, settings.deep), settings, cls);
 }
 
 }  // namespace
@@ -26,9 +26,10 @@ void AddInstancesCommand(CLI::App& program, TCommandLine& line) {
                               "havhost instances ORVSG_NetworkPort --deep --raw"},
                              ListInstances);
   command.add_option("CLASS", line.settings.className, "Name of the class")->required();
-  command.add_flag("--deep", line.settings.deep, "With the instances of its subclasses");
-  AddFormatOption(command, line.settings);
-  AddRawOption(command, line.settings);
+  command.add_flag("-d,--deep", line.settings.deep, "With the instances of its subclasses");
+  AddListingOptions(command, line.settings);
+  AddFormatOption(command, line.settings, {"text", "json", "csv", "mof"});
+  AddPropertyOptions(command, line.settings);
   AddSourceOptions(command, line.settings);
 }
 

@@ -30,7 +30,7 @@ std::string Indentation(const TNodes& nodes, std::size_t at) {
   return indentation;
 }
 
-void PrintNode(std::ostream& out, const TNodes& nodes, std::size_t at, bool raw) {
+void PrintNode(std::ostream& out, const TNodes& nodes, std::size_t at, const TSettings& settings) {
   const auto& node = nodes[at];
   const bool hangs = node.parent != TInventoryTree::kNone;
   const auto above = hangs ? Indentation(nodes, node.parent) : "";
@@ -40,7 +40,7 @@ void PrintNode(std::ostream& out, const TNodes& nodes, std::size_t at, bool raw)
   else if (at != 0)
     out << '\n';
   out << node.instance.className << "  " << Printable(node.instance.Title()) << '\n';
-  PrintProperties(out, below, node.instance, raw);
+  PrintProperties(out, below, node.instance, settings);
 }
 
 TJson ToJson(const TNodes& nodes) {
@@ -74,7 +74,7 @@ void ShowInventory(const boost::shared_ptr<ICIMNamespace>& target, const TSettin
     return;
   }
   for (std::size_t at = 0; at < tree.Nodes().size(); ++at)
-    PrintNode(out, tree.Nodes(), at, settings.raw);
+    PrintNode(out, tree.Nodes(), at, settings);
 }
 
 }  // namespace
@@ -88,8 +88,8 @@ void AddInventoryCommand(CLI::App& program, TCommandLine& line) {
       .add_option("--class", line.settings.className,
                   "Show only instances of this class or its subclasses, and what hangs on them")
       ->type_name("NAME");
-  AddPageFormatOption(command, line.settings);
-  AddRawOption(command, line.settings);
+  AddFormatOption(command, line.settings, {"text", "json", "html"});
+  AddPropertyOptions(command, line.settings);
   AddSourceOptions(command, line.settings);
 }
 

@@ -89,7 +89,7 @@ void AddLoadCommand(CLI::App& program, TCommandLine& line) {
                              {"load", "Read MOF files into a namespace and sum up what is there",
                               "havhost load --include cim-schema cim_schema_2.49.0.mof"},
                              SumUp);
-  command.add_option("FILE", line.settings.mofFiles, "MOF files")->required();
+  command.add_option("FILE", line.settings.mofFiles, "MOF files; - is standard input")->required();
   command.add_flag("--strict", line.settings.strict,
                    "Load nothing when an instance refers to an object that is not there "
                    "(else it is left out with a warning)");

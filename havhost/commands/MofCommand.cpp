@@ -1,11 +1,9 @@
 // havhost mof: the namespace, or one class of it, as MOF.
 #include "havhost/CommandLine.h"
 #include "havhost/Lookup.h"
-#include "mof/TMofWriter.h"
+#include "havhost/report/MofText.h"
 
 namespace havhost {
-
-using namespace hav::mof;
 
 using namespace NORVHAV20;
 
@@ -13,13 +11,8 @@ namespace {
 
 void WriteMof(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
               std::ostream& out) {
-  std::string mof;
-  TMofWriter writer(mof);
-  if (settings.className.empty())
-    writer.WriteNamespace(*target);
-  else
-    writer.WriteClass(*FindClass(*target, settings.className));
-  out << mof;
+  out << (settings.className.empty() ? MofOf(*target)
+                                     : MofOf(*FindClass(*target, settings.className)));
 }
 
 }  // namespace

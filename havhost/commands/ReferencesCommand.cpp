@@ -40,8 +40,9 @@ void AddReferencesCommand(CLI::App& program, TCommandLine& line) {
       ->type_name("NAME");
   command.add_option("--role", line.settings.role, "Only those that refer to it by this name")
       ->type_name("NAME");
-  AddFormatOption(command, line.settings);
-  AddRawOption(command, line.settings);
+  AddListingOptions(command, line.settings);
+  AddFormatOption(command, line.settings, {"text", "json", "csv", "mof"});
+  AddPropertyOptions(command, line.settings);
   AddSourceOptions(command, line.settings);
 }
 

@@ -3,6 +3,7 @@
 #include "havhost/Lookup.h"
 #include "havhost/report/ClassReport.h"
 #include "havhost/report/Json.h"
+#include "havhost/report/MofText.h"
 #include "havhost/report/Text.h"
 
 namespace havhost {
@@ -74,11 +75,13 @@ void Print(std::ostream& out, const TClassReport& cls) {
 
 void ShowClass(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
                std::ostream& out) {
-  const auto report = ReportOf(*FindClass(*target, settings.className));
-  if (settings.IsJson())
-    PrintJson(out, ToJson(report));
+  const auto cls = FindClass(*target, settings.className);
+  if (settings.IsMof())
+    out << MofOf(*cls);
+  else if (settings.IsJson())
+    PrintJson(out, ToJson(ReportOf(*cls)));
   else
-    Print(out, report);
+    Print(out, ReportOf(*cls));
 }
 
 }  // namespace
@@ -88,7 +91,7 @@ void AddShowCommand(CLI::App& program, TCommandLine& line) {
       program, line,
       {"show", "Show one class with its declarations", "havhost show ORVSG_Processor"}, ShowClass);
   command.add_option("CLASS", line.settings.className, "Name of the class")->required();
-  AddFormatOption(command, line.settings);
+  AddFormatOption(command, line.settings, {"text", "json", "mof"});
   AddSourceOptions(command, line.settings);
 }
 

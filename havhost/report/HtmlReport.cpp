@@ -71,25 +71,13 @@ const char* KindName(const TClassKind& kind) {
   return kind.isAssociation ? "association" : kind.isIndication ? "indication" : "class";
 }
 
-// The text for people, with a datetime that has no other text than its 25 characters as a date.
-std::string ReadableText(const TCIMValue& value, const std::string& display) {
-  if (value.IsNull() || value.GetType() != kCIMDateTime || display != value.ToString(10))
-    return display;
-  return static_cast<const TCIMDateTime&>(value).ToUIString();
-}
-
 TJson CellJson(const TPropertyReport& property) {
   const auto value = ExactJson(ToJson(property.value));
   if (!value.is_array()) {
-    const TJson text = ReadableText(property.value, Join(property.display));
+    const TJson text = Join(property.display);
     return text == value ? text : TJson::array({text, value});
   }
-  const auto& elements = static_cast<const std::vector<TCIMValue>&>(property.value);
-  TJson texts = TJson::array();
-  for (std::size_t i = 0; i < property.display.size(); ++i)
-    texts.push_back(i < elements.size() ? ReadableText(elements[i], property.display[i])
-                                        : property.display[i]);
-  return TJson::array({texts, value});
+  return TJson::array({TJson(property.display), value});
 }
 
 // The classes and the instances as the page reads them, by index.

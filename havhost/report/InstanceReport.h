@@ -34,11 +34,19 @@ struct TInstanceReport {
   std::string Title() const;
   // Returns the property of that name as it is declared, or nullptr.
   const TPropertyReport* Find(const std::string& name) const;
+  // The same for the name in any case.
+  const TPropertyReport* FindFolded(const std::string& name) const;
 };
 
 TInstanceReport ReportOf(NORVHAV20::ICIMInstance& instance);
 
-// The display texts of a slot's value.
+// True for what says nothing of the thing itself: when it was looked at, and the class names
+// among its keys.
+bool IsBookkeeping(const TPropertyReport& property);
+// True for NULL, an array without elements, and blank text.
+bool IsEmpty(const TPropertyReport& property);
+
+// The display texts of a slot's value; a datetime as a date.
 std::vector<std::string> DisplayTexts(const NORVHAV20::ICIMProperty& slot);
 
 }  // namespace havhost

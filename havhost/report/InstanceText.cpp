@@ -5,18 +5,19 @@
 namespace havhost {
 
 void PrintProperties(std::ostream& out, const std::string& prefix, const TInstanceReport& instance,
-                     bool raw) {
+                     const TSettings& settings) {
   std::vector<TRow> rows;
   for (const auto& property : instance.properties) {
+    if (!settings.all && (IsEmpty(property) || IsBookkeeping(property))) continue;
     rows.push_back({property.name, Join(property.display)});
-    if (raw) rows.back().push_back("[" + property.value.ToString(10) + "]");
+    if (settings.raw) rows.back().push_back("[" + property.value.ToString(10) + "]");
   }
   PrintRows(out, prefix, rows);
 }
 
-void PrintInstance(std::ostream& out, const TInstanceReport& instance, bool raw) {
+void PrintInstance(std::ostream& out, const TInstanceReport& instance, const TSettings& settings) {
   out << Printable(instance.path) << '\n';
-  PrintProperties(out, "  ", instance, raw);
+  PrintProperties(out, "  ", instance, settings);
 }
 
 }  // namespace havhost

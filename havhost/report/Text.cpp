@@ -15,7 +15,15 @@ namespace {
 
 constexpr char kDigits[] = "0123456789abcdef";
 
-bool IsControl(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
+// What changes the direction of the text around it, and what takes no place: either can make one
+// name look like another.
+bool IsInvisible(char32_t c) {
+  return c == 0xAD || c == 0x61C || c == 0x180E || (c >= 0x200B && c <= 0x200F) ||
+         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF ||
+         (c >= 0xFFF9 && c <= 0xFFFB) || (c >= 0xE0000 && c <= 0xE007F);
+}
+
+bool IsUnprintable(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0) || IsInvisible(c); }
 
 void AppendEscaped(std::string& out, std::string_view bytes) {
   for (const char byte : bytes) switch (byte) {
@@ -88,7 +96,7 @@ std::vector<std::size_t> ColumnWidths(const std::vector<TRow>& rows, std::size_t
 
 }  // namespace
 
-std::string Printable(std::string_view text) { return Escaped(text, IsControl); }
+std::string Printable(std::string_view text) { return Escaped(text, IsUnprintable); }
 
 std::string WithoutStrayBytes(std::string_view text) {
   return Escaped(text, [](char32_t) { return false; });
@@ -168,6 +176,23 @@ void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<T
     line.erase(line.find_last_not_of(' ') + 1);
     out << line << '\n';
   }
+}
+
+void PrintCsvLine(std::ostream& out, const TRow& cells) {
+  for (const auto& cell : cells) {
+    if (&cell != &cells.front()) out << ',';
+    if (cell.find_first_of(",\"\r\n") == std::string::npos) {
+      out << cell;
+      continue;
+    }
+    out << '"';
+    for (const char c : cell) {
+      if (c == '"') out << c;
+      out << c;
+    }
+    out << '"';
+  }
+  out << '\n';
 }
 
 }  // namespace havhost

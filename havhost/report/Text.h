@@ -12,7 +12,8 @@
 namespace havhost {
 
 // The text on one line: control characters (inventories hold what firmware and devices say of
-// themselves) and bytes that are no UTF-8 as escapes, \n, \r, \t or \xHH for each byte.
+// themselves), what turns the direction of text, what takes no place, and bytes that are no UTF-8
+// as escapes, \n, \r, \t or \xHH for each byte.
 std::string Printable(std::string_view text);
 // The same for bytes that are no UTF-8 alone.
 std::string WithoutStrayBytes(std::string_view text);
@@ -38,5 +39,9 @@ using TRow = std::vector<std::string>;
 // wider than `widest` does not widen its column, and no line ends in blanks.
 void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<TRow>& rows,
                std::size_t widest = 40);
+
+// Writes the cells as one line of CSV: with commas between them, quoted where RFC 4180 asks for
+// it.
+void PrintCsvLine(std::ostream& out, const TRow& cells);
 
 }  // namespace havhost

@@ -216,11 +216,9 @@ TEST_F(Commands, DeepInstancesAreThoseOfSubclassesToo) {
             "  State   On      [1]\n"
             "\n"
             "T_FastDisk.Name=\"disk10\"\n"
-            "  Labels  None    [NULL]\n"
-            "  Name    disk10  [disk10]\n"
-            "  Size    NULL    [NULL]\n"
-            "  Speed   0.5     [0.5]\n"
-            "  State   Off     [0]\n");
+            "  Name   disk10  [disk10]\n"
+            "  Speed  0.5     [0.5]\n"
+            "  State  Off     [0]\n");
 }
 
 TEST_F(Commands, InstancesAsJsonHaveRawAndDisplay) {
@@ -550,6 +548,269 @@ TEST_F(Commands, MissingMofFileIsNamed) {
   EXPECT_EQ(outcome.err,
             "havhost: nowhere.mof: error: file 'nowhere.mof' is not found\n"
             "havhost: nothing is loaded: the MOF has 1 error\n");
+}
+
+// A model with what is empty, what keeps books and what people filter by.
+const char kPorts[] = R"mof(
+Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
+Qualifier Values : string[], Scope(property), Flavor(EnableOverride, ToSubclass);
+Qualifier NULLDISPLAY : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
+class T_Port {
+  [Key] string CreationClassName;
+  [Key] string Name;
+  datetime DateTimeOfCollection;
+  datetime Since;
+  datetime Seen[];
+  [NULLDISPLAY("None yet")] string Note;
+  string Tags[];
+  uint64 Octets;
+  sint32 Level;
+  real32 Load;
+  boolean Up;
+  [Values{"Down", "Up"}] uint8 State;
+};
+instance of T_Port { CreationClassName = "T_Port"; Name = "eth10"; Octets = 18446744073709551615;
+  Level = -2; Up = true; State = 1; Tags = {"a", "b"}; Since = "20261121204724.810021+060";
+  DateTimeOfCollection = "20261121204724.810021+000"; };
+instance of T_Port { CreationClassName = "T_Port"; Name = "eth2"; Octets = 18446744073709551614;
+  Level = 3; Load = 0.5; Up = false; State = 0; Note = "say \"hi\", you"; Tags = {"b"};
+  Seen = {"20260301101500.000000+000", "00000003010203.000000:000"}; };
+instance of T_Port { CreationClassName = "T_Port"; Name = "lo"; Note = " ";
+  DateTimeOfCollection = "20261121204724.810021+000"; };
+)mof";
+
+class Ports : public ::testing::Test {
+ protected:
+  Outcome Run(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--mof", m_file});
+    return Havhost(arguments);
+  }
+  std::string Text(const std::vector<std::string>& arguments) const {
+    const auto outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    return outcome.out;
+  }
+  // The names of the ports that meet the condition.
+  std::string Where(const std::string& condition) const {
+    const auto outcome = Run({"instances", "T_Port", "--where", condition, "-c", "Name", "-fcsv"});
+    EXPECT_EQ(outcome.err, "") << condition;
+    std::string names;
+    std::istringstream lines(outcome.out);
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ(line, "Name");
+    while (std::getline(lines, line)) names += (names.empty() ? "" : " ") + line;
+    return names;
+  }
+  std::string Wrong(const std::vector<std::string>& options) const {
+    std::vector<std::string> arguments = {"instances", "T_Port"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const auto outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    return outcome.err;
+  }
+
+ private:
+  TemporaryFolder m_folder;
+  std::string m_file = m_folder.File("ports.mof", kPorts);
+};
+
+TEST_F(Ports, WhatIsEmptyOrKeepsBooksIsShownWithAllOnly) {
+  EXPECT_EQ(Text({"get", "T_Port.CreationClassName=\"T_Port\",Name=\"eth10\""}),
+            "T_Port.CreationClassName=\"T_Port\",Name=\"eth10\"\n"
+            "  Level   -2\n"
+            "  Name    eth10\n"
+            "  Octets  18446744073709551615\n"
+            "  Since   2026-11-21 20:47:24.810021 +01:00\n"
+            "  State   Up\n"
+            "  Tags    a, b\n"
+            "  Up      TRUE\n");
+  EXPECT_EQ(Text({"get", "T_Port.CreationClassName=\"T_Port\",Name=\"lo\""}),
+            "T_Port.CreationClassName=\"T_Port\",Name=\"lo\"\n"
+            "  Name  lo\n");
+  EXPECT_EQ(Text({"get", "T_Port.CreationClassName=\"T_Port\",Name=\"lo\"", "--all"}),
+            "T_Port.CreationClassName=\"T_Port\",Name=\"lo\"\n"
+            "  CreationClassName     T_Port\n"
+            "  DateTimeOfCollection  2026-11-21 20:47:24.810021 +00:00\n"
+            "  Level                 NULL\n"
+            "  Load                  NULL\n"
+            "  Name                  lo\n"
+            "  Note\n"
+            "  Octets                NULL\n"
+            "  Seen                  NULL\n"
+            "  Since                 NULL\n"
+            "  State                 NULL\n"
+            "  Tags                  NULL\n"
+            "  Up                    NULL\n");
+}
+
+TEST_F(Ports, DatetimesReadAsDatesAlsoInArrays) {
+  EXPECT_EQ(Text({"instances", "T_Port", "-c", "Name,Seen", "-w", "Seen is not null"}),
+            "Name  Seen\n"
+            "eth2  2026-03-01 10:15:00 +00:00, 3 days 01:02:03\n");
+}
+
+TEST_F(Ports, ColumnsAreATableInTheOrderAskedFor) {
+  EXPECT_EQ(Text({"instances", "T_Port", "--columns", "octets,NAME,State,Note"}),
+            "Octets                Name   State  Note\n"
+            "18446744073709551614  eth2   Down   say \"hi\", you\n"
+            "18446744073709551615  eth10  Up     None yet\n"
+            "NULL                  lo     NULL\n");
+  EXPECT_EQ(Text({"instances", "T_Port", "--columns", "State", "--raw"}),
+            "State\nDown [0]\nUp [1]\nNULL [NULL]\n");
+  EXPECT_EQ(Text({"instances", "T_Port", "-c", "__class", "-c", "__PATH", "-w", "Name = 'lo'"}),
+            "__CLASS  __PATH\n"
+            "T_Port   T_Port.CreationClassName=\"T_Port\",Name=\"lo\"\n");
+  EXPECT_EQ(Text({"instances", "T_Port", "--columns", "Name", "--where", "Name = 'x'"}), "");
+}
+
+TEST_F(Ports, NamesOnlyAreThePaths) {
+  EXPECT_EQ(Text({"instances", "T_Port", "--names-only"}),
+            "T_Port.CreationClassName=\"T_Port\",Name=\"eth2\"\n"
+            "T_Port.CreationClassName=\"T_Port\",Name=\"eth10\"\n"
+            "T_Port.CreationClassName=\"T_Port\",Name=\"lo\"\n");
+  EXPECT_EQ(TJson::parse(Text({"instances", "T_Port", "-N", "-f", "json", "-w", "Name = 'lo'"})),
+            TJson::parse(R"({"version": 1, "namespace": "root/cimv2", "instances": [
+              {"path": "T_Port.CreationClassName=\"T_Port\",Name=\"lo\"", "class": "T_Port",
+               "properties": {}}]})"));
+}
+
+TEST_F(Ports, SortIsByValueAndNullStandsLast) {
+  EXPECT_EQ(Text({"instances", "T_Port", "-c", "Name", "--sort", "level"}),
+            "Name\neth10\neth2\nlo\n");
+  EXPECT_EQ(Text({"instances", "T_Port", "-c", "Name", "--sort", "Octets", "--reverse"}),
+            "Name\nlo\neth10\neth2\n");
+  EXPECT_EQ(Text({"instances", "T_Port", "-c", "Name", "-s", "Note,Name"}),
+            "Name\nlo\neth2\neth10\n");
+}
+
+TEST_F(Ports, CsvHasRawValuesQuotedWhereNeeded) {
+  EXPECT_EQ(Text({"instances", "T_Port", "--format", "csv", "-c", "Name,Note,State,Tags,Octets"}),
+            "Name,Note,State,Tags,Octets\n"
+            "eth2,\"say \"\"hi\"\", you\",0,{b},18446744073709551614\n"
+            "eth10,,1,\"{a, b}\",18446744073709551615\n"
+            "lo, ,,,\n");
+  EXPECT_EQ(Text({"instances", "T_Port", "-f", "csv", "-w", "Name = 'lo'"}),
+            "CreationClassName,Name,DateTimeOfCollection,Since,Seen,Note,Tags,Octets,Level,Load,Up,"
+            "State\n"
+            "T_Port,lo,20261121204724.810021+000,,, ,,,,,,\n");
+  EXPECT_EQ(Text({"classes", "-f", "csv"}), "Name,Superclass,Kind,Instances\nT_Port,,class,3\n");
+}
+
+TEST_F(Ports, MofOfInstancesLoadsAgain) {
+  EXPECT_EQ(Text({"instances", "T_Port", "-f", "mof", "-w", "Name = 'lo'"}),
+            "instance of T_Port\n{\n  CreationClassName = \"T_Port\";\n"
+            "  DateTimeOfCollection = \"20261121204724.810021+000\";\n  Name = \"lo\";\n"
+            "  Note = \" \";\n};\n\n");
+  EXPECT_EQ(Text({"get", "T_Port.CreationClassName=\"T_Port\",Name=\"lo\"", "-f", "mof"}),
+            Text({"instances", "T_Port", "-f", "mof", "-w", "Name = 'lo'"}));
+}
+
+TEST_F(Ports, ConditionsCompareByType) {
+  EXPECT_EQ(Where(""), "eth2 eth10 lo");
+  EXPECT_EQ(Where("Octets = 18446744073709551615"), "eth10");
+  EXPECT_EQ(Where("octets < 0xFFFFFFFFFFFFFFFF"), "eth2");
+  EXPECT_EQ(Where("Octets >= 1.8e19"), "eth2 eth10");
+  EXPECT_EQ(Where("Level > -3 AND Level <= -2"), "eth10");
+  EXPECT_EQ(Where("Level <> 3"), "eth10");
+  EXPECT_EQ(Where("Load=.5"), "eth2");
+  EXPECT_EQ(Where("Up = TRUE"), "eth10");
+  EXPECT_EQ(Where("State = 'Up'"), "eth10");
+  EXPECT_EQ(Where("State = 0"), "eth2");
+  EXPECT_EQ(Where("Name < 'eth10'"), "eth2");
+  EXPECT_EQ(Where("Tags = \"b\""), "eth2 eth10");
+  EXPECT_EQ(Where("Tags == 'a'"), "eth10");
+  EXPECT_EQ(Where("Since > '2026-11'"), "eth10");
+  EXPECT_EQ(Where("Since = '20261121204724.810021+060'"), "eth10");
+}
+
+TEST_F(Ports, ConditionsAreCombined) {
+  EXPECT_EQ(Where("Level = 3 or Level = -2 and Up = false"), "eth2");
+  EXPECT_EQ(Where("(Level = 3 or Level = -2) and not Up = false"), "eth10");
+  EXPECT_EQ(Where("not (Name = 'lo')"), "eth2 eth10");
+}
+
+TEST_F(Ports, NullMeetsNoComparisonButTheOneWithNull) {
+  EXPECT_EQ(Where("Level is null"), "lo");
+  EXPECT_EQ(Where("Level = NULL"), "lo");
+  EXPECT_EQ(Where("Level is not null"), "eth2 eth10");
+  EXPECT_EQ(Where("Level != null"), "eth2 eth10");
+  EXPECT_EQ(Where("Level != 7"), "eth2 eth10");
+}
+
+TEST_F(Ports, LikeTakesWildcardsAndEitherCase) {
+  EXPECT_EQ(Where("Name like 'ETH%'"), "eth2 eth10");
+  EXPECT_EQ(Where("Name like 'eth_'"), "eth2");
+  EXPECT_EQ(Where("Name like '%1%'"), "eth10");
+  EXPECT_EQ(Where("Note like '%''%'"), "");
+  EXPECT_EQ(Where("Note like '%\"\"%'"), "");
+  EXPECT_EQ(Where("Note like \"%\"\"HI\"\"%\""), "eth2");
+  EXPECT_EQ(Where("State like 'u%'"), "eth10");
+}
+
+TEST_F(Ports, WrongConditionsSayWhere) {
+  const std::pair<const char*, const char*> wrong[] = {
+      {"Level >",
+       "a number, a text in quotation marks, true, false or null is expected at the end "
+       "of 'Level >'"},
+      {"Level 3", "a comparison, such as = or >, is expected at character 7 of 'Level 3'"},
+      {"Level = 3x", "a number is expected at character 9 of 'Level = 3x'"},
+      {"Level = 3 Up", "'and', 'or' or the end is expected at character 11 of 'Level = 3 Up'"},
+      {"(Level = 3", "')' is expected at the end of '(Level = 3'"},
+      {"Name = 'x", "the quotation mark ' is expected at the end of 'Name = 'x'"},
+      {"3 = Level", "the name of a property is expected at character 1 of '3 = Level'"},
+      {"Level < null", "= or != before null is expected at the end of 'Level < null'"},
+      {"Name like 3", "a text in quotation marks is expected at character 11 of 'Name like 3'"},
+  };
+  for (const auto& [condition, error] : wrong)
+    EXPECT_EQ(Wrong({"--where", condition}), "havhost: --where: " + std::string(error) + "\n");
+  EXPECT_EQ(Wrong({"--where", std::string(1000, '(')}),
+            "havhost: --where: the condition is nested too deeply\n");
+}
+
+TEST_F(Ports, PropertiesThatAreNotThereAreNamed) {
+  const std::string rest =
+      ": no such property: 'Nam' (there are CreationClassName, Name, DateTimeOfCollection, Since, "
+      "Seen, Note, Tags, Octets, Level, Load, Up, State)\n";
+  EXPECT_EQ(Wrong({"--columns", "Nam"}), "havhost: --columns" + rest);
+  EXPECT_EQ(Wrong({"--sort", "Nam"}), "havhost: --sort" + rest);
+  EXPECT_EQ(Wrong({"--where", "Nam = 1"}), "havhost: --where" + rest);
+}
+
+TEST_F(Ports, OptionsThatDoNotGoTogetherAreRefused) {
+  EXPECT_EQ(Wrong({"--format", "mof", "--names-only"}),
+            "havhost: --format mof writes whole instances: it goes with neither --columns nor "
+            "--names-only\n");
+  EXPECT_EQ(Wrong({"--columns", "Name", "--names-only"}),
+            "havhost: --names-only does not go with --columns\n");
+  const auto classes = Run({"associators", "T_Port", "--where", "Name = 1"});
+  EXPECT_EQ(classes.status, 2);
+  EXPECT_EQ(classes.err,
+            "havhost: --where, --sort and --columns are for instances, and these are classes\n");
+}
+
+TEST_F(Commands, ClassNamesAloneAreListed) {
+  EXPECT_EQ(Text({"classes", "--class", "T_Disk", "--names-only"}), "T_Disk\nT_FastDisk\n");
+}
+
+TEST_F(Commands, ClassAsMofIsWhatTheMofCommandWrites) {
+  EXPECT_EQ(Text({"show", "T_Disk", "-f", "mof"}), Text({"mof", "T_Disk"}));
+}
+
+TEST_F(Commands, LoadReadsStandardInput) {
+  const std::string mof =
+      "Qualifier Key : boolean = false, Scope(property);\n"
+      "class T_A { [Key] string Name; };\n";
+  const auto outcome = Havhost({"load", "-"}, mof);
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_NE(outcome.out.find("Classes                   1\n"), std::string::npos) << outcome.out;
+  EXPECT_EQ(Havhost({"classes", "--mof", "-"}, mof).out, "T_A  class\n");
+  const auto wrong = Havhost({"load", "-"}, mof + "class 1;\n");
+  EXPECT_EQ(wrong.status, 1);
+  EXPECT_EQ(wrong.err.rfind("havhost: standard input:3:7: error: ", 0), 0u) << wrong.err;
 }
 
 }  // namespace

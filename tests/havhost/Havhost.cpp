@@ -68,16 +68,17 @@ instance of T_OnDisk { Antecedent = $Disk2; Dependent = $Part; };
 instance of T_CacheOf { Antecedent = $Cache; Dependent = $Cpu; };
 )mof";
 
-Outcome RunPlain(const std::vector<std::string>& arguments) {
+Outcome RunPlain(const std::vector<std::string>& arguments, const std::string& input) {
   std::ostringstream out;
   std::ostringstream err;
-  const int status = havhost::Run(arguments, {out, err});
+  std::istringstream in(input);
+  const int status = havhost::Run(arguments, {out, err, false, &in});
   return {status, out.str(), err.str()};
 }
 
-Outcome Havhost(std::vector<std::string> arguments) {
+Outcome Havhost(std::vector<std::string> arguments, const std::string& input) {
   arguments.insert(arguments.end(), {"--plugin", HAVHOST_PLUGIN});
-  return RunPlain(arguments);
+  return RunPlain(arguments, input);
 }
 
 TemporaryFolder::TemporaryFolder() {

@@ -14,9 +14,9 @@ struct Outcome {
 };
 
 // Runs the arguments as they are.
-Outcome RunPlain(const std::vector<std::string>& arguments);
+Outcome RunPlain(const std::vector<std::string>& arguments, const std::string& input = {});
 // Runs them with the plug-in that was built with the tests.
-Outcome Havhost(std::vector<std::string> arguments);
+Outcome Havhost(std::vector<std::string> arguments, const std::string& input = {});
 
 class TemporaryFolder {
  public:

@@ -206,7 +206,7 @@ TEST(HtmlReport, OtherCommandsHaveNone) {
   const auto outcome = RunPlain({"classes", "--format", "html"});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.err,
-            "havhost: --format: html not in {text,json} (see havhost classes --help)\n");
+            "havhost: --format: html not in {text,json,csv} (see havhost classes --help)\n");
 }
 
 TEST(OutputFile, TakesWhatStandardOutputWouldGet) {

@@ -25,8 +25,7 @@ TEST(Inventory, TreeHangsInstancesUpByTheirAssociations) {
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.out, R"(T_System  box
-│  Location  Not known
-│  Name      box
+│  Name  box
 │
 ├─ T_Cpu  cpu
 │  │  Name  cpu
@@ -44,11 +43,9 @@ TEST(Inventory, TreeHangsInstancesUpByTheirAssociations) {
 │        Name  part
 │
 └─ T_FastDisk  disk10
-      Labels  None
-      Name    disk10
-      Size    NULL
-      Speed   0.5
-      State   Off
+      Name   disk10
+      Speed  0.5
+      State  Off
 )");
 }
 
@@ -64,11 +61,9 @@ TEST(Inventory, ClassShowsItsInstancesWithWhatHangsOnThem) {
       Name  part  [part]
 
 T_FastDisk  disk10
-   Labels  None    [NULL]
-   Name    disk10  [disk10]
-   Size    NULL    [NULL]
-   Speed   0.5     [0.5]
-   State   Off     [0]
+   Name   disk10  [disk10]
+   Speed  0.5     [0.5]
+   State  Off     [0]
 )");
 }
 

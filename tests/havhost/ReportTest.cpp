@@ -25,6 +25,23 @@ TEST(Text, ControlCharactersAreEscaped) {
   EXPECT_EQ(Printable("\xC2\x9B"), "\\xc2\\x9b");
 }
 
+TEST(Text, WhatTurnsTextOrTakesNoPlaceIsEscaped) {
+  EXPECT_EQ(Printable("a\xE2\x80\xAE"
+                      "b"),
+            "a\\xe2\\x80\\xaeb");
+  for (const char* character : {"\u061C", "\u200B", "\u200D", "\u200F", "\u2028", "\u202A",
+                                "\u2060", "\u2066", "\u2069", "\uFEFF", "\U000E0041"})
+    EXPECT_EQ(Printable(character)[0], '\\') << character;
+  for (const char* character : {"\u00A0", "\u0301", "\u2010", "\u2027", "\u202F", "\u2070"})
+    EXPECT_EQ(Printable(character), character);
+}
+
+TEST(Text, CsvQuotesWhatNeedsIt) {
+  std::ostringstream out;
+  PrintCsvLine(out, {"a b", "c,d", "e\"f", "g\nh", ""});
+  EXPECT_EQ(out.str(), "a b,\"c,d\",\"e\"\"f\",\"g\nh\",\n");
+}
+
 TEST(Text, BytesThatAreNoUtf8AreEscaped) {
   EXPECT_EQ(Printable("a\xFF\xC3"), "a\\xff\\xc3");
   EXPECT_EQ(WithoutStrayBytes("a\xFF\n"), "a\\xff\n");

@@ -20,6 +20,7 @@ TEST(Usage, HelpListsTheCommands) {
 Usage: havhost [OPTIONS] COMMAND
 
 Commands:
+  help         Show this help, or that of a command
   inventory    Show what this machine consists of, as a tree
   load         Read MOF files into a namespace and sum up what is there
   classes      List the classes, each below its superclass
@@ -57,21 +58,27 @@ Arguments:
   PATH  Object path of the instance, or the name of a class
 
 Options:
-  -h,--help            Print this help message and exit
-  --assoc-class NAME   Only by associations of this class or a subclass
-  --result-class NAME  Only of this class or a subclass
-  --role NAME          Only by associations that refer to the starting point by this name
-  --result-role NAME   Only what the association refers to by this name
-  --format FORMAT      text for people (the default), json for programs
-  -o,--output FILE     File to write to, replaced when all went well (else standard output)
-  --raw                Show raw values in brackets beside the display text
-  --mof FILE...        Show what these MOF files hold
-  --schema DIR         Folder of the inventory's schema (else the installed one)
-  --root DIR           Root folder of the machine to take the inventory of (else /)
-  --namespace NAME     Name of the namespace (else what the MOF says, else root/cimv2)
-  --include DIR        Folder to look for included MOF files in; may be repeated
-  --plugin PATH        The plug-in that keeps the namespace (else the installed one)
-  --verbose            Write the log of the plug-in to standard error
+  -h,--help              Print this help message and exit
+  --assoc-class NAME     Only by associations of this class or a subclass
+  --result-class NAME    Only of this class or a subclass
+  --role NAME            Only by associations that refer to the starting point by this name
+  --result-role NAME     Only what the association refers to by this name
+  -c,--columns NAME,...  Show these properties, as a table; __CLASS and __PATH name the instance
+  -w,--where CONDITION   Only instances that meet this condition, such as 'Size > 1000000'
+  -s,--sort NAME,...     In the order of these properties (else of the paths)
+  -R,--reverse           The last one first
+  -N,--names-only        Show nothing but the object paths
+  -f,--format FORMAT     text for people (the default), json for programs, csv (raw values) for spreadsheets, mof to load again
+  -o,--output FILE       File to write to, replaced when all went well (else standard output)
+  -r,--raw               Show raw values in brackets beside the display text
+  -a,--all               Show empty properties, and those that keep books, as well
+  -m,--mof FILE...       Show what these MOF files hold; - is standard input
+  --schema DIR           Folder of the inventory's schema (else the installed one)
+  --root DIR             Root folder of the machine to take the inventory of (else /)
+  -n,--namespace NAME    Name of the namespace (else what the MOF says, else root/cimv2)
+  -I,--include DIR       Folder to look for included MOF files in; may be repeated
+  --plugin PATH          The plug-in that keeps the namespace (else the installed one)
+  -v,--verbose           Write the log of the plug-in to standard error
 
 Example:
   havhost associators 'ORVSG_DiskDrive.Name="/dev/sda"' --result-class ORVSG_DiskPartition
@@ -95,6 +102,16 @@ TEST(Usage, HelpShowsWhichArgumentsAreOptionalAndWhichRepeat) {
             std::string::npos);
   EXPECT_NE(RunPlain({"load", "--help"}).out.find("havhost load [OPTIONS] FILE...\n"),
             std::string::npos);
+}
+
+TEST(Usage, HelpIsACommandAsWell) {
+  EXPECT_EQ(RunPlain({"help"}).out, RunPlain({"--help"}).out);
+  EXPECT_EQ(RunPlain({"help", "show"}).out, RunPlain({"show", "--help"}).out);
+  EXPECT_EQ(RunPlain({"help", "help"}).out, RunPlain({"help", "--help"}).out);
+  const auto wrong = RunPlain({"help", "frobnicate"});
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_EQ(wrong.out, "");
+  EXPECT_EQ(wrong.err, "havhost: no such command: frobnicate (see havhost --help)\n");
 }
 
 TEST(Usage, VersionIsTheProjects) {
@@ -121,7 +138,7 @@ TEST(Usage, WrongCommandLinesAreOneLineAndStatusTwo) {
       {{"classes", "--frobnicate"},
        "The following argument was not expected: --frobnicate (see havhost classes --help)"},
       {{"classes", "--format", "xml"},
-       "--format: xml not in {text,json} (see havhost classes --help)"},
+       "--format: xml not in {text,json,csv} (see havhost classes --help)"},
       {{"classes", "--mof", "a.mof", "--root", "/"},
        "--mof excludes --root (see havhost classes --help)"},
       {{"mof", "--raw"}, "The following argument was not expected: --raw (see havhost mof --help)"},

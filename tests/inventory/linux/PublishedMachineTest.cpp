@@ -89,7 +89,7 @@ TEST_F(Published, ValuesAreShownForPeople) {
   EXPECT_EQ(Shown(disk, "Size"), "1.8 TB");
   EXPECT_EQ(Shown(disk, "MediaType"), "Hard disk");
   EXPECT_EQ(Shown(disk, "Manufacturer"), "Unknown");
-  EXPECT_EQ(Shown("ORVSG_FileSystem.Name=\"/\"", "UUID"), "Not available");
+  EXPECT_EQ(Shown("ORVSG_FileSystem.Name=\"/\"", "UUID"), "Unknown");
   EXPECT_EQ(Shown("ORVSG_FileSystem.Name=\"/mnt/share\"", "FileSystemSize"), "Unknown");
   EXPECT_EQ(Shown("ORVSG_PhysicalNetworkPort.Name=\"eth0\"", "Speed"), "10 Gbps");
   EXPECT_EQ(Shown(port, "Speed"), "Unknown");
