@@ -39,7 +39,9 @@ void AddHelpCommand(CLI::App& program) {
 // The help that `havhost help` asks for.
 std::string HelpAskedFor(const CLI::App& program) {
   const auto* const name = program.get_subcommand(kHelp)->get_option(kHelpArgument);
-  if (name->count() == 0) return program.help("", CLI::AppFormatMode::All);
+  // The program's own help would be that of the command that was given, which is this one.
+  if (name->count() == 0)
+    return THelpText().make_help(&program, program.get_name(), CLI::AppFormatMode::Normal);
   try {
     return program.get_subcommand(name->results()[0])->help(program.get_name());
   } catch (const CLI::OptionNotFound&) {
