@@ -102,11 +102,11 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
                                   TMemoryWatch& memory, TLinkIndex& index) {
   const CimName foldedRole(role);
   TLinkIndex::TWalk walk(index, *this);
-  const ICIMInstance* found = nullptr;
+  const ICIMInstance* done = nullptr;  // found, or ended by what resolving threw
   std::size_t foundByPath = 0;
   for (const auto& candidate : walk.Candidates()) {
     const auto& association = candidate.association;
-    if (association.get() == found) continue;
+    if (association.get() == done) continue;
     DropExceptions([&] {
       memory.Over([&] {
         if (candidate.slot == TLinkIndex::TWalk::kEvery)
@@ -114,8 +114,11 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
         const auto& own = static_cast<TInmemInstance&>(*association);
         if (!role.empty() && own.SlotName(candidate.slot) != foldedRole.Folded()) return true;
         const bool known = candidate.byPath && walk.IsKnown();
-        if (!known && !IsReferredToBySlot(own, candidate.slot)) return true;
-        found = association.get();
+        done = association.get();
+        if (!known && !IsReferredToBySlot(own, candidate.slot)) {
+          done = nullptr;
+          return true;
+        }
         foundByPath += candidate.byPath;
         DropExceptions([&] { callback(association); });
         return true;

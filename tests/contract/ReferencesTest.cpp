@@ -4,6 +4,7 @@
 #include <boost/make_shared.hpp>
 
 #include "contract/Links.h"
+#include "support/LoggedRepository.h"
 #include "support/UnreliableNamespace.h"
 
 namespace havtest {
@@ -311,6 +312,23 @@ TEST(References, EndWhenNullIsAssignedOverADefaultThatRefers) {
   link->SetPropertyValue("Group", TCIMValue::NullReference(model.system), {});
   EXPECT_EQ(References(model.s), Names{});
   EXPECT_EQ(Associators(model.s), Names{});
+}
+
+TEST(References, FailureOfAnEarlierReferenceEndsItsAssociation) {
+  LoggedRepository repository;
+  const auto node = repository.Class("Node");
+  const auto link = repository.Allocate("Link", {}, {{"Association", TCIMValue(true)}});
+  const auto first = repository.Property(link, "Before", TCIMValue::Null(kCIMString));
+  repository.Reference(link, "From", node, {{"Key", TCIMValue(true)}});
+  repository.Reference(link, "To", node, {{"Key", TCIMValue(true)}});
+  link->AddToNamespace({});
+  const auto a = repository.Instance(node, {{"Name", TCIMValue("a")}});
+  repository.Link(link, "From", a, "To", a);
+  for (int time = 0; time < 3; ++time) ASSERT_EQ(References(a).size(), 1u);
+  // Resolving a class whose name is none throws 25; its class drops that and the association.
+  first->SetDefaultValue(TCIMValue(ReferenceTo(repository.Allocate("no name"), {})), {});
+  for (int time = 0; time < 3; ++time) EXPECT_EQ(References(a), Names{});
+  EXPECT_EQ(References(a, "", "From").size(), 1u);
 }
 
 }  // namespace
