@@ -7,33 +7,61 @@ namespace NORVHAV20 {
 
 namespace {
 
+using TWord = std::uint64_t;
+
+constexpr TWord kCaseBits = 0x2020202020202020ULL;
+
+TWord WordAt(const char* bytes) noexcept {
+  TWord word;
+  std::memcpy(&word, bytes, sizeof(word));
+  return word;
+}
+
+// Up to eight bytes, in few steps whatever their number: three of them cover three bytes, two
+// halves that overlap cover more.
+TWord ShortWord(const char* bytes, std::size_t count) noexcept {
+  if (count < 4) {
+    const auto byte = [&](std::size_t i) { return TWord{static_cast<unsigned char>(bytes[i])}; };
+    return count == 0 ? 0 : byte(0) | byte(count / 2) << 8 | byte(count - 1) << 16;
+  }
+  std::uint32_t halves[2];
+  std::memcpy(&halves[0], bytes, sizeof(halves[0]));
+  std::memcpy(&halves[1], bytes + count - sizeof(halves[1]), sizeof(halves[1]));
+  return TWord{halves[0]} << 32 | halves[1];
+}
+
+// Hands `take` the words of the bytes until it answers false; the last overlaps the one before.
+template <class TTake>
+bool ForEachWord(std::string_view text, const TTake& take) noexcept {
+  constexpr std::size_t kSize = sizeof(TWord);
+  if (text.size() < kSize) return take(std::size_t{0}, ShortWord(text.data(), text.size()));
+  std::size_t at = 0;
+  for (; at + kSize < text.size(); at += kSize)
+    if (!take(at, WordAt(text.data() + at))) return false;
+  return take(text.size() - kSize, WordAt(text.data() + text.size() - kSize));
+}
+
 // The same for every spelling of a name: letters differ in one bit, which is set in all bytes.
 std::size_t HashOf(std::string_view name) noexcept {
-  constexpr std::uint64_t kFold = 0x2020202020202020ULL;
-  std::uint64_t hash = name.size();
-  const auto add = [&](const char* bytes, std::size_t count) {
-    std::uint64_t word = kFold;
-    std::memcpy(&word, bytes, count);
-    hash = (hash ^ (word | kFold)) * 0x9E3779B97F4A7C15ULL;
+  TWord hash = name.size();
+  ForEachWord(name, [&](std::size_t, TWord word) {
+    hash = (hash ^ (word | kCaseBits)) * 0x9E3779B97F4A7C15ULL;
     hash ^= hash >> 29;
-  };
-  const char* next = name.data();
-  std::size_t left = name.size();
-  for (; left >= sizeof(std::uint64_t); left -= sizeof(std::uint64_t)) {
-    add(next, sizeof(std::uint64_t));
-    next += sizeof(std::uint64_t);
-  }
-  if (left != 0) add(next, left);
+    return true;
+  });
   return static_cast<std::size_t>(hash ^ (hash >> 32));
 }
 
+// Word by word: they may differ in the bit of the case where the folded one has a letter, which
+// in a folded name are the bytes that have this bit and the next one.
 bool IsFolded(std::string_view folded, std::string_view name) noexcept {
   if (folded.size() != name.size()) return false;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const char c = name[i];
-    if (folded[i] != c && (c < 'A' || c > 'Z' || folded[i] != c + ('a' - 'A'))) return false;
-  }
-  return true;
+  const bool isShort = name.size() < sizeof(TWord);
+  return ForEachWord(name, [&](std::size_t at, TWord word) {
+    const TWord wanted =
+        isShort ? ShortWord(folded.data(), folded.size()) : WordAt(folded.data() + at);
+    return ((word ^ wanted) & ~(wanted & (wanted >> 1) & kCaseBits)) == 0;
+  });
 }
 
 constexpr std::uint32_t kManyTexts = 1024;
