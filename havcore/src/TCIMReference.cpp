@@ -4,6 +4,7 @@
 
 #include "AsciiFold.h"
 #include "ObjectPathText.h"
+#include "TTextWriter.h"
 #include "havcore/ICIMClass.h"
 #include "havcore/ICIMInstance.h"
 #include "havcore/ICIMNamespace.h"
@@ -48,6 +49,24 @@ TCIMValue KeyValue(const TKeyText& key, const ICIMClass* cls,
   if (const auto decl = cls ? FindDeclaration(*cls, key.name) : nullptr)
     if (auto typed = TypedKeyValue(key, decl->GetType({}), home)) return *std::move(typed);
   return UntypedKeyValue(key);
+}
+
+constexpr std::size_t kShortPath = 256;
+
+// Adds one key of a path with what separates it from what stands before.
+void AddKey(TTextWriter& out, char separator, std::string_view name,
+            const TCIMValue& value) noexcept {
+  out.Add(separator);
+  out.Add(name);
+  out.Add('=');
+  if (!value.IsNull() && value.GetType() == kCIMString)
+    return out.AddQuoted(static_cast<std::string_view>(value));
+  char text[kShortPath];
+  const std::size_t length =
+      value.IsReference() ? static_cast<const TCIMReference&>(value).CopyPath(text, sizeof(text))
+                          : 0;
+  if (length == 0) return out.GiveUp();
+  out.AddQuoted({text, length});
 }
 
 std::string ComparableText(const TCIMValue& value) {
@@ -166,7 +185,32 @@ void TCIMReference::AppendPath(std::string& out, bool withNamespaces) const {
   }
 }
 
+std::size_t TCIMReference::CopyPath(char* buffer, std::size_t size) const noexcept {
+  TTextWriter out(buffer, size);
+  out.Add(m_className);
+  char separator = '.';
+  for (const auto& [name, value] : m_keys) {
+    AddKey(out, separator, name, value);
+    separator = ',';
+  }
+  return out.Length();
+}
+
+std::size_t TCIMReference::CopyPath(char* buffer, std::size_t size, std::string_view className,
+                                    const TKeyView* keys, std::size_t count) noexcept {
+  TTextWriter out(buffer, size);
+  out.Add(className);
+  char separator = '.';
+  for (const TKeyView* key = keys; key != keys + count; ++key) {
+    AddKey(out, separator, key->first, *key->second);
+    separator = ',';
+  }
+  return out.Length();
+}
+
 std::string TCIMReference::GetPath() const {
+  char text[kShortPath];
+  if (const std::size_t length = CopyPath(text, sizeof(text))) return {text, length};
   std::string path;
   AppendPath(path, false);
   return path;

@@ -211,6 +211,11 @@ boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() con
   return keys;
 }
 
+boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KnownKeys() const {
+  KeyDecls();
+  return m_keyDecls;
+}
+
 // The names of keys in paths are spelt as their declarations are. One that is gone may come
 // back, spelt otherwise.
 void TInmemClass::NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropertyDecl* now) {

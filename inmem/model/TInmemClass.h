@@ -71,6 +71,12 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // make; null where there is none. It is there until the instances are asked for or changed.
   // Complexity: O(1) but for the second question, which makes it.
   TLinkIndex* Links() const;
+  using TPropertyDecls = std::vector<boost::shared_ptr<ICIMPropertyDecl>>;
+  const std::string& Name() const noexcept { return m_name; }
+  // The declarations of the keys, in the order of their folded names.
+  boost::shared_ptr<const TPropertyDecls> KeyDecls() const;
+  // The same, empty unless all declarations and what makes them keys are of this make.
+  boost::shared_ptr<const TPropertyDecls> KnownKeys() const;
   // How often an instance of this class has come or gone.
   std::uint64_t Moves() const noexcept { return m_instances.Moves(); }
   // Different once an instance of this class has gone: equal departures of two classes are
@@ -185,13 +191,11 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   using TDeclTable = std::map<std::string, TEntry<TDecl>, std::less<>>;
   using TPropertyTable = TDeclTable<ICIMPropertyDecl>;
   using TMethodTable = TDeclTable<ICIMMethodDecl>;
-  using TPropertyDecls = std::vector<boost::shared_ptr<ICIMPropertyDecl>>;
 
   boost::shared_ptr<TInmemClass> Self() const;
   bool HasTrueQualifier(std::string_view folded) const;
   TPropertyDecls PropertyDecls() const;
   TPropertyDecls ReferenceDecls() const;
-  boost::shared_ptr<const TPropertyDecls> KeyDecls() const;
   void PropertiesChanged() noexcept;
   void NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropertyDecl* now);
 

@@ -12,6 +12,7 @@
 #include "inmem/model/TInmemInstance.h"
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
+#include "inmem/values/HostServices.h"
 #include "inmem/values/ModelClock.h"
 
 namespace NORVHAV20 {
@@ -34,6 +35,12 @@ void ApplyCacheSwitches(ICIMInstance& processor) {
   SetSwitch(processor, "L1Enabled", enabled[0]);
   SetSwitch(processor, "L2Enabled", enabled[1]);
   SetSwitch(processor, "L3Enabled", enabled[2]);
+}
+
+// The text of the path of an instance, asked of itself where it is of another make.
+void PutPath(TPathText& text, const ICIMInstance& instance) {
+  const auto* own = TInmemInstance::Own(instance);
+  if (!own || !own->PutPath(text)) text.Set(instance.GetReference(TOptions()));
 }
 
 // Whether that could be done; a processor that does not let itself be read is left out.
@@ -65,7 +72,8 @@ boost::shared_ptr<ICIMInstance> TInmemClass::AllocateInstance(TOptions) {
 // its class: so it is refused then.
 void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions) {
   const auto self = Self();
-  const std::string path = Require(instance)->GetReference(TOptions()).GetPath();
+  TPathText path;
+  PutPath(path, *Require(instance));
   const auto census = Require(m_home.Census());
   auto* const own = TInmemInstance::Own(*instance);
   if (!own || !own->IsOf(*this)) m_instances.Depart();  // its path may be spelt anyhow
@@ -77,7 +85,9 @@ void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOpti
   Require(instance);
   const auto self = Self();
   try {
-    m_instances.Remove(instance->GetReference(TOptions()).GetPath(), *instance);
+    TPathText path;
+    PutPath(path, *instance);
+    m_instances.Remove(path, *instance);
   } catch (const THAVException&) {
     // The class may have got a key since, for which the instance has no slot.
     if (!m_instances.Remove(*instance)) throw;
@@ -85,13 +95,13 @@ void TInmemClass::RemoveInstance(boost::shared_ptr<ICIMInstance> instance, TOpti
 }
 
 boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& path) const {
-  if (auto found = m_instances.Find(path.GetPath())) return found;
+  if (auto found = m_instances.Find(TPathText(path))) return found;
   // A path made from text spells its names as it likes; bound to the class it spells them as
   // they are declared.
   if (!IsSameName(path.GetClassName(), m_name)) return {};
   TCIMReference bound(path);
   bound.SetClass(Self());
-  return m_instances.Find(bound.GetPath());
+  return m_instances.Find(TPathText(bound));
 }
 
 void TInmemClass::ClearInstances() noexcept {

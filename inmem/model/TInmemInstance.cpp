@@ -1,5 +1,6 @@
 #include "inmem/model/TInmemInstance.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -76,10 +77,23 @@ void TInmemInstance::StampCollectionTime() {
 
 void TInmemInstance::Validate(TOptions) const {
   const auto self = shared_from_this();
-  if (m_flags & kValidateKeysNonNull)
-    m_class->EnumerateKeyNames([this](const std::string* name) { return ValidateKeyNonNull(name); },
-                               TOptions());
+  if (m_flags & kValidateKeysNonNull) ValidateKeys();
   if ((m_flags & kValidateReferences) && m_class->IsAssociation(TOptions())) ValidateReferences();
+}
+
+// The usual case without a callback: the keys of a class of our own, none of them NULL.
+void TInmemInstance::ValidateKeys() const {
+  if (const auto* own = TInmemClass::Own(*m_class)) {
+    const auto keys = own->KeyDecls();
+    const auto isSet = [this](const auto& decl) {
+      const std::size_t index = m_values->Layout().FindSpelt(decl->GetName(TOptions()));
+      const TCIMValue* value = index == TSlotLayout::kNone ? nullptr : m_values->Assigned(index);
+      return value && !value->IsNull();
+    };
+    if (std::all_of(keys->begin(), keys->end(), isSet)) return;
+  }
+  m_class->EnumerateKeyNames([this](const std::string* name) { return ValidateKeyNonNull(name); },
+                             TOptions());
 }
 
 bool TInmemInstance::ValidateKeyNonNull(const std::string* name) const {
@@ -128,6 +142,20 @@ TCIMReference TInmemInstance::GetReference(TOptions options) const {
                                               : static_cast<std::string>(name->second));
   m_class->EnumerateKeyNames(TBuildPathCallback{self, &path}, TOptions());
   return path;
+}
+
+// A class of our own has its keys in the order of a path, each under the name that it declares.
+bool TInmemInstance::PutPath(TPathText& text) const {
+  const auto* own = TInmemClass::Own(*m_class);
+  const auto keys = own ? own->KnownKeys() : nullptr;
+  if (!keys) return false;
+  return text.Set(own->Name(), keys->size(),
+                  [&](std::size_t i, std::string_view& name, const TCIMValue*& value) {
+                    name = (*keys)[i]->GetName(TOptions());
+                    const std::size_t index = m_values->Layout().FindSpelt(name);
+                    value = index == TSlotLayout::kNone ? nullptr : m_values->Assigned(index);
+                    return value != nullptr;
+                  });
 }
 
 TCIMReference TInmemInstance::GetInstanceReference(TOptions options) {

@@ -29,6 +29,7 @@ class ICIMPropertyDecl;
 class TInmemClass;
 class TLinkIndex;
 class TMemoryWatch;
+class TPathText;
 
 class HAV_TYPE TInmemInstance final : public ICIMInstance,
                                       public boost::enable_shared_from_this<TInmemInstance> {
@@ -85,6 +86,16 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
                                                       : nullptr;
   }
 
+  static const TInmemInstance* Own(const ICIMInstance& instance) noexcept {
+    return typeid(instance) == typeid(TInmemInstance)
+               ? static_cast<const TInmemInstance*>(&instance)
+               : nullptr;
+  }
+
+  // Sets the text, which is empty, to that of the path that GetReference makes. False where it
+  // takes that to tell.
+  bool PutPath(TPathText& text) const;
+
   // The slots by their number, for the plug-in's own use of the rules: a handle makes no slot
   // object that lasts.
   std::size_t SlotCount() const noexcept { return m_values->Layout().Size(); }
@@ -124,6 +135,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
 
   boost::shared_ptr<TInmemInstance> Self() const;
   void StampCollectionTime();
+  void ValidateKeys() const;
   bool ValidateKeyNonNull(const std::string* name) const;
   void ValidateReferences() const;
 

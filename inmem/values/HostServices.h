@@ -10,12 +10,14 @@
 //   TCIMValue::NullReference                    status 1: a host without it declares references
 //                                               as properties whose default it makes itself; and
 //                                               one to a class that is gone counts as one to none
+//   TCIMReference::CopyPath                     the path is made, and its text
 //   TCIMReference::GetNamespace                 no index of links is made; walks answer
 //
 // Errors: THAVException 14 where a value is read as a type that it does not have; what the
 //         core throws passes through.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -47,6 +49,14 @@ struct TMakesNullReferences : std::false_type {};
 template <class Value>
 struct TMakesNullReferences<Value, std::void_t<decltype(Value::NullReference(
                                        std::declval<const boost::shared_ptr<ICIMClass>&>()))>>
+    : std::true_type {};
+
+template <class Reference, class = void>
+struct TCopiesPath : std::false_type {};
+template <class Reference>
+struct TCopiesPath<Reference, std::void_t<typename Reference::TKeyView,
+                                          decltype(std::declval<const Reference&>().CopyPath(
+                                              std::declval<char*>(), std::size_t{}))>>
     : std::true_type {};
 
 template <class Reference, class = void>
@@ -112,6 +122,53 @@ bool IsToNoClass(const Value& declared) {
   else
     return true;
 }
+
+// The text of an object path, mostly in no memory but the object's own.
+class TPathText {
+ public:
+  TPathText() noexcept {}
+  template <class Reference>
+  explicit TPathText(const Reference& path) {
+    Set(path);
+  }
+  TPathText(const TPathText&) = delete;
+  TPathText& operator=(const TPathText&) = delete;
+
+  // Replaces the text, which was empty.
+  template <class Reference>
+  void Set(const Reference& path) {
+    if constexpr (host::TCopiesPath<Reference>::value)
+      m_text = std::string_view(m_short, path.CopyPath(m_short, sizeof(m_short)));
+    if (!m_text.empty()) return;
+    m_long = path.GetPath();
+    m_text = m_long;
+  }
+  // The same for the path of a class and as many keys, in the order of their folded names.
+  // `keyAt` gives name and value of one by its number, false when there is none. False, with the
+  // text left empty, where only a path can tell.
+  template <class Reference = TCIMReference, class TKeyAt>
+  bool Set(std::string_view className, std::size_t count, const TKeyAt& keyAt) noexcept {
+    if constexpr (host::TCopiesPath<Reference>::value) {
+      typename Reference::TKeyView keys[kMostKeys];
+      if (count > kMostKeys) return false;
+      for (std::size_t i = 0; i < count; ++i)
+        if (!keyAt(i, keys[i].first, keys[i].second)) return false;
+      m_text = std::string_view(
+          m_short, Reference::CopyPath(m_short, sizeof(m_short), className, keys, count));
+    }
+    return !m_text.empty();
+  }
+
+  operator std::string_view() const noexcept { return m_text; }
+
+ private:
+  static constexpr std::size_t kShort = 256;
+  static constexpr std::size_t kMostKeys = 8;
+
+  char m_short[kShort];
+  std::string m_long;
+  std::string_view m_text;
+};
 
 // Whether the core tells in which namespace a path is resolved, and which that is; empty where
 // it does not tell, or there is none.

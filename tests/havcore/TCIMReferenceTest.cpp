@@ -309,3 +309,42 @@ TEST_F(TCIMReferenceTest, OrdersByNamespaceThenClassThenKeys) {
     }
   }
 }
+
+namespace {
+
+// What CopyPath writes into `size` bytes; nothing when it gives up.
+std::string Copied(const TCIMReference& path, std::size_t size) {
+  std::vector<char> buffer(size);
+  return {buffer.data(), path.CopyPath(buffer.data(), size)};
+}
+
+}  // namespace
+
+TEST(TCIMReferenceCopyPath, WritesWhatGetPathReturns) {
+  const TCIMReference inner = Path("D", {{"A", std::string("say \"a\\b\"")}, {"B", ""}});
+  const TCIMReference outer = Path("C", {{"K", inner}, {"L", std::string("\\")}});
+  EXPECT_EQ(Copied(inner, 1000), "D.A=\"say \\\"a\\\\b\\\"\",B=\"\"");
+  for (const TCIMReference& path : {inner, outer, Path("C"), Path("C", {{"K", outer}})})
+    EXPECT_EQ(Copied(path, 1000), path.GetPath());
+}
+
+TEST(TCIMReferenceCopyPath, NeedsAsMuchRoomAsTheTextTakes) {
+  const TCIMReference path = Path("C", {{"K", std::string("a\"b")}});
+  const std::string text = path.GetPath();
+  EXPECT_EQ(Copied(path, text.size()), text);
+  for (std::size_t size = 0; size < text.size(); ++size) EXPECT_EQ(Copied(path, size), "") << size;
+}
+
+TEST(TCIMReferenceCopyPath, LeavesOtherKeysToGetPath) {
+  for (const TCIMValue& key :
+       {TCIMValue(std::uint16_t{1}), TCIMValue(true), TCIMValue::Null(kCIMString),
+        TCIMValue(kCIMString, {TCIMValue("a")}), TCIMValue(Path("D", {{"A", std::uint16_t{1}}}))})
+    EXPECT_EQ(Copied(Path("C", {{"K", key}}), 1000), "") << key.ToString(10);
+}
+
+TEST(TCIMReferenceCopyPath, LongTextIsGetPathsToo) {
+  const std::string longText(1000, 'x');
+  EXPECT_EQ(Path("C", {{"K", longText}}).GetPath(), "C.K=\"" + longText + "\"");
+  const TCIMReference inner = Path("D", {{"A", longText}});
+  EXPECT_EQ(Path("C", {{"K", inner}}).GetPath(), "C.K=\"D.A=\\\"" + longText + "\\\"\"");
+}

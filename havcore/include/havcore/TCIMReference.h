@@ -6,8 +6,10 @@
 // Errors:    THAVException, the status with each operation.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -60,6 +62,15 @@ class HAVCORE_API TCIMReference {
   // Equal references give equal text, up to the case of names that no class spells. Parse
   // reads it back to the same text. Complexity: linear in the length of the text.
   std::string GetPath() const;
+  // Writes the same text to a buffer of `size` bytes, allocating nothing, and returns its
+  // length. Returns 0, and has written anything, where there is not enough room or where a key
+  // is neither a string nor a reference of the kind: then GetPath has it.
+  std::size_t CopyPath(char* buffer, std::size_t size) const noexcept;
+  // The same for a path without being one: its keys are sorted by case-folded name, each name
+  // once, spelt as the class declares it.
+  using TKeyView = std::pair<std::string_view, const TCIMValue*>;
+  static std::size_t CopyPath(char* buffer, std::size_t size, std::string_view className,
+                              const TKeyView* keys, std::size_t count) noexcept;
   // GetPath with "namespace:" before it, when there is a namespace name; so for references
   // among the keys, too.
   std::string GetFullPath() const;
