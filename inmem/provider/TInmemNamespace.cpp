@@ -58,6 +58,7 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   TInmemNamespace copy(other);
   m_qualifierDecls.swap(copy.m_qualifierDecls);
   m_classes.swap(copy.m_classes);
+  m_lastFound = copy.m_lastFound = nullptr;
   m_root.swap(copy.m_root);
   m_redefinitionAllowed = copy.m_redefinitionAllowed;
   ModelClock::PathsChanged();
@@ -114,9 +115,11 @@ boost::shared_ptr<ICIMClass> TInmemNamespace::AllocateClass(const std::string& n
 }
 
 boost::shared_ptr<TInmemClass> TInmemNamespace::FindClass(const std::string& name) const {
+  if (m_lastFound && (*m_lastFound)->Name() == name) return *m_lastFound;
   if (name == kRootName) return m_root;
   const auto found = m_classes.find(CimName(name).Folded());
   if (found == m_classes.end()) Throw(kHAVNotFound);
+  m_lastFound = &found->second;
   return found->second;
 }
 

@@ -96,6 +96,8 @@ class INMEM_API TInmemNamespace final : public ICIMNamespace,
 
   TQualifierDecls m_qualifierDecls;
   TClassesByName m_classes;
+  // The class found last, a place in the table: usually it is asked for again.
+  mutable const boost::shared_ptr<TInmemClass>* m_lastFound = nullptr;
   boost::shared_ptr<TInmemClass> m_root;
   bool m_redefinitionAllowed;
   boost::shared_ptr<TClassCensus> m_census;
