@@ -47,13 +47,14 @@ static_assert(alignof(TSlotTable) >= alignof(TCIMValue) &&
                   sizeof(TSlotTable) % alignof(TCIMValue) == 0,
               "the values stand right behind the table");
 
+// Inline, like the operator that takes the block back: compilers tell pairs by what they see.
+inline void* TSlotTable::operator new(std::size_t size, std::size_t slots) {
+  return ::operator new(size + slots * sizeof(TCIMValue) + BitsSize(slots));
+}
+
 boost::intrusive_ptr<TSlotTable> TSlotTable::Make(boost::intrusive_ptr<const TSlotLayout> layout) {
   const std::size_t slots = layout->Size();
   return new (slots) TSlotTable(std::move(layout));
-}
-
-void* TSlotTable::operator new(std::size_t size, std::size_t slots) {
-  return ::operator new(size + slots * sizeof(TCIMValue) + BitsSize(slots));
 }
 
 TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout)
