@@ -76,7 +76,7 @@ if(TARGET havhost)
 endif()
 endif()
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES docs/conformance.md docs/design.md docs/hosting.md docs/performance.md
+install(FILES docs/authors.md docs/conformance.md docs/design.md docs/guide.md docs/hosting.md docs/performance.md
               docs/performance.svg docs/serve.md docs/windows.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 

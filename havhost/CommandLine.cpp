@@ -1,11 +1,19 @@
 #include "havhost/CommandLine.h"
 
+#include <cerrno>
+#include <fstream>
 #include <map>
+#include <sstream>
+#include <system_error>
 #include <utility>
 
+#include "havcore/client/Utf8.h"
+#include "havhost/THostError.h"
 #include "havhost/report/Text.h"
 
 namespace havhost {
+
+using namespace hav::client;
 
 namespace {
 
@@ -31,7 +39,25 @@ CLI::App& Declare(CLI::App& program, const TCommandText& text) {
   return command;
 }
 
+void WriteFile(const std::string& name, const std::string& text) {
+  errno = 0;
+  std::ofstream file(PathOf(name), std::ios::binary);
+  file << text;
+  file.close();
+  if (!file)
+    throw THostError("cannot write " + name + ": " + std::generic_category().message(errno));
+}
+
 }  // namespace
+
+void Perform(const TCommandLine& line, const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
+             std::ostream& out) {
+  if (line.settings.outputFile.empty()) return line.action(target, line.settings, out);
+  // The file may be one that was read, and what fails must not cost what it holds.
+  std::ostringstream text;
+  line.action(target, line.settings, text);
+  WriteFile(line.settings.outputFile, text.str());
+}
 
 CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
                      TCommandAction action) {

@@ -24,13 +24,18 @@ namespace havhost {
 using TCommandAction = std::function<void(const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
                                           const TSettings& settings, std::ostream& out)>;
 
+// The same for one that reads what to do.
+using TSessionAction = std::function<void(const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
+                                          const TSettings& settings, const TConsole& console)>;
+
 // What a command does that needs no namespace.
 using TPlainAction = std::function<void(const TConsole& console)>;
 
 struct TCommandLine {
   TSettings settings;
   TCommandAction action;
-  TPlainAction plainAction;        // instead of the other
+  TSessionAction sessionAction;    // instead of the other
+  TPlainAction plainAction;        // instead of both
   EExitStatus status = kExitDone;  // what a command that did its work has to say
 };
 
@@ -46,6 +51,10 @@ CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& 
 
 CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
                           TPlainAction action);
+
+// Runs the action, into the output file where there is one: it is replaced when all went well.
+void Perform(const TCommandLine& line, const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
+             std::ostream& out);
 
 // Groups of options that several commands share.
 void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug-in, include, log
@@ -71,6 +80,7 @@ void AddMofCommand(CLI::App& program, TCommandLine& line);
 void AddReferencesCommand(CLI::App& program, TCommandLine& line);
 void AddAssociatorsCommand(CLI::App& program, TCommandLine& line);
 void AddCheckCommand(CLI::App& program, TCommandLine& line);
+void AddShellCommand(CLI::App& program, TCommandLine& line);
 void AddServeCommand(CLI::App& program, TCommandLine& line);
 void AddPasswdCommand(CLI::App& program, TCommandLine& line);
 void AddDiffCommand(CLI::App& program, TCommandLine& line);

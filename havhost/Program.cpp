@@ -72,6 +72,7 @@ void Declare(CLI::App& program, TCommandLine& line) {
   AddDiffCommand(program, line);
   AddWatchCommand(program, line);
   AddCheckCommand(program, line);
+  AddShellCommand(program, line);
   AddServeCommand(program, line);
   AddPasswdCommand(program, line);
 }
@@ -115,25 +116,12 @@ void Finish(std::ostream& out) {
   if (!out) throw THostError("cannot write the output");
 }
 
-void WriteFile(const std::string& name, const std::string& text) {
-  errno = 0;
-  std::ofstream file(PathOf(name), std::ios::binary);
-  file << text;
-  file.close();
-  if (!file)
-    throw THostError("cannot write " + name + ": " + std::generic_category().message(errno));
-}
-
 void Execute(TPluginLoader& plugin, TCommandLine& line, const TConsole& console) {
   const auto target = OpenNamespace(plugin, line.settings, console);
-  if (line.settings.outputFile.empty()) {
-    line.action(target, line.settings, console.out);
-    return;
-  }
-  // The file may be one that was read, and what fails must not cost what it holds.
-  std::ostringstream text;
-  line.action(target, line.settings, text);
-  WriteFile(line.settings.outputFile, text.str());
+  if (line.sessionAction)
+    line.sessionAction(target, line.settings, console);
+  else
+    Perform(line, target, console.out);
 }
 
 // The status says what kind of failure it was, and the line logged before it the rest.

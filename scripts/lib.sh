@@ -6,7 +6,8 @@ root=$PWD
 
 # Debian's names. Building and running:
 packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev libudev-dev
-              libcli11-dev nlohmann-json3-dev libjs-d3 libexpat1-dev libssl-dev)
+              libcli11-dev nlohmann-json3-dev libjs-d3 libexpat1-dev libssl-dev
+              libedit-dev)
 # The tests with GCC, on top of those; Clang lays out the interfaces for both ABIs, and wbemcli
 # is a client of the server:
 packages_test=(libgtest-dev python3 python3-jsonschema clang doxygen sblim-wbemcli

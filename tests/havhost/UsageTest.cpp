@@ -6,9 +6,9 @@
 namespace havtest {
 namespace {
 
-const char* const kCommands[] = {"inventory", "load",  "classes",    "show",
-                                 "instances", "get",   "references", "associators",
-                                 "mof",       "check", "serve",      "passwd"};
+const char* const kCommands[] = {"inventory", "load",       "classes",     "show", "instances",
+                                 "get",       "references", "associators", "mof",  "check",
+                                 "shell",     "serve",      "passwd"};
 
 TEST(Usage, HelpListsTheCommands) {
   const auto outcome = RunPlain({"--help"});
@@ -33,6 +33,7 @@ Commands:
   diff         Show what is different between two snapshots
   watch        Take the inventory again and again, and show what changes
   check        Tell what the repository will do with the declarations of MOF files
+  shell        Look around in one namespace, command by command
   serve        Serve the namespace to CIM clients, over HTTP
   passwd       Give a user of the server a password, which is read from standard input
 
