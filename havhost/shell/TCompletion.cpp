@@ -29,6 +29,13 @@ TTexts ClassNames(ICIMNamespace& target) {
   return names;
 }
 
+// Empty when there is none; what is no name at all is no error here.
+boost::shared_ptr<ICIMClass> ClassOf(ICIMNamespace& target, const std::string& name) {
+  for (const auto& known : ClassNames(target))
+    if (SameName(known, name)) return target.GetClass(known, {});
+  return {};
+}
+
 TTexts PathsOf(ICIMClass& cls) {
   TTexts paths;
   for (const auto& instance : InstancesOf(cls, true))
@@ -80,13 +87,13 @@ std::vector<std::string> TCompletion::Candidates(const std::string& line,
   const bool takesPath = command == "get" || command == "references" || command == "associators";
   const auto dot = word.find('.');
   if (takesPath && dot != std::string::npos) {
-    const auto cls = m_target->GetClass(word.substr(0, dot), {});
+    const auto cls = ClassOf(*m_target, word.substr(0, dot));
     return cls ? PathsOf(*cls) : TTexts();
   }
   if (command == "help") return m_commands;
   auto names = ClassNames(*m_target);
   for (std::size_t i = 1; i < words.size(); ++i)
-    if (const auto cls = m_target->GetClass(words[i], {})) {
+    if (const auto cls = ClassOf(*m_target, words[i])) {
       const auto properties = PropertyNames(*cls);
       names.insert(names.end(), properties.begin(), properties.end());
     }
