@@ -126,6 +126,14 @@ void AddOutputOption(CLI::App& command, TSettings& settings) {
       .add_option("-o,--output", settings.outputFile,
                   "File to write to, replaced when all went well (else standard output)")
       ->type_name("FILE");
+  command
+      .add_option(
+          "--color", settings.color,
+          "Colour: auto (the default: on a terminal, unless NO_COLOR is set), always, never")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+  command.add_flag("--no-pager", settings.noPager,
+                   "Do not show what is longer than the screen through $PAGER (else less)");
 }
 
 void AddPropertyOptions(CLI::App& command, TSettings& settings) {

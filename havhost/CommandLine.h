@@ -34,6 +34,7 @@ using TPlainAction = std::function<void(const TConsole& console)>;
 struct TCommandLine {
   TSettings settings;
   TCommandAction action;
+  bool isShownAtOnce = false;      // nobody waits for the first line before the last is there
   TSessionAction sessionAction;    // instead of the other
   TPlainAction plainAction;        // instead of both
   EExitStatus status = kExitDone;  // what a command that did its work has to say

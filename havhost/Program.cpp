@@ -1,5 +1,6 @@
 #include "havhost/Program.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <memory>
@@ -99,7 +100,9 @@ bool Parse(const std::vector<std::string>& arguments, TCommandLine& line, std::o
   Declare(program, line);
   try {
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    if (!program.got_subcommand(kHelp)) return true;
+    const auto* const command = program.get_subcommands().front();
+    line.isShownAtOnce = command->get_option_no_throw("--no-pager") != nullptr;
+    if (command->get_name() != kHelp) return true;
     out << HelpAskedFor(program);
   } catch (const CLI::CallForHelp&) {
     out << program.help();
@@ -116,12 +119,39 @@ void Finish(std::ostream& out) {
   if (!out) throw THostError("cannot write the output");
 }
 
+// How text may look on this console. A file or a pipe gets the same whatever the terminal.
+TTextStyle StyleOf(const TSettings& settings, const TTerminal& terminal) {
+  TTextStyle style;
+  const bool isShown = terminal.isThere && settings.outputFile.empty();
+  style.colour =
+      settings.color == "always" || (settings.color == "auto" && isShown && terminal.hasColour);
+  style.boxes = !isShown || terminal.isUtf8;
+  style.width = isShown ? terminal.width : 0;
+  return style;
+}
+
+bool IsLonger(const std::string& text, std::size_t lines) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) >= lines;
+}
+
+// What programs are to read is not made for a terminal.
+void Show(std::string text, const TCommandLine& line, const TConsole& console) {
+  if (line.settings.format != "text") text = PrintableLines(text);
+  const auto& terminal = console.terminal;
+  const bool isPaged = terminal.page && !line.settings.noPager && IsLonger(text, terminal.height) &&
+                       terminal.page(text);
+  if (!isPaged) console.out << text;
+}
+
 void Execute(TPluginLoader& plugin, TCommandLine& line, const TConsole& console) {
   const auto target = OpenNamespace(plugin, line.settings, console);
-  if (line.sessionAction)
-    line.sessionAction(target, line.settings, console);
-  else
-    Perform(line, target, console.out);
+  line.settings.style = StyleOf(line.settings, console.terminal);
+  if (line.sessionAction) return line.sessionAction(target, line.settings, console);
+  const bool isShown = line.isShownAtOnce && console.terminal.isThere;
+  if (!isShown || !line.settings.outputFile.empty()) return Perform(line, target, console.out);
+  std::ostringstream text;
+  Perform(line, target, text);
+  Show(text.str(), line, console);
 }
 
 // The status says what kind of failure it was, and the line logged before it the rest.
@@ -139,7 +169,7 @@ void RunCommand(TCommandLine& line, const TConsole& console) {
   const bool showsProgress = console.showsProgress && !settings.verbose;
   std::string failure;
   try {
-    Execute(plugin, line, {console.out, console.err, showsProgress, console.in});
+    Execute(plugin, line, {console.out, console.err, showsProgress, console.in, console.terminal});
   } catch (const THAVException& thrown) {
     // It is the plug-in's own and has to end before the plug-in does.
     failure = Describe(thrown, logger);

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "havhost/TTextStyle.h"
+
 namespace havhost {
 
 struct TSettings {
@@ -40,6 +42,9 @@ struct TSettings {
   bool all = false;                  // with what is empty and what is bookkeeping
   std::vector<std::string> columns;  // names of properties; empty: all
   bool namesOnly = false;
+  std::string color = "auto";
+  bool noPager = false;
+  TTextStyle style;  // what the console and the options before come to
   bool verbose = false;
 
   bool IsJson() const { return format == "json"; }

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@
 
 #include <shellapi.h>
 #else
+#include <sys/ioctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -26,6 +29,11 @@
 #include "havhost/TOutputBuffer.h"
 
 namespace {
+
+bool IsSet(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
 
 #if defined(_WIN32)
 
@@ -54,6 +62,22 @@ void PrepareStreams() {
 
 bool IsTerminal(std::FILE* file) { return _isatty(_fileno(file)) != 0; }
 
+havhost::TTerminal Terminal() {
+  constexpr DWORD kVirtualTerminal = 0x0004;
+  havhost::TTerminal terminal;
+  terminal.isThere = IsTerminal(stdout);
+  const HANDLE screen = GetStdHandle(STD_OUTPUT_HANDLE);
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (GetConsoleScreenBufferInfo(screen, &info)) {
+    terminal.width = static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+    terminal.height = static_cast<std::size_t>(info.srWindow.Bottom - info.srWindow.Top + 1);
+  }
+  DWORD mode = 0;
+  terminal.hasColour = !IsSet("NO_COLOR") && GetConsoleMode(screen, &mode) &&
+                       SetConsoleMode(screen, mode | kVirtualTerminal);
+  return terminal;
+}
+
 #else
 
 std::vector<std::string> Arguments(int count, char** values) {
@@ -65,6 +89,53 @@ void PrepareStreams() { std::signal(SIGPIPE, SIG_IGN); }
 
 bool IsTerminal(std::FILE* file) { return isatty(fileno(file)) != 0; }
 
+bool IsUtf8Locale() {
+  for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"})
+    if (IsSet(name)) {
+      const std::string locale = std::getenv(name);
+      for (const char* const charset : {"UTF-8", "utf-8", "UTF8", "utf8"})
+        if (locale.find(charset) != std::string::npos) return true;
+      return false;
+    }
+  return false;
+}
+
+// Shells say with these that they could not start the command.
+bool IsStarted(int status) {
+  return !WIFEXITED(status) || (WEXITSTATUS(status) != 126 && WEXITSTATUS(status) != 127);
+}
+
+bool Page(const std::string& text) {
+  const char* const named = std::getenv("PAGER");
+  const std::string pager = named == nullptr ? "less" : named;
+  if (pager.empty() || pager == "cat") return false;
+  // Colours as they are; a text that fits after all needs no key to leave it.
+  ::setenv("LESS", "FRX", 0);
+  std::FILE* const reader = ::popen(pager.c_str(), "w");
+  if (reader == nullptr) return false;
+  // An interrupt is for the pager, which would leave the terminal in disorder without us.
+  const auto before = std::signal(SIGINT, SIG_IGN);
+  std::fwrite(text.data(), 1, text.size(), reader);
+  const int status = ::pclose(reader);
+  std::signal(SIGINT, before);
+  return IsStarted(status);
+}
+
+havhost::TTerminal Terminal() {
+  havhost::TTerminal terminal;
+  terminal.isThere = IsTerminal(stdout);
+  const char* const kind = std::getenv("TERM");
+  terminal.hasColour = !IsSet("NO_COLOR") && kind != nullptr && std::string(kind) != "dumb";
+  terminal.isUtf8 = IsUtf8Locale();
+  winsize size = {};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 && size.ws_row != 0) {
+    terminal.width = size.ws_col;
+    terminal.height = size.ws_row;
+  }
+  terminal.page = Page;
+  return terminal;
+}
+
 #endif
 
 }  // namespace
@@ -74,5 +145,6 @@ int main(int count, char** values) {
   havhost::TOutputBuffer buffer(stdout);
   std::ostream out(&buffer);
   out.exceptions(std::ios::badbit);
-  return havhost::Run(Arguments(count, values), {out, std::cerr, IsTerminal(stderr), &std::cin});
+  return havhost::Run(Arguments(count, values),
+                      {out, std::cerr, IsTerminal(stderr), &std::cin, Terminal()});
 }

@@ -1,4 +1,6 @@
 // havhost inventory: every instance, hung up by the associations.
+#include <cstring>
+
 #include "havhost/CommandLine.h"
 #include "havhost/Lookup.h"
 #include "havhost/report/HtmlReport.h"
@@ -13,18 +15,26 @@ using namespace NORVHAV20;
 
 namespace {
 
-constexpr char kLine[] = "│  ";
-constexpr char kBlank[] = "   ";
-constexpr char kBranch[] = "├─ ";
-constexpr char kLastBranch[] = "└─ ";
+// What the tree is drawn with.
+struct TBranches {
+  const char* line;
+  const char* blank;
+  const char* branch;
+  const char* lastBranch;
+};
+
+TBranches BranchesOf(const TTextStyle& style) {
+  return style.boxes ? TBranches{"│  ", "   ", "├─ ", "└─ "}
+                     : TBranches{"|  ", "   ", "+- ", "`- "};
+}
 
 using TNodes = std::vector<TInventoryTree::TNode>;
 
 // What stands left of the lines below a node, from the branches that go on beside them.
-std::string Indentation(const TNodes& nodes, std::size_t at) {
+std::string Indentation(const TNodes& nodes, std::size_t at, const TBranches& with) {
   std::vector<const char*> pieces;
   for (; nodes[at].parent != TInventoryTree::kNone; at = nodes[at].parent)
-    pieces.push_back(nodes[at].isLast ? kBlank : kLine);
+    pieces.push_back(nodes[at].isLast ? with.blank : with.line);
   std::string indentation;
   for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) indentation += *piece;
   return indentation;
@@ -33,13 +43,18 @@ std::string Indentation(const TNodes& nodes, std::size_t at) {
 void PrintNode(std::ostream& out, const TNodes& nodes, std::size_t at, const TSettings& settings) {
   const auto& node = nodes[at];
   const bool hangs = node.parent != TInventoryTree::kNone;
-  const auto above = hangs ? Indentation(nodes, node.parent) : "";
-  const auto below = Indentation(nodes, at) + (node.hasChildren ? kLine : kBlank);
+  const auto& style = settings.style;
+  const auto with = BranchesOf(style);
+  const auto above = hangs ? Indentation(nodes, node.parent, with) : "";
+  const auto below = Indentation(nodes, at, with) + (node.hasChildren ? with.line : with.blank);
   if (hangs)
-    out << above << "│\n" << above << (node.isLast ? kLastBranch : kBranch);
+    out << style.Ink(TTextStyle::kFaint, above + std::string(with.line, std::strlen(with.line) - 2))
+        << '\n'
+        << style.Ink(TTextStyle::kFaint, above + (node.isLast ? with.lastBranch : with.branch));
   else if (at != 0)
     out << '\n';
-  out << node.instance.className << "  " << Printable(node.instance.Title()) << '\n';
+  out << style.Ink(TTextStyle::kStrong, node.instance.className) << "  "
+      << Printable(node.instance.Title()) << '\n';
   PrintProperties(out, below, node.instance, settings);
 }
 

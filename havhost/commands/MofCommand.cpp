@@ -25,6 +25,7 @@ void AddMofCommand(CLI::App& program, TCommandLine& line) {
   command.add_option("CLASS", line.settings.className,
                      "Name of the class; everything when not given");
   AddOutputOption(command, line.settings);
+  command.preparse_callback([&line](std::size_t) { line.settings.format = "mof"; });
   AddSourceOptions(command, line.settings);
 }
 

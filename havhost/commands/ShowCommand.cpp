@@ -13,11 +13,11 @@ using namespace NORVHAV20;
 namespace {
 
 void PrintQualifiers(std::ostream& out, const std::string& prefix,
-                     const std::vector<TQualifierReport>& qualifiers) {
+                     const std::vector<TQualifierReport>& qualifiers, const TTextStyle& style) {
   std::vector<TRow> rows;
   for (const auto& qualifier : qualifiers)
     rows.push_back({qualifier.name, qualifier.value.ToString(10)});
-  PrintRows(out, prefix, rows);
+  PrintRows(out, prefix, rows, 40, style);
 }
 
 // "key, from ORVSG_ManagedElement, default 1"
@@ -37,40 +37,42 @@ std::string Signature(const TMethodDeclReport& method) {
   return method.type + " " + method.name + "(" + Join(parameters) + ")";
 }
 
-void PrintProperties(std::ostream& out, const TClassReport& cls) {
-  out << "\nProperties\n";
+void PrintProperties(std::ostream& out, const TClassReport& cls, const TTextStyle& style) {
+  out << '\n' << style.Ink(TTextStyle::kStrong, "Properties") << '\n';
   for (const auto& property : cls.properties) {
-    PrintRows(out, "  ", {{property.name, property.type, Remarks(property, cls.name)}});
-    PrintQualifiers(out, "    ", property.qualifiers);
+    PrintRows(out, "  ", {{property.name, property.type, Remarks(property, cls.name)}}, 40, style);
+    PrintQualifiers(out, "    ", property.qualifiers, style);
   }
 }
 
-void PrintMethods(std::ostream& out, const TClassReport& cls) {
-  out << "\nMethods\n";
+void PrintMethods(std::ostream& out, const TClassReport& cls, const TTextStyle& style) {
+  out << '\n' << style.Ink(TTextStyle::kStrong, "Methods") << '\n';
   for (const auto& method : cls.methods) {
     PrintRows(out, "  ",
-              {{Signature(method), method.origin == cls.name ? "" : "from " + method.origin}});
-    PrintQualifiers(out, "    ", method.qualifiers);
+              {{Signature(method), method.origin == cls.name ? "" : "from " + method.origin}}, 40,
+              style);
+    PrintQualifiers(out, "    ", method.qualifiers, style);
     for (const auto& parameter : method.parameters) {
-      PrintRows(out, "    ", {{parameter.name, parameter.type}});
-      PrintQualifiers(out, "      ", parameter.qualifiers);
+      PrintRows(out, "    ", {{parameter.name, parameter.type}}, 40, style);
+      PrintQualifiers(out, "      ", parameter.qualifiers, style);
     }
   }
 }
 
-void Print(std::ostream& out, const TClassReport& cls) {
+void Print(std::ostream& out, const TClassReport& cls, const TTextStyle& style) {
   PrintRows(out, "",
             {{"Class", cls.name},
              {"Kind", cls.kind.ToString()},
              {"Superclass", cls.superclass.empty() ? "none" : cls.superclass},
              {"Subclasses", cls.subclasses.empty() ? "none" : Join(cls.subclasses)},
-             {"Instances", std::to_string(cls.instances)}});
+             {"Instances", std::to_string(cls.instances)}},
+            40, style);
   if (!cls.qualifiers.empty()) {
-    out << "\nQualifiers\n";
-    PrintQualifiers(out, "  ", cls.qualifiers);
+    out << '\n' << style.Ink(TTextStyle::kStrong, "Qualifiers") << '\n';
+    PrintQualifiers(out, "  ", cls.qualifiers, style);
   }
-  if (!cls.properties.empty()) PrintProperties(out, cls);
-  if (!cls.methods.empty()) PrintMethods(out, cls);
+  if (!cls.properties.empty()) PrintProperties(out, cls, style);
+  if (!cls.methods.empty()) PrintMethods(out, cls, style);
 }
 
 void ShowClass(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& settings,
@@ -81,7 +83,7 @@ void ShowClass(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& 
   else if (settings.IsJson())
     PrintJson(out, ToJson(ReportOf(*cls)));
   else
-    Print(out, ReportOf(*cls));
+    Print(out, ReportOf(*cls), settings.style);
 }
 
 }  // namespace

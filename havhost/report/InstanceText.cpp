@@ -12,11 +12,11 @@ void PrintProperties(std::ostream& out, const std::string& prefix, const TInstan
     rows.push_back({property.name, Join(property.display)});
     if (settings.raw) rows.back().push_back("[" + property.value.ToString(10) + "]");
   }
-  PrintRows(out, prefix, rows);
+  PrintRows(out, prefix, rows, 40, settings.style);
 }
 
 void PrintInstance(std::ostream& out, const TInstanceReport& instance, const TSettings& settings) {
-  out << Printable(instance.path) << '\n';
+  out << settings.style.Ink(TTextStyle::kStrong, Printable(instance.path)) << '\n';
   PrintProperties(out, "  ", instance, settings);
 }
 

@@ -146,7 +146,9 @@ void PrintTable(std::ostream& out, const TReports& reports, const std::vector<st
   std::vector<TRow> rows = {columns};
   for (const auto& report : reports)
     rows.push_back(settings.raw ? BothCells(report, columns) : Cells(report, columns, false));
-  PrintRows(out, "", rows, kWidestCell);
+  auto style = settings.style;
+  style.colour = false;  // the first column is no name of the others
+  PrintRows(out, "", rows, kWidestCell, style);
 }
 
 void PrintInstances(std::ostream& out, const TReports& reports, const TSettings& settings) {
@@ -245,7 +247,7 @@ void PrintListing(std::ostream& out, const std::vector<TListedClass>& classes,
   } else {
     std::vector<TRow> rows;
     for (const auto& listed : classes) rows.push_back(ToRow(listed));
-    PrintRows(out, "", rows, kWidestCell);
+    PrintRows(out, "", rows, kWidestCell, settings.style);
   }
 }
 

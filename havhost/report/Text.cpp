@@ -94,6 +94,41 @@ std::vector<std::size_t> ColumnWidths(const std::vector<TRow>& rows, std::size_t
   return widths;
 }
 
+constexpr std::size_t kGap = 2;  // between two columns
+
+// Takes from the widest columns until all fit into `width`, or none is left to take from.
+void Fit(std::vector<std::size_t>& widths, std::size_t width) {
+  constexpr std::size_t kNarrowest = 8;
+  auto total = kGap * (widths.empty() ? 0 : widths.size() - 1);
+  for (const auto column : widths) total += column;
+  for (; total > width; --total) {
+    const auto widest = std::max_element(widths.begin(), widths.end());
+    if (widest == widths.end() || *widest <= kNarrowest) return;
+    --*widest;
+  }
+}
+
+// The line `at` of a row whose cells are lines; it does not end in blanks.
+std::string RowLine(const std::string& prefix, const std::vector<std::vector<std::string>>& columns,
+                    std::size_t at, const std::vector<std::size_t>& widths,
+                    const TTextStyle& style) {
+  std::string line;
+  std::size_t blanks = 0;
+  const auto append = [&](const std::string& text, TTextStyle::EInk ink) {
+    const auto end = text.find_last_not_of(' ') + 1;
+    if (end != 0) line.append(blanks, ' ').append(style.Ink(ink, text.substr(0, end)));
+    blanks = (end == 0 ? blanks : 0) + text.size() - end;
+  };
+  append(prefix, TTextStyle::kFaint);
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const auto text = at < columns[i].size() ? columns[i][at] : std::string();
+    if (i != 0) blanks += kGap;
+    append(text, i == 0 && columns.size() > 1 ? TTextStyle::kName : TTextStyle::kPlain);
+    blanks += widths[i] - std::min(widths[i], Width(text));
+  }
+  return line;
+}
+
 }  // namespace
 
 std::string Printable(std::string_view text) { return Escaped(text, IsUnprintable); }
@@ -159,23 +194,45 @@ bool NaturalLess(std::string_view a, std::string_view b) {
 }
 
 void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<TRow>& rows,
-               std::size_t widest) {
+               std::size_t widest, const TTextStyle& style) {
+  constexpr auto kAny = std::string::npos;
   std::vector<TRow> cells;
   for (const auto& row : rows) {
     cells.emplace_back();
     for (const auto& cell : row) cells.back().push_back(Printable(cell));
   }
-  const auto widths = ColumnWidths(cells, widest);
+  auto widths = ColumnWidths(cells, style.width == 0 ? widest : kAny);
+  if (style.width != 0) Fit(widths, style.width - std::min(style.width, Width(prefix)));
   for (const auto& row : cells) {
-    std::string line = prefix;
-    std::size_t missing = 0;
+    std::vector<std::vector<std::string>> columns;
+    std::size_t height = 1;
     for (std::size_t i = 0; i < row.size(); ++i) {
-      line.append(missing, ' ').append(i == 0 ? "" : "  ").append(row[i]);
-      missing = widths[i] - std::min(widths[i], Width(row[i]));
+      columns.push_back(Wrap(row[i], style.width == 0 ? kAny : widths[i]));
+      height = std::max(height, columns.back().size());
     }
-    line.erase(line.find_last_not_of(' ') + 1);
-    out << line << '\n';
+    for (std::size_t at = 0; at < height; ++at)
+      out << RowLine(prefix, columns, at, widths, style) << '\n';
   }
+}
+
+std::vector<std::string> Wrap(std::string_view text, std::size_t width) {
+  std::vector<std::string> lines;
+  for (;;) {
+    std::size_t end = 0;
+    for (std::size_t column = 0; column < width && end < text.size(); ++column)
+      end += std::max<std::size_t>(Utf8Length(text, end), 1);
+    if (end >= text.size()) break;
+    const auto blank = text.rfind(' ', end);
+    if (blank != std::string_view::npos && blank != 0) end = blank;
+    lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(text.find_first_not_of(' ', end), text.size()));
+  }
+  if (!text.empty() || lines.empty()) lines.emplace_back(text);
+  return lines;
+}
+
+std::string PrintableLines(std::string_view text) {
+  return Escaped(text, [](char32_t c) { return c != '\n' && IsUnprintable(c); });
 }
 
 void PrintCsvLine(std::ostream& out, const TRow& cells) {

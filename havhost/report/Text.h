@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "havhost/TTextStyle.h"
+
 namespace havhost {
 
 // The text on one line: control characters (inventories hold what firmware and devices say of
@@ -37,8 +39,17 @@ using TRow = std::vector<std::string>;
 
 // Writes the rows with `prefix` before each and the columns aligned, made printable. A cell
 // wider than `widest` does not widen its column, and no line ends in blanks.
+//
+// Where the style has a width, columns shrink until the lines fit, and cells go on below
+// themselves; then `widest` has no meaning.
 void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<TRow>& rows,
-               std::size_t widest = 40);
+               std::size_t widest = 40, const TTextStyle& style = {});
+
+// The text in lines of at most `width` columns, broken at blanks where there are any.
+std::vector<std::string> Wrap(std::string_view text, std::size_t width);
+
+// The text with each of its lines made printable.
+std::string PrintableLines(std::string_view text);
 
 // Writes the cells as one line of CSV: with commas between them, quoted where RFC 4180 asks for
 // it.

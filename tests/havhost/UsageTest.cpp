@@ -71,6 +71,8 @@ Options:
   -N,--names-only        Show nothing but the object paths
   -f,--format FORMAT     text for people (the default), json for programs, csv (raw values) for spreadsheets, mof to load again
   -o,--output FILE       File to write to, replaced when all went well (else standard output)
+  --color WHEN           Colour: auto (the default: on a terminal, unless NO_COLOR is set), always, never
+  --no-pager             Do not show what is longer than the screen through $PAGER (else less)
   -r,--raw               Show raw values in brackets beside the display text
   -a,--all               Show empty properties, and those that keep books, as well
   -m,--mof FILE...       Show what these MOF files hold; - is standard input
