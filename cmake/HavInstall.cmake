@@ -77,7 +77,7 @@ endif()
 endif()
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES docs/authors.md docs/conformance.md docs/design.md docs/guide.md docs/hosting.md docs/performance.md
-              docs/performance.svg docs/serve.md docs/windows.md
+              docs/performance.svg docs/reliability.md docs/serve.md docs/windows.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 
 set(CPACK_PACKAGE_NAME inmem)
