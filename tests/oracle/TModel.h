@@ -21,6 +21,14 @@ namespace havtest::oracle {
 using Id = int;
 constexpr Id kNone = -1;
 
+// A list whose places are such numbers.
+template <class T>
+class TNumbered : public std::vector<T> {
+ public:
+  T& operator[](Id id) { return this->at(static_cast<std::size_t>(id)); }
+  const T& operator[](Id id) const { return this->at(static_cast<std::size_t>(id)); }
+};
+
 struct TStatus {
   unsigned code;
 };
@@ -160,12 +168,12 @@ class TModel {
   std::string PathText(const TPath& path) const;
   std::string Normalize(const std::string& name);
 
-  std::vector<TNamespace> namespaces;
-  std::vector<TQualifierDecl> qualifierDecls;
-  std::vector<TQualifier> qualifiers;
-  std::vector<TDecl> decls;
-  std::vector<TClass> classes;
-  std::vector<TInstance> instances;
+  TNumbered<TNamespace> namespaces;
+  TNumbered<TQualifierDecl> qualifierDecls;
+  TNumbered<TQualifier> qualifiers;
+  TNumbered<TDecl> decls;
+  TNumbered<TClass> classes;
+  TNumbered<TInstance> instances;
   std::vector<std::pair<int, std::string>> log;
   int switches[3] = {-1, -1, -1};
 
