@@ -73,9 +73,9 @@ TEST(HtmlReport, InstancesHaveCellsInTheOrderOfTheColumns) {
                              ["State", "uint8"]])"));
   const auto disk = InstanceTitled(data, "disk2");
   EXPECT_EQ(disk["path"], "T_Disk.Name=\"disk2\"");
-  EXPECT_EQ(data["classes"][disk["class"].get<int>()]["name"], "T_Disk");
-  EXPECT_EQ(data["instances"][disk["parent"].get<int>()]["title"], "box");
-  EXPECT_EQ(data["classes"][disk["via"].get<int>()]["name"], "T_Contains");
+  EXPECT_EQ(data["classes"][disk["class"].get<std::size_t>()]["name"], "T_Disk");
+  EXPECT_EQ(data["instances"][disk["parent"].get<std::size_t>()]["title"], "box");
+  EXPECT_EQ(data["classes"][disk["via"].get<std::size_t>()]["name"], "T_Contains");
   EXPECT_EQ(disk["cells"],
             TJson::parse(R"([[["a", "b"], ["a", "b"]], "disk2", ["1.5 KB", 1536], ["On", 1]])"));
   EXPECT_EQ(
