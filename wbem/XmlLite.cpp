@@ -7,6 +7,7 @@
 #include <objidl.h>
 #include <xmllite.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -180,11 +181,22 @@ class TReader {
   bool m_hasRoot = false;
 };
 
+// Not every reader of that interface minds when the document ends before its elements do.
+void RequireEnd(std::string_view document, const TXmlElement& root) {
+  if (root.children.empty()) return;
+  const auto end = document.rfind("</" + root.name);
+  if (end != document.npos && document.find('>', end) != document.npos) return;
+  const auto lines = std::count(document.begin(), document.end(), '\n') + 1;
+  throw TXmlError("line " + std::to_string(lines) + ": no element found");
+}
+
 }  // namespace
 
 TXmlElement TXmlElement::Parse(std::string_view document, const std::string& encoding) {
   TMemoryStream stream(document);
-  return TReader(stream, encoding).Read();
+  TXmlElement root = TReader(stream, encoding).Read();
+  RequireEnd(document, root);
+  return root;
 }
 
 }  // namespace hav::wbem
