@@ -1,12 +1,9 @@
 #include "havhost/Program.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <memory>
 #include <new>
 #include <sstream>
-#include <system_error>
 
 #include "havcore/THAVException.h"
 #include "havcore/client/TPluginLoader.h"
