@@ -1,10 +1,15 @@
 // Both sides of an operation: what the plug-in answers and what the model answers, as text.
 #include <functional>
 #include <sstream>
+#include <iterator>
 #include <unordered_map>
 
+#include <boost/make_shared.hpp>
+
 #include "havcore/TCIMReference.h"
+#include "inmem/provider/TInmemNamespace.h"
 #include "support/FailingAllocations.h"
+#include "support/ForeignInstance.h"
 #include "support/RecordingLogger.h"
 #include "support/Repository.h"
 #include "tests/oracle/TModel.h"
@@ -74,6 +79,7 @@ class TRun {
     m_methods.reserve(enough);
     m_instances.reserve(enough);
     m_slots.reserve(enough);
+    m_namespaces.reserve(enough);
     for (int level = 1; level <= 3; ++level) CacheSwitch(level) = -1;
     AddNamespace(true);
     AddNamespace(false);
@@ -163,6 +169,16 @@ class TRun {
     return Arg(i) % list.size();
   }
   Id Number(std::size_t place) const { return static_cast<Id>(place); }
+  std::vector<std::size_t> LivingNamespaces() const {
+    std::vector<std::size_t> living;
+    for (std::size_t ns = 0; ns < m_namespaces.size(); ++ns)
+      if (m_namespaces[ns]) living.push_back(ns);
+    return living;
+  }
+  std::size_t LivingNamespace(std::size_t i) const {
+    const auto living = LivingNamespaces();
+    return living[Place(living, i)];
+  }
 
   void Nothing() {
     m_onPlugin = m_onModel = [] { return std::string("nothing"); };
@@ -292,7 +308,7 @@ class TRun {
         break;
       case 4:
       case 5: {
-        TPath path{m_classIds[spec.a % m_classIds.size()], {}};
+        TPath path = m_model.PathOf(m_classIds[spec.a % m_classIds.size()]);
         TValue nowhere;
         nowhere.null = false;
         nowhere.text = "nowhere";
@@ -344,6 +360,8 @@ class TRun {
   void Dispatch(EOp op) {
     switch (op) {
       case EOp::kNewNamespace: return NewNamespaceOp();
+      case EOp::kCopyNamespace: return CopyNamespace();
+      case EOp::kDropNamespace: return DropNamespace();
       case EOp::kAllocateQualifierDecl: return AllocateQualifierDecl();
       case EOp::kGetQualifierDecl: return GetQualifierDecl();
       case EOp::kAllocateClass: return AllocateClass();
@@ -362,6 +380,9 @@ class TRun {
         return OnClass("add class", &ICIMClass::AddToNamespace, &TModel::AddClass);
       case EOp::kDeleteClass:
         return OnClass("delete class", &ICIMClass::Delete, &TModel::DeleteClass);
+      case EOp::kLinkClasses: return LinkClasses();
+      case EOp::kPassNothing: return PassNothing();
+      case EOp::kWrapInstance: return WrapInstance();
       case EOp::kAllocateInstance: return AllocateInstance();
       case EOp::kSetProperty: return SetProperty();
       case EOp::kAddInstance:
@@ -392,15 +413,35 @@ class TRun {
   }
 
   void NewNamespaceOp() {
-    if (m_namespaces.size() > 3) return Nothing();
+    if (LivingNamespaces().size() > 3) return Nothing();
     const bool redefinition = Arg(0) % 2 == 0;
     m_what << "new namespace" << (redefinition ? ", redefinition allowed" : "");
     AddNamespace(redefinition);
     m_onPlugin = m_onModel = [] { return std::string("done"); };
   }
 
+  void CopyNamespace() {
+    if (LivingNamespaces().size() > 5) return Nothing();
+    const auto ns = LivingNamespace(0);
+    m_what << "copy namespace " << ns << " as " << m_namespaces.size();
+    Both(
+        [=] {
+          m_namespaces.push_back(boost::make_shared<TInmemNamespace>(
+              static_cast<const TInmemNamespace&>(*m_namespaces[ns])));
+        },
+        [=] { m_model.CopyNamespace(Number(ns)); });
+  }
+
+  // Never the last one.
+  void DropNamespace() {
+    if (LivingNamespaces().size() < 2) return Nothing();
+    const auto ns = LivingNamespace(0);
+    m_what << "drop namespace " << ns;
+    Both([=] { m_namespaces[ns].reset(); }, [=] { m_model.DropNamespace(Number(ns)); });
+  }
+
   void AllocateQualifierDecl() {
-    const auto ns = Place(m_namespaces, 0);
+    const auto ns = LivingNamespace(0);
     const std::string name = Pick(kQualifiers, Arg(1));
     const unsigned flavor = Arg(2) % 4;
     m_what << "namespace " << ns << ": allocate qualifier declaration " << Quoted(name)
@@ -417,7 +458,7 @@ class TRun {
   }
 
   void GetQualifierDecl() {
-    const auto ns = Place(m_namespaces, 0);
+    const auto ns = LivingNamespace(0);
     const std::string name = Pick(kQualifiers, Arg(1));
     m_what << "namespace " << ns << ": get qualifier declaration " << Quoted(name);
     Both(
@@ -439,7 +480,7 @@ class TRun {
 
   // A superclass comes from the same namespace, as collectors have it.
   void AllocateClass(const std::string& name, const std::function<bool(Id)>& mayBeSuperclass) {
-    const auto ns = Place(m_namespaces, 0);
+    const auto ns = LivingNamespace(0);
     std::vector<std::size_t> supers;
     for (std::size_t i = 0; i < m_classes.size(); ++i)
       if (m_model.classes[m_classIds[i]].home == Number(ns) && mayBeSuperclass(m_classIds[i]))
@@ -466,7 +507,7 @@ class TRun {
   }
 
   void GetClass() {
-    const auto ns = Place(m_namespaces, 0);
+    const auto ns = LivingNamespace(0);
     const std::string name = Pick(kLookups, Arg(1));
     m_what << "namespace " << ns << ": get class " << Quoted(name);
     Both([=] { return Text(m_namespaces[ns]->GetClass(name, {})); },
@@ -588,7 +629,7 @@ class TRun {
           TValue value = reference ? TValue() : ModelValue(spec);
           if (reference) {
             value.type = kReference;
-            value.path = std::make_shared<TPath>(TPath{m_classIds[referenced], {}});
+            value.path = std::make_shared<TPath>(m_model.PathOf(m_classIds[referenced]));
           }
           const Id decl = m_model.NewDecl(m_classIds[cls], name, value);
           m_declIds.push_back(decl);
@@ -686,6 +727,50 @@ class TRun {
     Both([=] { ((*m_classes[cls]).*onPlugin)({}); }, [=] { (m_model.*onModel)(m_classIds[cls]); });
   }
 
+  void LinkClasses() {
+    static constexpr struct {
+      const char* what;
+      void (ICIMClass::*onPlugin)(ClassPtr, TOptions);
+      void (TModel::*onModel)(Id, Id);
+    } kinds[] = {{"add subclass", &ICIMClass::AddSubclass, &TModel::AddSubclass},
+                 {"remove subclass", &ICIMClass::RemoveSubclass, &TModel::RemoveSubclass},
+                 {"add association", &ICIMClass::AddAssociation, &TModel::AddAssociation},
+                 {"remove association", &ICIMClass::RemoveAssociation,
+                  &TModel::RemoveAssociation}};
+    const auto& kind = kinds[Arg(0) % std::size(kinds)];
+    const auto cls = Place(m_classes, 1), other = Place(m_classes, 2);
+    m_what << 'C' << cls << ": " << kind.what << " C" << other;
+    Both([=, &kind] { ((*m_classes[cls]).*kind.onPlugin)(m_classes[other], {}); },
+         [=, &kind] { (m_model.*kind.onModel)(m_classIds[cls], m_classIds[other]); });
+  }
+
+  // An empty pointer where an element is due.
+  void PassNothing() {
+    static constexpr struct {
+      const char* what;
+      void (*call)(ICIMClass& cls);
+    } kinds[] = {
+        {"add subclass", [](ICIMClass& cls) { cls.AddSubclass({}, {}); }},
+        {"remove subclass", [](ICIMClass& cls) { cls.RemoveSubclass({}, {}); }},
+        {"add association", [](ICIMClass& cls) { cls.AddAssociation({}, {}); }},
+        {"remove association", [](ICIMClass& cls) { cls.RemoveAssociation({}, {}); }},
+        {"add property", [](ICIMClass& cls) { cls.AddPropertyDecl({}, {}); }},
+        {"remove property", [](ICIMClass& cls) { cls.RemovePropertyDecl({}, {}); }},
+        {"add method", [](ICIMClass& cls) { cls.AddMethodDecl({}, {}); }},
+        {"remove method", [](ICIMClass& cls) { cls.RemoveMethodDecl({}, {}); }},
+        {"add instance", [](ICIMClass& cls) { cls.AddInstance({}, {}); }},
+        {"remove instance", [](ICIMClass& cls) { cls.RemoveInstance({}, {}); }},
+        {"add qualifier", [](ICIMClass& cls) { cls.AddQualifier({}, {}); }},
+        {"allocate qualifier", [](ICIMClass& cls) { cls.AllocateQualifier({}, {}, {}); }},
+        {"declare reference", [](ICIMClass& cls) { cls.AllocateReferenceDecl("Left", {}, {}); }},
+        {"is a", [](ICIMClass& cls) { cls.IsA({}, {}); }}};
+    const auto& kind = kinds[Arg(0) % std::size(kinds)];
+    const auto cls = Place(m_classes, 1);
+    m_what << 'C' << cls << ": " << kind.what << ": nothing";
+    Both([=, &kind] { kind.call(*m_classes[cls]); },
+         [] { throw TStatus{kHAVNotFound}; });
+  }
+
   void OnInstance(const char* what, void (ICIMInstance::*onPlugin)(TOptions),
                   void (TModel::*onModel)(Id)) {
     if (m_instances.empty()) return Nothing();
@@ -704,6 +789,25 @@ class TRun {
           m_placeOfInstance[m_instances.back().get()] = m_instances.size() - 1;
         },
         [=] { m_model.AllocateInstance(m_classIds[cls]); });
+  }
+
+  void WrapInstance() {
+    if (m_instances.empty()) return Nothing();
+    const auto behind = AskedInstance();
+    const bool stored = Arg(1) % 4 != 0;
+    m_what << "host's object I" << m_instances.size() << " around I" << behind
+           << (stored ? ", stored in its class" : "");
+    Both(
+        [=] {
+          m_instances.push_back(boost::make_shared<ForeignInstance>(m_instances[behind]));
+          const auto instance = m_instances.back();
+          m_placeOfInstance[instance.get()] = m_instances.size() - 1;
+          if (stored) instance->GetClass({})->AddInstance(instance, {});
+        },
+        [=] {
+          const Id instance = m_model.WrapInstance(Number(behind));
+          if (stored) m_model.Store(m_model.instances[instance].cls, instance);
+        });
   }
 
   // Values that fit the property come more often than chance would have it.
@@ -817,7 +921,7 @@ class TRun {
   }
 
   void ClearInstances() {
-    const auto ns = Place(m_namespaces, 0);
+    const auto ns = LivingNamespace(0);
     m_what << "namespace " << ns << ": clear instances";
     Both([=] { m_namespaces[ns]->ClearInstances(); }, [=] { m_model.ClearInstances(Number(ns)); });
   }
@@ -825,7 +929,7 @@ class TRun {
   void FindInstance() {
     if (m_instances.empty()) return Nothing();
     const auto instance = Place(m_instances, 0);
-    const auto ns = Place(m_namespaces, 1);
+    const auto ns = LivingNamespace(1);
     m_what << "namespace " << ns << ": find the path of I" << instance;
     Both(
         [=] {
@@ -852,7 +956,8 @@ class TRun {
     constexpr EOp kOps[] = {EOp::kSetProperty, EOp::kAddInstance,    EOp::kDeleteInstance,
                             EOp::kStoreIn,     EOp::kRemoveFrom,     EOp::kClearInstances,
                             EOp::kSetDefault,  EOp::kRemoveProperty, EOp::kAddClass,
-                            EOp::kDeleteClass, EOp::kEnumerate};
+                            EOp::kDeleteClass, EOp::kEnumerate,      EOp::kDropNamespace,
+                            EOp::kLinkClasses};
     // What a callback did before memory was lacking, it has done.
     if (Arg(5) % 3 != 0 || m_memory != EMemory::kEnough) return {};
     const auto* const given = m_arguments;
@@ -1093,7 +1198,7 @@ class TRun {
             for (const int end : {0, 1}) {
               TValue value;
               value.type = kReference;
-              value.path = std::make_shared<TPath>(TPath{m_classIds[ends[end]], {}});
+              value.path = std::make_shared<TPath>(m_model.PathOf(m_classIds[ends[end]]));
               declare(end == 0 ? "Left" : "Right", value);
             }
           } else {

@@ -65,11 +65,44 @@ std::string TModel::Normalize(const std::string& name) {
 }
 
 Id TModel::NewNamespace(bool redefinition) {
-  namespaces.push_back({redefinition, kNone, {}, {}});
-  const Id ns = static_cast<Id>(namespaces.size()) - 1;
+  const Id ns = static_cast<Id>(namespaces.size());
+  namespaces.push_back({redefinition, kNone, {}, {}, ns});
   classes.push_back({ns, "<root>", kNone, {}, {}, {}, {}, {}, {}, {}, false});
   namespaces[ns].root = static_cast<Id>(classes.size()) - 1;
   return ns;
+}
+
+Id TModel::CopyNamespace(Id ns) {
+  const TNamespace copy = namespaces[ns];
+  namespaces.push_back(copy);
+  return static_cast<Id>(namespaces.size()) - 1;
+}
+
+// With the last of the copies go the instances and associations of every class that any of them
+// made.
+void TModel::DropNamespace(Id ns) {
+  namespaces[ns].dropped = true;
+  for (const TNamespace& other : namespaces)
+    if (!other.dropped && other.original == namespaces[ns].original) return;
+  for (TClass& cls : classes) {
+    if (namespaces[cls.home].original != namespaces[ns].original) continue;
+    cls.store.clear();
+    cls.associations.clear();
+  }
+}
+
+Id TModel::HomeOf(Id cls) const {
+  const Id made = classes[cls].home;
+  if (!namespaces[made].dropped) return made;
+  for (Id ns = 0; ns < static_cast<Id>(namespaces.size()); ++ns)
+    if (!namespaces[ns].dropped && namespaces[ns].original == namespaces[made].original) return ns;
+  return kNone;
+}
+
+Id TModel::RequireHome(Id cls) const {
+  const Id home = HomeOf(cls);
+  if (home == kNone) throw TStatus{15};
+  return home;
 }
 
 Id TModel::AllocateQualifierDecl(Id ns, const std::string& name, unsigned flavor) {
@@ -335,10 +368,24 @@ void TModel::AddSubclass(Id cls, Id subclass) {
   classes[cls].subclasses.push_back(subclass);
 }
 
+void TModel::RemoveSubclass(Id cls, Id subclass) { Remove(classes[cls].subclasses, subclass); }
+
+void TModel::AddAssociation(Id cls, Id association) {
+  RequireHome(cls);
+  auto& associations = classes[cls].associations;
+  if (!Contains(associations, association)) associations.push_back(association);
+}
+
+void TModel::RemoveAssociation(Id cls, Id association) {
+  auto& associations = classes[cls].associations;
+  if (!Contains(associations, association)) throw TStatus{15};
+  Remove(associations, association);
+}
+
 void TModel::AddClass(Id id) {
   const auto name = classes[id].name;
   if (!IsTrue(id, "abstract") && Keys(id).empty()) Log(3, "Inmem: Class " + name + " has no keys");
-  TNamespace& home = namespaces[classes[id].home];
+  TNamespace& home = namespaces[RequireHome(id)];
   const auto key = Normalize(name);
   const auto standing = home.classes.find(key);
   Id displaced = kNone;
@@ -354,19 +401,22 @@ void TModel::AddClass(Id id) {
   if (displaced != kNone)
     for (Id above = superclass; above != kNone; above = classes[above].superclass)
       if (above == id) throw TStatus{16};
-  AddSubclass(superclass, id);
-
   std::vector<Id> referenced;
   if (IsTrue(id, "association")) referenced = ReferencedClasses(id);
-  for (Id& cls : referenced) {
-    auto& associations = classes[cls].associations;
-    if (!Contains(associations, id)) associations.push_back(id);
+  const auto before = classes[superclass].subclasses;
+  AddSubclass(superclass, id);
+  try {
+    for (Id cls : referenced) RequireHome(cls);
+  } catch (const TStatus&) {
+    classes[superclass].subclasses = before;
+    throw;
   }
-  std::vector<Id> before;
+  for (Id cls : referenced) AddAssociation(cls, id);
+  std::vector<Id> noLonger;
   for (Id cls : classes[id].registeredWith)
-    if (!Contains(referenced, cls)) before.push_back(cls);
+    if (!Contains(referenced, cls)) noLonger.push_back(cls);
   classes[id].registeredWith = referenced;
-  LeaveAssociations(id, before);
+  LeaveAssociations(id, noLonger);
   home.classes[key] = id;
   classes[id].inNamespace = true;
   if (displaced == kNone) return;
@@ -401,6 +451,7 @@ void TModel::DeleteClass(Id id) {
   auto others = cls.associations;
   Remove(others, id);
   if (!cls.inNamespace || !others.empty() || !cls.subclasses.empty()) throw TStatus{17};
+  RequireHome(id);
   Remove(classes[cls.superclass].subclasses, id);
   cls.inNamespace = false;
   std::vector<Id> left;
@@ -412,7 +463,7 @@ bool TModel::FindFilter(Id cls, const std::string& name, Id& filter) {
   filter = kNone;
   if (name.empty()) return true;
   try {
-    filter = GetClass(classes[cls].home, name);
+    filter = GetClass(RequireHome(cls), name);
     return true;
   } catch (const TStatus& status) {
     if (status.code != 15) throw;

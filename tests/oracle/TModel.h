@@ -51,6 +51,8 @@ struct TValue {
 
 struct TPath {
   Id cls = kNone;
+  // The namespace in which it is resolved; when that is gone, the one its class is in.
+  Id home = kNone;
   std::vector<std::pair<std::string, TValue>> keys;
 };
 
@@ -98,12 +100,17 @@ struct TSlot {
 struct TInstance {
   Id cls;
   std::map<std::string, std::shared_ptr<TSlot>> slots;
+  // Of a host's object around an instance, that instance; else kNone.
+  Id behind = kNone;
 };
 
 struct TNamespace {
   bool redefinition;
   Id root = kNone;
   std::map<std::string, Id> classes, qualifierDecls;
+  // The first of the copies that this is one of.
+  Id original;
+  bool dropped = false;
 };
 
 class TModel {
@@ -111,6 +118,8 @@ class TModel {
   using TVisit = std::function<void(Id)>;
 
   Id NewNamespace(bool redefinition);
+  Id CopyNamespace(Id ns);
+  void DropNamespace(Id ns);
   Id AllocateQualifierDecl(Id ns, const std::string& name, unsigned flavor);
   Id GetQualifierDecl(Id ns, const std::string& name);
   Id AllocateClass(Id ns, const std::string& name, Id superclass);
@@ -122,6 +131,12 @@ class TModel {
   void AddClass(Id cls);
   void DeleteClass(Id cls);
   void AddSubclass(Id cls, Id subclass);
+  void RemoveSubclass(Id cls, Id subclass);
+  void AddAssociation(Id cls, Id association);
+  void RemoveAssociation(Id cls, Id association);
+  // The namespace that the class is in: the one that made it or, when that is gone, the
+  // first of the copies that are left; kNone when none is.
+  Id HomeOf(Id cls) const;
   Id QualifyClass(Id cls, Id decl, const TValue& value, unsigned flavor);
   Id QualifyDecl(Id owner, Id decl, const TValue& value, unsigned flavor);
   void SetQualifierValue(Id qualifier, const TValue& value);
@@ -146,6 +161,8 @@ class TModel {
                                     const std::string& resultRole);
 
   Id AllocateInstance(Id cls);
+  // A host's object around an instance, or around another such object.
+  Id WrapInstance(Id instance);
   void AddInstance(Id instance);
   void DeleteInstance(Id instance);
   void Store(Id cls, Id instance);
@@ -153,6 +170,7 @@ class TModel {
   std::shared_ptr<TSlot> GetSlot(Id instance, const std::string& name);
   void SetProperty(Id instance, const std::string& name, const TValue& value);
   TPath Reference(Id instance);
+  TPath PathOf(Id cls) const { return {cls, HomeOf(cls), {}}; }
   // Walks call `visit` for each instance, which may change anything.
   void Enumerate(Id cls, bool deep, const TVisit& visit);
   void References(Id instance, const std::string& resultClass, const std::string& role,
@@ -196,6 +214,9 @@ class TModel {
   bool FindFilter(Id cls, const std::string& name, Id& filter);
   TElement Resolve(const TPath& path);
   bool Refers(const TValue& value, Id instance);
+  // The instance that answers when this one is asked.
+  Id Behind(Id instance) const;
+  Id RequireHome(Id cls) const;
   void Validate(Id instance);
   void Stored(Id cls, bool deep, std::vector<std::pair<Id, Id>>& found) const;
   void ApplySwitches(Id instance);

@@ -26,13 +26,23 @@ TValue Zero() {
 }  // namespace
 
 Id TModel::AllocateInstance(Id cls) {
-  instances.push_back({cls, {}});
+  instances.push_back({cls, {}, kNone});
   auto& slots = instances.back().slots;
   for (const auto& [name, entry] : classes[cls].properties) {
     slots[name] = std::make_shared<TSlot>();
     slots[name]->decl = entry.decl;
   }
   return static_cast<Id>(instances.size()) - 1;
+}
+
+Id TModel::WrapInstance(Id instance) {
+  instances.push_back({instances[instance].cls, {}, Behind(instance)});
+  return static_cast<Id>(instances.size()) - 1;
+}
+
+Id TModel::Behind(Id instance) const {
+  const Id behind = instances[instance].behind;
+  return behind == kNone ? instance : behind;
 }
 
 const TValue& TModel::ValueOf(const TSlot& slot) const {
@@ -67,7 +77,8 @@ void TModel::SetPrevious(TSlot& slot, const TValue& value) {
   slot.previous = std::make_unique<TValue>(value);
 }
 
-std::shared_ptr<TSlot> TModel::GetSlot(Id id, const std::string& name) {
+std::shared_ptr<TSlot> TModel::GetSlot(Id asked, const std::string& name) {
+  const Id id = Behind(asked);
   const auto found = instances[id].slots.find(Normalize(name));
   if (found != instances[id].slots.end()) return found->second;
   const Id cls = instances[id].cls;
@@ -85,15 +96,17 @@ std::shared_ptr<TSlot> TModel::GetSlot(Id id, const std::string& name) {
   throw TStatus{15};
 }
 
-void TModel::SetProperty(Id id, const std::string& name, const TValue& value) {
+void TModel::SetProperty(Id asked, const std::string& name, const TValue& value) {
+  const Id id = Behind(asked);
   const auto found = instances[id].slots.find(Normalize(name));
   if (found != instances[id].slots.end()) return SetValue(*found->second, value);
   if (!Has(name, "speedDuplex")) throw TStatus{15};
 }
 
-TPath TModel::Reference(Id id) {
+TPath TModel::Reference(Id asked) {
+  const Id id = Behind(asked);
   const Id cls = instances[id].cls;
-  TPath path{cls, {}};
+  TPath path = PathOf(cls);
   for (Id key : Keys(cls)) {
     const auto name = decls[key].name;
     path.keys.emplace_back(name, ValueOf(*GetSlot(id, name)));
@@ -117,7 +130,8 @@ Id TModel::GetInstance(Id ns, const TPath& path) {
 }
 
 TModel::TElement TModel::Resolve(const TPath& path) {
-  const Id home = classes[path.cls].home;
+  const bool there = path.home != kNone && !namespaces[path.home].dropped;
+  const Id home = there ? path.home : RequireHome(path.cls);
   const Id found = GetInstance(home, path);
   if (found != kNone) return {found, kNone};
   if (!path.keys.empty()) throw TStatus{15};
@@ -147,7 +161,8 @@ void TModel::Validate(Id id) {
   }
 }
 
-void TModel::AddInstance(Id id) {
+void TModel::AddInstance(Id asked) {
+  const Id id = Behind(asked);
   try {
     Validate(id);
   } catch (const TStatus&) {
@@ -157,10 +172,14 @@ void TModel::AddInstance(Id id) {
   Store(instances[id].cls, id);
 }
 
-void TModel::DeleteInstance(Id id) { Unstore(instances[id].cls, id); }
+void TModel::DeleteInstance(Id asked) {
+  const Id id = Behind(asked);
+  Unstore(instances[id].cls, id);
+}
 
 void TModel::Store(Id cls, Id id) {
   const auto path = PathText(Reference(id));
+  RequireHome(cls);
   Unstore(cls, id);
   classes[cls].store[path] = id;
 }
@@ -227,8 +246,9 @@ bool TModel::Refers(const TValue& value, Id id) {
   return value.IsReference() && Resolve(*value.path).instance == id;
 }
 
-void TModel::References(Id id, const std::string& resultClass, const std::string& role,
+void TModel::References(Id asked, const std::string& resultClass, const std::string& role,
                         const TVisit& visit) {
+  const Id id = Behind(asked);
   for (Id cls : AssociationClasses(instances[id].cls, resultClass, role)) {
     Enumerate(cls, false, [&](Id association) {
       const auto refers = [&](const TSlot& slot) {
@@ -243,7 +263,7 @@ void TModel::References(Id id, const std::string& resultClass, const std::string
       };
       bool found = false;
       if (role.empty())
-        for (const auto& [name, slot] : instances[association].slots)
+        for (const auto& [name, slot] : instances[Behind(association)].slots)
           found = found || refers(*slot);
       else
         found = refers(*GetSlot(association, role));
@@ -252,17 +272,19 @@ void TModel::References(Id id, const std::string& resultClass, const std::string
   }
 }
 
-void TModel::Associators(Id id, const std::string& associationClass, const std::string& resultClass,
+void TModel::Associators(Id asked, const std::string& associationClass, const std::string& resultClass,
                          const std::string& role, const std::string& resultRole,
                          const TVisit& visit) {
+  const Id id = Behind(asked);
   Id filter = kNone;
   try {
-    filter = GetClass(classes[instances[id].cls].home, resultClass);
+    filter = GetClass(RequireHome(instances[id].cls), resultClass);
   } catch (const TStatus& status) {
     if (status.code != 15) throw;
     return;
   }
   References(id, associationClass, "", [&](Id association) {
+    if (instances[association].behind != kNone) return;  // no association of a host's making
     if (resultRole.empty())
       ExamineCandidate(id, association, filter, role, visit);
     else

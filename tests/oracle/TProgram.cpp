@@ -27,11 +27,14 @@ constexpr TWeight kOrderly[] = {
     {EOp::kReferences, 0, 40},       {EOp::kAssociators, 0, 40},
     {EOp::kClassAssociations, 1, 5}, {EOp::kSetSwitch, 0, 2},
     {EOp::kDeleteClass, 0, 1},       {EOp::kDump, 0, 2},
+    {EOp::kCopyNamespace, 0, 1},     {EOp::kWrapInstance, 0, 4},
 };
 
 // Anything in any order.
 constexpr TWeight kUnruly[] = {
-    {EOp::kNewNamespace, 1, 0},
+    {EOp::kNewNamespace, 1, 1},
+    {EOp::kCopyNamespace, 1, 1},
+    {EOp::kDropNamespace, 0, 1},
     {EOp::kAllocateQualifierDecl, 12, 1},
     {EOp::kGetQualifierDecl, 1, 1},
     {EOp::kAllocateClass, 22, 4},
@@ -48,7 +51,10 @@ constexpr TWeight kUnruly[] = {
     {EOp::kSetDefault, 2, 4},
     {EOp::kAddClass, 22, 5},
     {EOp::kDeleteClass, 1, 2},
+    {EOp::kLinkClasses, 2, 2},
+    {EOp::kPassNothing, 1, 2},
     {EOp::kAllocateInstance, 4, 24},
+    {EOp::kWrapInstance, 0, 4},
     {EOp::kSetProperty, 4, 50},
     {EOp::kAddInstance, 2, 28},
     {EOp::kDeleteInstance, 0, 6},

@@ -12,6 +12,8 @@ namespace havtest::oracle {
 
 enum class EOp : unsigned {
   kNewNamespace,
+  kCopyNamespace,
+  kDropNamespace,
   kAllocateQualifierDecl,
   kGetQualifierDecl,
   kAllocateClass,
@@ -28,7 +30,10 @@ enum class EOp : unsigned {
   kSetDefault,
   kAddClass,
   kDeleteClass,
+  kLinkClasses,
+  kPassNothing,
   kAllocateInstance,
+  kWrapInstance,
   kSetProperty,
   kAddInstance,
   kDeleteInstance,
