@@ -272,9 +272,9 @@ void TModel::References(Id asked, const std::string& resultClass, const std::str
   }
 }
 
-void TModel::Associators(Id asked, const std::string& associationClass, const std::string& resultClass,
-                         const std::string& role, const std::string& resultRole,
-                         const TVisit& visit) {
+void TModel::Associators(Id asked, const std::string& associationClass,
+                         const std::string& resultClass, const std::string& role,
+                         const std::string& resultRole, const TVisit& visit) {
   const Id id = Behind(asked);
   Id filter = kNone;
   try {
