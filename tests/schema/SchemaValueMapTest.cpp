@@ -1,5 +1,4 @@
-// The value maps of the whole DMTF schema 2.49, which is not part of the project: its folder
-// is looked for in the environment variable HAV_CIM_SCHEMA, then beside the source tree.
+// The value maps of the whole DMTF schema 2.49.
 //
 // Every property that has "Values" or "ValueMap" is set, in an instance of the class that
 // declares it, to every number that a pattern names, both ends of every range, and the
@@ -7,8 +6,6 @@
 // qualifiers. The maps of methods' results and parameters are tried the same way, on a
 // property of their type.
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <set>
 #include <string>
@@ -21,6 +18,7 @@
 #include "mof/TMofFolderSource.h"
 #include "mof/TMofLoader.h"
 #include "mof/TMofReport.h"
+#include "support/CimSchema.h"
 #include "support/Repository.h"
 #include "tests/values/PlainDisplay.h"
 
@@ -169,13 +167,14 @@ class SchemaValueMap : public testing::Test {
 
   void SetUp() override {
     if (s_namespace) return;
-    const char* const said = std::getenv("HAV_CIM_SCHEMA");
-    const auto folder = std::filesystem::u8path(said ? said : HAV_CIM_SCHEMA_FOLDER);
-    const auto file = folder / "cim_schema_2.49.0.mof";
-    if (!std::filesystem::exists(file)) return SkipOrFail(folder.u8string());
+    if (const std::string why = WhyNoCimSchema(); !why.empty()) {
+      if (IsCimSchemaRequired()) FAIL() << why;
+      GTEST_SKIP() << why;
+    }
     hav::mof::TMofFolderSource source;
     hav::mof::TMofReport report;
-    s_namespace = hav::mof::TMofLoader(*Provider(), source).Load({file.u8string()}, report);
+    s_namespace =
+        hav::mof::TMofLoader(*Provider(), source).Load({CimSchemaFile().u8string()}, report);
     ASSERT_TRUE(s_namespace) << report.ToString();
   }
 
@@ -203,14 +202,6 @@ class SchemaValueMap : public testing::Test {
   static NamespacePtr s_namespace;
 
  private:
-  static void SkipOrFail(const std::string& folder) {
-    const std::string reason =
-        "the DMTF schema is not at " + folder + "; HAV_CIM_SCHEMA says where it is";
-    const char* const required = std::getenv("HAV_REQUIRE_ALL");
-    if (required && std::string(required) == "1") FAIL() << reason;
-    GTEST_SKIP() << reason;
-  }
-
   void Show(ICIMProperty& slot, const TCIMValue& value) {
     const PropertyDeclPtr decl = slot.GetDecl({});
     slot.SetValue(value, {});
