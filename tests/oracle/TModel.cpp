@@ -126,6 +126,19 @@ Id TModel::GetClass(Id ns, const std::string& name) {
   return found->second;
 }
 
+Id TModel::WrapClass(Id cls) {
+  const Id behind = OwnClass(cls);
+  TClass wrapper{classes[behind].home, classes[behind].name, kNone, {}, {}, {}, {}, {}, {}, {}};
+  wrapper.behind = behind;
+  classes.push_back(wrapper);
+  return static_cast<Id>(classes.size()) - 1;
+}
+
+Id TModel::OwnClass(Id cls) const {
+  const Id behind = classes[cls].behind;
+  return behind == kNone ? cls : behind;
+}
+
 Id TModel::AllocateClass(Id ns, const std::string& name, Id superclass) {
   Id cls = kNone;
   try {
@@ -153,7 +166,7 @@ Id TModel::AllocateClass(Id ns, const std::string& name, Id superclass) {
 void TModel::SetUpInheritance(Id id) {
   TClass& cls = classes[id];
   if (cls.superclass == kNone) return;
-  const TClass& super = classes[cls.superclass];
+  const TClass& super = classes[OwnClass(cls.superclass)];
   const auto inherit = [](TDecls& table, const TDecls& from) {
     for (auto at = table.begin(); at != table.end();)
       at = at->second.own ? std::next(at) : table.erase(at);
@@ -226,7 +239,8 @@ bool TModel::HasQualifier(Id decl, const std::string& name) const {
   return decls[decl].qualifiers.count(name) != 0;
 }
 
-bool TModel::IsTrue(Id cls, const std::string& name) const {
+bool TModel::IsTrue(Id asked, const std::string& name) const {
+  const Id cls = OwnClass(asked);
   const auto found = classes[cls].qualifiers.find(name);
   if (found == classes[cls].qualifiers.end()) return false;
   const TValue& value = qualifiers[found->second].value;
@@ -314,7 +328,8 @@ void TModel::AddParameter(Id method, const std::string& name) {
   decls[method].parameters[key] = name;
 }
 
-Id TModel::GetProperty(Id cls, const std::string& name) const {
+Id TModel::GetProperty(Id asked, const std::string& name) const {
+  const Id cls = OwnClass(asked);
   const auto key = const_cast<TModel*>(this)->Normalize(name);
   const auto found = classes[cls].properties.find(key);
   if (found == classes[cls].properties.end()) throw TStatus{15};
@@ -334,7 +349,7 @@ std::vector<Id> TModel::Keys(Id cls) const {
 }
 
 bool TModel::IsA(Id cls, Id other) const {
-  for (; cls != kNone; cls = classes[cls].superclass)
+  for (; cls != kNone; cls = classes[OwnClass(cls)].superclass)
     if (classes[cls].name == classes[other].name) return true;
   return false;
 }
@@ -362,21 +377,26 @@ bool TModel::Reaches(Id cls, Id other) const {
   return false;
 }
 
-void TModel::AddSubclass(Id cls, Id subclass) {
+void TModel::AddSubclass(Id asked, Id subclass) {
+  const Id cls = OwnClass(asked);
   if (Contains(classes[cls].subclasses, subclass)) return;
   if (subclass == cls || Reaches(subclass, cls)) throw TStatus{16};
   classes[cls].subclasses.push_back(subclass);
 }
 
-void TModel::RemoveSubclass(Id cls, Id subclass) { Remove(classes[cls].subclasses, subclass); }
+void TModel::RemoveSubclass(Id cls, Id subclass) {
+  Remove(classes[OwnClass(cls)].subclasses, subclass);
+}
 
-void TModel::AddAssociation(Id cls, Id association) {
+void TModel::AddAssociation(Id asked, Id association) {
+  const Id cls = OwnClass(asked);
   RequireHome(cls);
   auto& associations = classes[cls].associations;
   if (!Contains(associations, association)) associations.push_back(association);
 }
 
-void TModel::RemoveAssociation(Id cls, Id association) {
+void TModel::RemoveAssociation(Id asked, Id association) {
+  const Id cls = OwnClass(asked);
   auto& associations = classes[cls].associations;
   if (!Contains(associations, association)) throw TStatus{15};
   Remove(associations, association);
@@ -399,16 +419,17 @@ void TModel::AddClass(Id id) {
   }
   const Id superclass = displaced == kNone ? classes[id].superclass : classes[displaced].superclass;
   if (displaced != kNone)
-    for (Id above = superclass; above != kNone; above = classes[above].superclass)
+    for (Id above = superclass; above != kNone; above = classes[OwnClass(above)].superclass)
       if (above == id) throw TStatus{16};
   std::vector<Id> referenced;
   if (IsTrue(id, "association")) referenced = ReferencedClasses(id);
-  const auto before = classes[superclass].subclasses;
+  auto& siblings = classes[OwnClass(superclass)].subclasses;
+  const auto before = siblings;
   AddSubclass(superclass, id);
   try {
     for (Id cls : referenced) RequireHome(cls);
   } catch (const TStatus&) {
-    classes[superclass].subclasses = before;
+    siblings = before;
     throw;
   }
   for (Id cls : referenced) AddAssociation(cls, id);
@@ -423,7 +444,7 @@ void TModel::AddClass(Id id) {
 
   TClass& old = classes[displaced];
   TClass& cls = classes[id];
-  Remove(classes[superclass].subclasses, displaced);
+  RemoveSubclass(superclass, displaced);
   cls.superclass = superclass;
   cls.subclasses = old.subclasses;
   old.subclasses.clear();
@@ -443,7 +464,7 @@ void TModel::AddClass(Id id) {
 }
 
 void TModel::LeaveAssociations(Id id, std::vector<Id>& registeredWith) {
-  for (Id cls : registeredWith) Remove(classes[cls].associations, id);
+  for (Id cls : registeredWith) Remove(classes[OwnClass(cls)].associations, id);
 }
 
 void TModel::DeleteClass(Id id) {
@@ -452,7 +473,7 @@ void TModel::DeleteClass(Id id) {
   Remove(others, id);
   if (!cls.inNamespace || !others.empty() || !cls.subclasses.empty()) throw TStatus{17};
   RequireHome(id);
-  Remove(classes[cls.superclass].subclasses, id);
+  RemoveSubclass(cls.superclass, id);
   cls.inNamespace = false;
   std::vector<Id> left;
   left.swap(cls.registeredWith);
@@ -471,13 +492,15 @@ bool TModel::FindFilter(Id cls, const std::string& name, Id& filter) {
   }
 }
 
-std::vector<Id> TModel::AssociationClasses(Id cls, const std::string& resultClass,
+std::vector<Id> TModel::AssociationClasses(Id asked, const std::string& resultClass,
                                            const std::string& role) {
+  const Id cls = OwnClass(asked);
   Id filter = kNone;
   if (!FindFilter(cls, resultClass, filter)) return {};
   const auto folded = Normalize(role);
   std::vector<Id> found;
-  for (Id level = cls; level != kNone; level = classes[level].superclass) {
+  for (Id level = cls; level != kNone;
+       level = OwnClass(level) == level ? classes[level].superclass : OwnClass(level)) {
     for (Id association : classes[level].associations) {
       if (Contains(found, association)) continue;
       if (filter != kNone && !IsA(association, filter)) continue;
@@ -493,9 +516,10 @@ std::vector<Id> TModel::AssociationClasses(Id cls, const std::string& resultClas
   return found;
 }
 
-std::vector<Id> TModel::AssociatedClasses(Id cls, const std::string& associationClass,
+std::vector<Id> TModel::AssociatedClasses(Id asked, const std::string& associationClass,
                                           const std::string& resultClass, const std::string& role,
                                           const std::string& resultRole) {
+  const Id cls = OwnClass(asked);
   Id filter = kNone;
   if (!FindFilter(cls, resultClass, filter)) return {};
   const auto foldedRole = Normalize(role);

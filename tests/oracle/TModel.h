@@ -91,6 +91,8 @@ struct TClass {
   std::vector<Id> subclasses, associations, registeredWith;
   std::map<std::string, Id> store;
   bool inNamespace = false;
+  // Of a host's object around a class, that class; else kNone.
+  Id behind = kNone;
 };
 
 struct TSlot {
@@ -124,6 +126,10 @@ class TModel {
   Id GetQualifierDecl(Id ns, const std::string& name);
   Id AllocateClass(Id ns, const std::string& name, Id superclass);
   Id GetClass(Id ns, const std::string& name);
+  // A host's object around a class.
+  Id WrapClass(Id cls);
+  // The class that answers when this one is asked.
+  Id OwnClass(Id cls) const;
   void ClearInstances(Id ns);
   // kNone when there is none.
   Id GetInstance(Id ns, const TPath& path);

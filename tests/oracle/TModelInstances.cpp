@@ -229,7 +229,8 @@ void TModel::ApplySwitches(Id id) {
   }
 }
 
-void TModel::Enumerate(Id cls, bool deep, const TVisit& visit) {
+void TModel::Enumerate(Id asked, bool deep, const TVisit& visit) {
+  const Id cls = OwnClass(asked);
   std::vector<std::pair<Id, Id>> found;
   Stored(cls, deep, found);
   for (const auto& [owner, instance] : found) {

@@ -29,6 +29,7 @@ enum class EOp : unsigned {
   kRemoveMethod,
   kSetDefault,
   kAddClass,
+  kWrapClass,
   kDeleteClass,
   kLinkClasses,
   kPassNothing,

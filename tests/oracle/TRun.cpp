@@ -110,6 +110,13 @@ std::size_t TRun::LivingNamespace(std::size_t i) const {
   return living[Place(living, i)];
 }
 
+std::size_t TRun::OwnClass(std::size_t i) const {
+  std::vector<std::size_t> own;
+  for (std::size_t cls = 0; cls < m_classes.size(); ++cls)
+    if (m_model.OwnClass(m_classIds[cls]) == m_classIds[cls]) own.push_back(cls);
+  return own[Place(own, i)];
+}
+
 void TRun::Nothing() {
   m_onPlugin = m_onModel = [] { return std::string("nothing"); };
 }
@@ -157,6 +164,7 @@ void TRun::Dispatch(EOp op) {
     case EOp::kAddClass: return OnClass("add class", &ICIMClass::AddToNamespace, &TModel::AddClass);
     case EOp::kDeleteClass:
       return OnClass("delete class", &ICIMClass::Delete, &TModel::DeleteClass);
+    case EOp::kWrapClass: return WrapClass();
     case EOp::kLinkClasses: return LinkClasses();
     case EOp::kPassNothing: return PassNothing();
     case EOp::kWrapInstance: return WrapInstance();

@@ -52,6 +52,8 @@ class TRun {
   Id Number(std::size_t place) const { return static_cast<Id>(place); }
   std::vector<std::size_t> LivingNamespaces() const;
   std::size_t LivingNamespace(std::size_t i) const;
+  // Of the classes that are not a host's objects.
+  std::size_t OwnClass(std::size_t i) const;
   void Nothing();
   template <class P, class M>
   void Both(P&& onPlugin, M&& onModel) {
@@ -120,6 +122,7 @@ class TRun {
   void SetDefault();
   void OnClass(const char* what, void (ICIMClass::*onPlugin)(TOptions),
                void (TModel::*onModel)(Id));
+  void WrapClass();
   void LinkClasses();
 
   // An empty pointer where an element is due.

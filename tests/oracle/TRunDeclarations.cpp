@@ -4,7 +4,7 @@
 namespace havtest::oracle {
 
 void TRun::DeclareProperty(bool reference) {
-  const auto cls = Place(m_classes, 0);
+  const auto cls = OwnClass(0);
   const std::string name = Pick(kProperties, Arg(1));
   const auto referenced = Place(m_classes, 2);
   TValueSpec spec = Spec(2);
@@ -54,7 +54,7 @@ void TRun::DeclareProperty(bool reference) {
 }
 
 void TRun::DeclareMethod() {
-  const auto cls = Place(m_classes, 0);
+  const auto cls = OwnClass(0);
   const std::string name = Pick(kMethods, Arg(1));
   const unsigned type = kTypes[Arg(2) % 4];
   const auto qualifier = QualifierDeclNamed("Override");
@@ -99,7 +99,7 @@ void TRun::DeclareMethod() {
 
 void TRun::AddPropertyTo() {
   if (m_decls.empty()) return Nothing();
-  const auto cls = Place(m_classes, 0), decl = Place(m_decls, 1);
+  const auto cls = OwnClass(0), decl = Place(m_decls, 1);
   m_what << 'C' << cls << ": add declaration " << decl;
   Both([=] { m_classes[cls]->AddPropertyDecl(m_decls[decl], {}); },
        [=] { m_model.AddProperty(m_classIds[cls], m_declIds[decl]); });
@@ -107,7 +107,7 @@ void TRun::AddPropertyTo() {
 
 void TRun::RemoveProperty() {
   if (m_decls.empty()) return Nothing();
-  const auto cls = Place(m_classes, 0), decl = Place(m_decls, 1);
+  const auto cls = OwnClass(0), decl = Place(m_decls, 1);
   m_what << 'C' << cls << ": remove declaration " << decl;
   Both([=] { m_classes[cls]->RemovePropertyDecl(m_decls[decl], {}); },
        [=] { m_model.RemoveProperty(m_classIds[cls], m_declIds[decl]); });
@@ -115,7 +115,7 @@ void TRun::RemoveProperty() {
 
 void TRun::RemoveMethod() {
   if (m_methods.empty()) return Nothing();
-  const auto cls = Place(m_classes, 0), method = Place(m_methods, 1);
+  const auto cls = OwnClass(0), method = Place(m_methods, 1);
   m_what << 'C' << cls << ": remove method " << method;
   Both([=] { m_classes[cls]->RemoveMethodDecl(m_methods[method], {}); },
        [=] { m_model.RemoveMethod(m_classIds[cls], m_methodIds[method]); });

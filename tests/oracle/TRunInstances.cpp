@@ -17,7 +17,7 @@ void TRun::OnInstance(const char* what, void (ICIMInstance::*onPlugin)(TOptions)
 }
 
 void TRun::AllocateInstance() {
-  const auto cls = Place(m_classes, 0);
+  const auto cls = OwnClass(0);
   m_what << "allocate instance I" << m_instances.size() << " of C" << cls;
   Both(
       [=] {
@@ -66,7 +66,7 @@ void TRun::SetProperty() {
 
 void TRun::StoreIn(bool add) {
   if (m_instances.empty()) return Nothing();
-  const auto cls = Place(m_classes, 0), instance = Place(m_instances, 1);
+  const auto cls = OwnClass(0), instance = Place(m_instances, 1);
   m_what << 'C' << cls << (add ? ": store I" : ": remove I") << instance;
   Both(
       [=] {

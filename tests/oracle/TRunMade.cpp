@@ -87,7 +87,9 @@ unsigned TRun::StoredFor(Id cls, const std::string& role, unsigned number) const
 void TRun::MakeInstance(bool link) {
   std::vector<std::size_t> classes;
   for (std::size_t i = 0; i < m_classes.size(); ++i)
-    if (m_model.IsTrue(m_classIds[i], "association") == link) classes.push_back(i);
+    if (m_model.OwnClass(m_classIds[i]) == m_classIds[i] &&
+        m_model.IsTrue(m_classIds[i], "association") == link)
+      classes.push_back(i);
   if (classes.empty() || m_instances.empty()) return AllocateInstance();
   const auto cls = classes[Arg(0) % classes.size()];
   const TValueSpec name{10, Arg(1), 0};

@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 
 #include "inmem/provider/TInmemNamespace.h"
+#include "support/ForeignClass.h"
 
 namespace havtest::oracle {
 
@@ -135,7 +136,7 @@ void TRun::Qualify(const std::string& element, Element&& onPlugin,
 }
 
 void TRun::QualifyClass() {
-  const auto cls = Place(m_classes, 0);
+  const auto cls = OwnClass(0);
   Qualify(
       "C" + std::to_string(cls), [=]() -> ICIMClass& { return *m_classes[cls]; },
       [=](Id decl, const TValue& value, unsigned flavor) {
@@ -187,10 +188,20 @@ std::size_t TRun::QualifierDeclNamed(const std::string& name) const {
 
 void TRun::OnClass(const char* what, void (ICIMClass::*onPlugin)(TOptions),
                    void (TModel::*onModel)(Id)) {
-  const auto cls = Place(m_classes, 0);
+  const auto cls = OwnClass(0);
   m_what << what << " C" << cls;
   if (m_model.classes[m_classIds[cls]].superclass == kNone) return Nothing();
   Both([=] { ((*m_classes[cls]).*onPlugin)({}); }, [=] { (m_model.*onModel)(m_classIds[cls]); });
+}
+
+void TRun::WrapClass() {
+  const auto behind = OwnClass(0);
+  m_what << "host's object around C" << behind << " as C" << m_classes.size();
+  Both([=] { m_newClass = boost::make_shared<ForeignClass>(m_classes[behind]); },
+       [=] {
+         Keep(m_newClass, m_model.WrapClass(m_classIds[behind]));
+         m_newClass.reset();
+       });
 }
 
 void TRun::LinkClasses() {
@@ -203,7 +214,7 @@ void TRun::LinkClasses() {
                {"add association", &ICIMClass::AddAssociation, &TModel::AddAssociation},
                {"remove association", &ICIMClass::RemoveAssociation, &TModel::RemoveAssociation}};
   const auto& kind = kinds[Arg(0) % std::size(kinds)];
-  const auto cls = Place(m_classes, 1), other = Place(m_classes, 2);
+  const auto cls = Place(m_classes, 1), other = OwnClass(2);
   m_what << 'C' << cls << ": " << kind.what << " C" << other;
   Both([=, &kind] { ((*m_classes[cls]).*kind.onPlugin)(m_classes[other], {}); },
        [=, &kind] { (m_model.*kind.onModel)(m_classIds[cls], m_classIds[other]); });
@@ -229,7 +240,7 @@ void TRun::PassNothing() {
       {"declare reference", [](ICIMClass& cls) { cls.AllocateReferenceDecl("Left", {}, {}); }},
       {"is a", [](ICIMClass& cls) { cls.IsA({}, {}); }}};
   const auto& kind = kinds[Arg(0) % std::size(kinds)];
-  const auto cls = Place(m_classes, 1);
+  const auto cls = OwnClass(1);
   m_what << 'C' << cls << ": " << kind.what << ": nothing";
   Both([=, &kind] { kind.call(*m_classes[cls]); }, [] { throw TStatus{kHAVNotFound}; });
 }

@@ -206,7 +206,8 @@ std::string TRun::DumpOf(ICIMClass& cls) const {
          Visited([&](const auto& callback) { cls.EnumerateInstances(callback, false, {}); });
 }
 
-std::string TRun::DumpOf(Id id) {
+std::string TRun::DumpOf(Id asked) {
+  const Id id = m_model.OwnClass(asked);
   const TClass& cls = m_model.classes[id];
   std::string text = cls.name + " under " + TextOfClass(cls.superclass) +
                      Qualifiers(cls.qualifiers) +
