@@ -223,6 +223,8 @@ class TModel {
   // The instance that answers when this one is asked.
   Id Behind(Id instance) const;
   Id RequireHome(Id cls) const;
+  // Takes the instance out of the store; false when it was not in.
+  bool Forget(Id cls, Id instance);
   void Validate(Id instance);
   void Stored(Id cls, bool deep, std::vector<std::pair<Id, Id>>& found) const;
   void ApplySwitches(Id instance);

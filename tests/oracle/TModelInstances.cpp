@@ -177,27 +177,32 @@ void TModel::DeleteInstance(Id asked) {
   Unstore(instances[id].cls, id);
 }
 
+// The path is read once, because reading a derived property declares it.
 void TModel::Store(Id cls, Id id) {
   const auto path = PathText(Reference(id));
   RequireHome(cls);
-  Unstore(cls, id);
+  Forget(cls, id);
   classes[cls].store[path] = id;
 }
 
 // Both what stands under the path that the instance has now, and the instance itself under the
 // path that it was stored by.
 void TModel::Unstore(Id cls, Id id) {
-  auto& store = classes[cls].store;
-  const auto held = [&] {
-    return std::find_if(store.begin(), store.end(),
-                        [&](const auto& entry) { return entry.second == id; });
-  };
   try {
-    store.erase(PathText(Reference(id)));
+    classes[cls].store.erase(PathText(Reference(id)));
   } catch (const TStatus&) {
-    if (held() == store.end()) throw;
+    if (!Forget(cls, id)) throw;
   }
-  if (held() != store.end()) store.erase(held());
+  Forget(cls, id);
+}
+
+bool TModel::Forget(Id cls, Id id) {
+  auto& store = classes[cls].store;
+  const auto held = std::find_if(store.begin(), store.end(),
+                                 [&](const auto& entry) { return entry.second == id; });
+  if (held == store.end()) return false;
+  store.erase(held);
+  return true;
 }
 
 void TModel::ClearInstances(Id ns) {
