@@ -85,7 +85,9 @@ TInmemClass::TClasses TInmemClass::AssociationClasses(const std::string& resultC
 }
 
 void TInmemClass::EnumeratePopulatedAssociations(const TEnumCallback<ICIMClass>& callback) const {
-  // The class and its ancestors; of the sets, a walk over each that is not empty.
+  // The class and its ancestors; of the sets, a walk over each that is not empty. The set of
+  // an ancestor of another kind stays until its walk has ended.
+  TClassSet foreign;
   std::list<TClassSet::TWalk> walks;
   const auto begin = [&](const TInmemClass& cls) {
     if (cls.m_associations.Size() != 0) walks.emplace_back(cls.m_associations);
@@ -96,8 +98,7 @@ void TInmemClass::EnumeratePopulatedAssociations(const TEnumCallback<ICIMClass>&
     begin(*own);
     ancestor = own->m_superclass.lock();
   }
-  // An ancestor of another kind answers for itself and for all above it.
-  TClassSet foreign;
+  // Such an ancestor answers for itself and for all above it.
   if (ancestor) {
     for (auto& walk : walks) walk.Prepare();
     for (const auto& cls : Collect<ICIMClass>([&](const auto& collect) {

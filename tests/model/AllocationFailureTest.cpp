@@ -337,6 +337,32 @@ TEST(AllocationFailure, AskingForAssociatorsInAResultRole) {
   });
 }
 
+TEST(AllocationFailure, AskingForReferencesOfAClassUnderOneOfTheHostsMaking) {
+  Model model(false);
+  const auto above = boost::make_shared<ForeignClass>(model.node);
+  const ClassPtr under = model.repository.Class("Under", above);
+  const auto asked = model.repository.Instance(under, {{"Name", TCIMValue("asked")}});
+  model.repository.Link(model.link, "From", asked, "To", model.first);
+  bool failed = true;
+  for (std::size_t allowed = 0; failed && allowed < 5000; ++allowed) {
+    Names found;
+    bool threw = false;
+    {
+      FailingAllocation failure(allowed, FailingAllocation::kFromThenOn);
+      try {
+        found = Found([&](const auto& callback) {
+          asked->EnumerateAssociationInstances(callback, "", "", {});
+        });
+      } catch (const std::bad_alloc&) {
+        threw = true;
+      }
+      failed = failure.HasFailed();
+    }
+    ASSERT_TRUE(threw || found == Names{"found"}) << "allocation " << allowed;
+  }
+  EXPECT_FALSE(failed) << "it never came to an end";
+}
+
 // How many elements an enumeration gives.
 template <class T, class Enumerate>
 Names Counted(Enumerate&& enumerate) {
