@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
   havbench::RegisterLiveCases();
   havbench::RegisterStoreCases();
   havbench::RegisterGrowthCases();
+  havbench::RegisterLoadCases();
   havbench::RegisterOtherCases();
   benchmark::RunSpecifiedBenchmarks();
   return 0;

@@ -89,6 +89,7 @@ void RegisterSchema();
 void RegisterLiveCases();
 void RegisterStoreCases();
 void RegisterGrowthCases();
+void RegisterLoadCases();
 void RegisterOtherCases();
 
 }  // namespace havbench

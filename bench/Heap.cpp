@@ -10,6 +10,7 @@ namespace {
 // By thread, so that counting is no contention of its own.
 thread_local std::size_t t_calls = 0;
 thread_local std::size_t t_bytes = 0;
+thread_local std::size_t t_peak = 0;
 
 // What the allocator keeps beside each block.
 constexpr std::size_t kOverhead = sizeof(void*);
@@ -19,6 +20,7 @@ void* Allocate(std::size_t size) {
   if (!block) throw std::bad_alloc();
   ++t_calls;
   t_bytes += malloc_usable_size(block) + kOverhead;
+  if (t_bytes > t_peak) t_peak = t_bytes;
   return block;
 }
 
@@ -40,5 +42,8 @@ void operator delete[](void* block, std::size_t) noexcept { Release(block); }
 namespace havbench {
 
 Heap HeapNow() noexcept { return {t_calls, t_bytes}; }
+
+std::size_t HeapPeak() noexcept { return t_peak; }
+void ForgetHeapPeak() noexcept { t_peak = t_bytes; }
 
 }  // namespace havbench

@@ -12,4 +12,8 @@ struct Heap {
 
 Heap HeapNow() noexcept;
 
+// The most bytes that were in use at once since ForgetHeapPeak.
+std::size_t HeapPeak() noexcept;
+void ForgetHeapPeak() noexcept;
+
 }  // namespace havbench

@@ -10,7 +10,7 @@ std::size_t EndOfBlanks(std::string_view text, std::size_t at, std::size_t& open
   open = std::string_view::npos;
   while (at < text.size()) {
     const char c = text[at];
-    if (c == ' ' || (c >= '\t' && c <= '\r')) {
+    if (Is(c, kBlank)) {
       ++at;
     } else if (c == '/' && at + 1 < text.size() && text[at + 1] == '/') {
       at = text.find_first_of("\r\n", at);

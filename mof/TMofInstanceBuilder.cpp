@@ -2,6 +2,7 @@
 #include "mof/TMofInstanceBuilder.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 #include "mof/TMofParser.h"
@@ -71,24 +72,42 @@ void TMofInstanceBuilder::ReadAll(const TProgress& progress) {
   std::size_t total = 0;
   std::size_t done = 0;
   for (const auto& file : m_files) total += file->instances.size();
+  m_paths.Reserve(total);
+  std::vector<TPlace> links;
   for (std::uint32_t file = 0; file < m_files.size(); ++file) {
     for (const auto offset : m_files[file]->instances) {
       if (m_report.IsFull()) return;
-      if (ReadAt({file, offset})) TakeOne({file, offset});
+      const TPlace place{file, offset};
+      auto& parser = ParserOf(place);
+      if (!parser.BeginInstance(offset, m_syntax)) continue;
+      const auto* const shape = m_shapes.Find(m_syntax.className.text);
+      if (shape && shape->isAssociation && m_syntax.alias.text.empty()) {
+        links.push_back(place);
+        continue;
+      }
+      if (parser.EndInstance(m_syntax)) TakeOne(place, shape);
       if (progress) progress(++done, total);
     }
   }
+  for (const auto& place : links) {
+    if (m_report.IsFull()) return;
+    if (ReadAt(place)) TakeOne(place, m_shapes.Find(m_syntax.className.text));
+    if (progress) progress(++done, total);
+  }
+}
+
+TMofParser& TMofInstanceBuilder::ParserOf(const TPlace& place) {
+  auto& parser = m_parsers[place.file];
+  if (!parser) parser = std::make_unique<TMofParser>(*m_files[place.file], m_deaf);
+  return *parser;
 }
 
 bool TMofInstanceBuilder::ReadAt(const TPlace& place) {
-  auto& parser = m_parsers[place.file];
-  if (!parser) parser = std::make_unique<TMofParser>(*m_files[place.file], m_deaf);
-  return parser->ReadInstance(place.offset, m_syntax);
+  return ParserOf(place).ReadInstance(place.offset, m_syntax);
 }
 
-void TMofInstanceBuilder::TakeOne(const TPlace& place) {
+void TMofInstanceBuilder::TakeOne(const TPlace& place, const TMofShape* shape) {
   auto* const alias = AddAlias(place, m_syntax.alias);
-  const auto* const shape = m_shapes.Find(m_syntax.className.text);
   if (!MayBeMade(shape, place)) return;
   TItem item{place, shape, shape->cls->AllocateInstance({})};
   item.isLost = m_syntax.isDamaged;
@@ -116,9 +135,11 @@ bool TMofInstanceBuilder::MayBeMade(const TMofShape* shape, const TPlace& place)
 void TMofInstanceBuilder::SetPlainValues(TItem& item) {
   ++m_turn;
   m_references.clear();
+  m_pathHash = reinterpret_cast<std::uintptr_t>(item.shape);
+  std::size_t place = 0;
   for (const auto& assignment : m_syntax.assignments) {
     const auto& name = assignment.name;
-    const auto* slot = item.shape->Find(name.text);
+    const auto* slot = item.shape->FindAt(place++, name.text);
     if (!slot) {
       if (!item.shape->isDamaged)
         Fail(item, name.offset,
@@ -142,10 +163,8 @@ void TMofInstanceBuilder::SetPlainValues(TItem& item) {
 
 bool TMofInstanceBuilder::LacksKeys(const TMofShape& shape) const {
   if (shape.keys.empty()) return true;
-  return std::any_of(shape.keys.begin(), shape.keys.end(), [&](const std::string& name) {
-    const auto* slot = shape.Find(name);
-    return !slot || (slot->givenTo == m_turn ? !slot->isGiven : !slot->hasDefault);
-  });
+  return std::any_of(shape.keys.begin(), shape.keys.end(),
+                     [&](const TMofKey& key) { return !HasKey(key); });
 }
 
 bool TMofInstanceBuilder::CanResolveAliases(const TItem& item) const {
@@ -180,13 +199,27 @@ void TMofInstanceBuilder::Set(TItem& item, const TMofAssignment& assignment, con
   slot.isGiven = !value->IsNull();
   if (!IsSound(item, assignment, slot, *value)) return;
   if (slot.type == kCIMReference && !value->IsNull()) m_references.push_back(*value);
+  if (slot.isKey && !value->IsNull()) HashKey(slot, *value);
   try {
-    item.object->SetPropertyValue(std::string(assignment.name.text), *value, {});
+    item.object->SetPropertyValue(slot.name, *value, {});
   } catch (const THAVException& failure) {
     // What is left out refers to what nobody knows.
     if (!item.isLost)
       Fail(item, assignment.value.offset, Quoted(assignment.name.text) + ": " + failure.what());
   }
+}
+
+// Keys come in any order.
+void TMofInstanceBuilder::HashKey(const TMofSlot& slot, const TCIMValue& value) {
+  const auto hash = [&] {
+    const std::hash<std::string_view> of;
+    if (value.GetType() == kCIMString) return of(static_cast<std::string_view>(value));
+    if (value.IsReference()) return of(static_cast<const TCIMReference&>(value).GetPath());
+    return of(value.ToString(10));
+  }();
+  const auto mixed =
+      (hash ^ reinterpret_cast<std::uintptr_t>(&slot)) * std::uint64_t{0x9E3779B97F4A7C15};
+  m_pathHash += mixed ^ mixed >> 32U;
 }
 
 bool TMofInstanceBuilder::IsSound(TItem& item, const TMofAssignment& assignment,

@@ -30,6 +30,7 @@
 #include "havcore/havcore.h"
 #include "mof/MofSyntax.h"
 #include "mof/TMofEmbeddedText.h"
+#include "mof/TMofPathFilter.h"
 #include "mof/TMofReader.h"
 #include "mof/TMofReport.h"
 #include "mof/TMofSchemaBuilder.h"
@@ -99,12 +100,15 @@ class TMofInstanceBuilder {
   TAlias* AddAlias(const TPlace& place, const TMofName& name);
   void ReadAll(const TProgress& progress);
   // The instance that m_syntax holds, at its place.
-  void TakeOne(const TPlace& place);
+  void TakeOne(const TPlace& place, const TMofShape* shape);
+  // Adds a key's value to the hash of the path of the instance that is being made.
+  void HashKey(const TMofSlot& slot, const NORVHAV20::TCIMValue& value);
   bool MayBeMade(const TMofShape* shape, const TPlace& place);
   void SetPlainValues(TItem& item);
   bool CanResolveAliases(const TItem& item) const;
   void SetAliases(TItem& item);
   bool LacksKeys(const TMofShape& shape) const;
+  bool HasKey(const TMofKey& key) const;
 
   void Set(TItem& item, const TMofAssignment& assignment, const TMofSlot& slot);
   // False when the value is not to be set.
@@ -134,6 +138,7 @@ class TMofInstanceBuilder {
   TMofOffset PlaceOf(const TItem& item, const std::string& property);
 
   void Finish(TItem&& item);
+  bool MayBeThere(const TItem& item);
   bool HasAllKeysGiven(const TItem& item);
   bool HasAllKeys(const TItem& item);
   static bool HasOwnPath(const TItem& item);
@@ -143,7 +148,7 @@ class TMofInstanceBuilder {
   bool IsThere(const NORVHAV20::TCIMReference& target) const;
   // Nothing when all that the instance refers to is there.
   std::optional<TLink> FirstLack(const TItem& item) const;
-  void Store(const TItem& item);
+  void Store(const TItem& item, bool mayBeThere = true);
   void ReportTwice(const TItem& item, const std::string& path,
                    const NORVHAV20::ICIMInstance& before);
   void LeaveOut(TItem& item, TMofOffset offset, const TLink& lack);
@@ -153,6 +158,7 @@ class TMofInstanceBuilder {
   TMofOffset ClassNameOf(const TPlace& place);
   // Reads the instance there into m_syntax.
   bool ReadAt(const TPlace& place);
+  TMofParser& ParserOf(const TPlace& place);
   void Fail(TItem& item, TMofOffset offset, const std::string& text);
 
   boost::shared_ptr<NORVHAV20::ICIMNamespace> m_home;
@@ -170,7 +176,9 @@ class TMofInstanceBuilder {
   std::size_t m_turn = 0;                          // the number of the instance that is being made
   std::vector<NORVHAV20::TCIMValue> m_references;  // of the instance that is being made
   std::deque<TItem> m_waiting;
+  std::uint64_t m_pathHash = 0;  // of that instance
   client::TFoldedMap<TAlias> m_aliases;
+  TMofPathFilter m_paths;  // of what is stored
   // Where each stored instance stands.
   std::deque<std::pair<const NORVHAV20::ICIMInstance*, TPlace>> m_stored;
 };

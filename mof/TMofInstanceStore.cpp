@@ -1,6 +1,7 @@
 // Finishing instances that had to wait, and storing.
 #include <algorithm>
 #include <memory>
+#include <tuple>
 
 #include "havcore/client/Enumerate.h"
 #include "mof/TMofInstanceBuilder.h"
@@ -220,7 +221,7 @@ void TMofInstanceBuilder::Finish(TItem&& item) {
       std::any_of(m_references.begin(), m_references.end(), [this](const TCIMValue& value) {
         return !IsThere(static_cast<const TCIMReference&>(value));
       });
-  if (!waits) return Store(item);
+  if (!waits) return Store(item, MayBeThere(item));
   const auto alias = m_aliases.find(m_syntax.alias.text);
   if (alias != m_aliases.end() && alias->second.object == item.object)
     alias->second.item = m_waiting.size();
@@ -234,13 +235,28 @@ void TMofInstanceBuilder::ReportMissingKey(const TItem& item, const std::string&
                         Quoted(m_syntax.className.text) + " has no value");
 }
 
+// Whether one of the same path may have been stored before; of the instance that was read last.
+bool TMofInstanceBuilder::MayBeThere(const TItem& item) {
+  const auto& keys = item.shape->keys;
+  // A default that is given is not told from one that is not.
+  const bool isHashed = std::all_of(keys.begin(), keys.end(), [](const TMofKey& key) {
+    return key.slot && !key.slot->hasDefault;
+  });
+  return m_paths.MayHoldAndAdd(m_pathHash) || !isHashed;
+}
+
+// The instance that was read last has a value for the key.
+bool TMofInstanceBuilder::HasKey(const TMofKey& key) const {
+  const auto* const slot = key.slot;
+  return slot && (slot->givenTo == m_turn ? slot->isGiven : slot->hasDefault);
+}
+
 // Of the instance that was read last; it asks nothing of the instance itself.
 bool TMofInstanceBuilder::HasAllKeysGiven(const TItem& item) {
   bool all = true;
-  for (const auto& name : item.shape->keys) {
-    const auto* slot = item.shape->Find(name);
-    if (slot && (slot->givenTo == m_turn ? slot->isGiven : slot->hasDefault)) continue;
-    ReportMissingKey(item, name);
+  for (const auto& key : item.shape->keys) {
+    if (HasKey(key)) continue;
+    ReportMissingKey(item, key.name);
     all = false;
   }
   return all;
@@ -248,9 +264,9 @@ bool TMofInstanceBuilder::HasAllKeysGiven(const TItem& item) {
 
 bool TMofInstanceBuilder::HasAllKeys(const TItem& item) {
   bool all = true;
-  for (const auto& name : item.shape->keys) {
-    if (!item.object->GetProperty(name, {})->GetValue({}).IsNull()) continue;
-    ReportMissingKey(item, name);
+  for (const auto& key : item.shape->keys) {
+    if (!item.object->GetProperty(key.name, {})->GetValue({}).IsNull()) continue;
+    ReportMissingKey(item, key.name);
     all = false;
   }
   return all;
@@ -258,8 +274,8 @@ bool TMofInstanceBuilder::HasAllKeys(const TItem& item) {
 
 bool TMofInstanceBuilder::HasOwnPath(const TItem& item) {
   const auto& keys = item.shape->keys;
-  return !keys.empty() && std::all_of(keys.begin(), keys.end(), [&](const std::string& name) {
-    return !item.object->GetProperty(name, {})->GetValue({}).IsNull();
+  return !keys.empty() && std::all_of(keys.begin(), keys.end(), [&](const TMofKey& key) {
+    return !item.object->GetProperty(key.name, {})->GetValue({}).IsNull();
   });
 }
 
@@ -295,11 +311,13 @@ std::optional<TMofInstanceBuilder::TLink> TMofInstanceBuilder::FirstLack(const T
 
 // Storing does not say whether there was one of that path, nor whether it was stored; so what
 // could keep it out is looked at before.
-void TMofInstanceBuilder::Store(const TItem& item) {
+void TMofInstanceBuilder::Store(const TItem& item, bool mayBeThere) {
   try {
-    const auto reference = item.object->GetReference({});
-    if (const auto before = m_home->GetInstance(reference, {}))
-      return ReportTwice(item, reference.GetPath(), *before);
+    if (mayBeThere) {
+      const auto reference = item.object->GetReference({});
+      if (const auto before = m_home->GetInstance(reference, {}))
+        return ReportTwice(item, reference.GetPath(), *before);
+    }
     item.object->AddToNamespace({});
     m_stored.emplace_back(item.object.get(), item.place);
   } catch (const THAVException& failure) {
@@ -313,12 +331,16 @@ void TMofInstanceBuilder::ReportTwice(const TItem& item, const std::string& path
                                       const ICIMInstance& before) {
   const auto known = std::find_if(m_stored.begin(), m_stored.end(),
                                   [&](const auto& stored) { return stored.first == &before; });
+  auto again = item.place;
   std::string first;
   if (known != m_stored.end()) {
-    const auto place = ClassNameOf(known->second);
-    first = ", first at " + FileOf(known->second).text.DescribePlace(place);
+    // Links are stored behind what stands after them.
+    auto place = known->second;
+    if (std::tie(again.file, again.offset) < std::tie(place.file, place.offset))
+      std::swap(again, place);
+    first = ", first at " + FileOf(place).text.DescribePlace(ClassNameOf(place));
   }
-  m_report.AddError(FileOf(item.place).text, ClassNameOf(item.place),
+  m_report.AddError(FileOf(again).text, ClassNameOf(again),
                     "instance " + path + " is given twice" + first);
 }
 

@@ -12,12 +12,10 @@ using namespace client;
 
 namespace {
 
-constexpr std::string_view kPunctuationCharacters = "[](){},;:=";
-
 // Reads one escape, beginning at its backslash; moves `at` behind it only when it is one.
 bool ReadUnit(std::string_view text, std::size_t& at, char32_t& unit) {
-  constexpr std::string_view letters = "btnfr\"'\\";
-  constexpr std::string_view values = "\b\t\n\f\r\"'\\";
+  constexpr std::string_view letters = "\"\\btnfr'";
+  constexpr std::string_view values = "\"\\\b\t\n\f\r'";
   if (at + 1 >= text.size() || text[at] != '\\') return false;
   const auto simple = letters.find(text[at + 1]);
   if (simple != std::string_view::npos) {
@@ -58,6 +56,13 @@ std::size_t CharacterLength(std::string_view text, std::size_t at) {
   return length == 0 ? 1 : length;
 }
 
+// The end of what stands for itself in a string that has been checked, where everything but a
+// quote and a backslash does.
+std::size_t EndOfPlain(std::string_view token, std::size_t at) {
+  while (token[at] != '"' && token[at] != '\\') ++at;
+  return at;
+}
+
 // The pieces of a string joined; `readBackslash` appends what stands at a backslash and moves
 // behind it.
 template <class TReadBackslash>
@@ -68,7 +73,7 @@ std::string Joined(std::string_view token, TReadBackslash&& readBackslash) {
   while (at < token.size()) {
     ++at;  // the opening quote
     while (token[at] != '"') {
-      const auto end = token.find_first_of("\"\\", at);
+      const auto end = EndOfPlain(token, at);
       value.append(token, at, end - at);
       at = end;
       if (token[at] == '\\') readBackslash(value, at);
@@ -129,20 +134,20 @@ std::string TMofToken::Describe() const {
 TMofLexer::TMofLexer(const TMofText& text, TMofReport& report)
     : m_source(text), m_report(report), m_text(text.GetText()) {}
 
-TMofToken TMofLexer::Next() {
-  const auto token = Scan();
-  m_include = Follow(token);
+// What every token goes through comes first, for the compiler to put it together.
+inline TMofToken TMofLexer::Take(TMofToken::EKind kind, std::size_t end) {
+  const TMofToken token{kind, static_cast<TMofOffset>(m_at),
+                        std::string_view(m_text.data() + m_at, end - m_at)};
+  m_at = end;
   return token;
 }
 
-TMofLexer::EInclude TMofLexer::Follow(const TMofToken& token) const noexcept {
-  if (token.kind == TMofToken::EKind::kPragma) return EInclude::kPragma;
-  if (m_include == EInclude::kPragma && SameName(token.text, "include")) return EInclude::kInclude;
-  if (m_include == EInclude::kInclude && token.Is('(')) return EInclude::kParenthesis;
-  return EInclude::kNothing;
+inline void TMofLexer::SkipBlanks() {
+  m_at = EndOf(kBlank, m_text, m_at);
+  if (Has(m_at) && m_text[m_at] == '/') SkipComments();
 }
 
-TMofToken TMofLexer::Scan() {
+inline TMofToken TMofLexer::Scan() {
   for (;;) {
     SkipBlanks();
     if (!Has(m_at) || m_report.IsFull()) {
@@ -151,8 +156,7 @@ TMofToken TMofLexer::Scan() {
     }
     const char c = m_text[m_at];
     if (IsNameStart(c)) return Take(TMofToken::EKind::kName, EndOfName(m_at));
-    if (kPunctuationCharacters.find(c) != std::string_view::npos)
-      return Take(TMofToken::EKind::kPunctuation, m_at + 1);
+    if (Is(c, kPunctuation)) return Take(TMofToken::EKind::kPunctuation, m_at + 1);
     if (c == '"') return ReadString();
     const bool sign = (c == '+' || c == '-' || c == '.') && Has(m_at + 1) &&
                       (IsDigit(m_text[m_at + 1]) || m_text[m_at + 1] == '.');
@@ -167,7 +171,21 @@ TMofToken TMofLexer::Scan() {
   }
 }
 
-void TMofLexer::SkipBlanks() {
+TMofToken TMofLexer::Next() {
+  const auto token = Scan();
+  if (m_include != EInclude::kNothing || token.kind == TMofToken::EKind::kPragma)
+    m_include = Follow(token);
+  return token;
+}
+
+TMofLexer::EInclude TMofLexer::Follow(const TMofToken& token) const noexcept {
+  if (token.kind == TMofToken::EKind::kPragma) return EInclude::kPragma;
+  if (m_include == EInclude::kPragma && SameName(token.text, "include")) return EInclude::kInclude;
+  if (m_include == EInclude::kInclude && token.Is('(')) return EInclude::kParenthesis;
+  return EInclude::kNothing;
+}
+
+void TMofLexer::SkipComments() {
   std::size_t open = 0;
   const auto end = EndOfBlanks(m_text, m_at, open);
   if (open != std::string_view::npos) {
@@ -177,15 +195,8 @@ void TMofLexer::SkipBlanks() {
   m_at = end;
 }
 
-TMofToken TMofLexer::Take(TMofToken::EKind kind, std::size_t end) {
-  const TMofToken token{kind, static_cast<TMofOffset>(m_at), m_text.substr(m_at, end - m_at)};
-  m_at = end;
-  return token;
-}
-
 std::size_t TMofLexer::EndOfName(std::size_t at) const noexcept {
-  while (Has(at) && IsNameCharacter(m_text[at])) ++at;
-  return at;
+  return EndOf(kNameStart | kDigit, m_text, at);
 }
 
 TMofToken TMofLexer::ReadAlias() { return Take(TMofToken::EKind::kAlias, EndOfName(m_at + 1)); }
@@ -230,7 +241,9 @@ TMofToken TMofLexer::ReadString() {
 // Moves behind the closing quote, or to the end of a line that has none.
 bool TMofLexer::ScanStringPiece() {
   const auto begin = m_at++;
-  while (Has(m_at)) {
+  for (;;) {
+    m_at = EndOf(kPlain, m_text, m_at);
+    if (!Has(m_at)) break;
     const char c = m_text[m_at];
     if (c == '"') {
       ++m_at;
@@ -239,8 +252,6 @@ bool TMofLexer::ScanStringPiece() {
     if (c == '\n' || c == '\r') break;
     if (c == '\\')
       ScanBackslash();
-    else if (static_cast<unsigned char>(c) < 0x80)
-      ++m_at;
     else
       ScanByte();
   }
@@ -334,9 +345,14 @@ void TMofLexer::Error(std::size_t offset, std::string text) {
 }
 
 std::string TMofLexer::StringValue(std::string_view token) {
+  const auto end = EndOfPlain(token, 1);
+  if (end + 1 == token.size()) return std::string(token.substr(1, end - 1));
   return Joined(token, [token](std::string& value, std::size_t& at) {
     char32_t character = 0;
-    if (ReadEscape(token, at, character))
+    if (token[at + 1] == '"' || token[at + 1] == '\\') {  // nearly all are one of these
+      value += token[at + 1];
+      at += 2;
+    } else if (ReadEscape(token, at, character))
       AppendUtf8(value, character);
     else
       value += token[at++];

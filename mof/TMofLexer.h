@@ -69,6 +69,7 @@ class TMofLexer {
   TMofToken Scan();
   EInclude Follow(const TMofToken& token) const noexcept;
   void SkipBlanks();
+  void SkipComments();
   TMofToken Take(TMofToken::EKind kind, std::size_t end);
   TMofToken ReadAlias();
   TMofToken ReadNumber();

@@ -65,6 +65,26 @@ const T* Find(const std::array<std::pair<std::string_view, T>, n>& table, const 
 
 }  // namespace
 
+// What every token goes through comes first, for the compiler to put it together.
+inline void TMofParser::Advance() {
+  m_token = m_next;
+  m_next = m_lexer.Next();
+}
+
+inline bool TMofParser::Take(char punctuation) {
+  if (!m_token.Is(punctuation)) return false;
+  Advance();
+  return true;
+}
+
+inline void TMofParser::Expect(char punctuation, const char* where) {
+  if (!Take(punctuation)) FailExpecting(punctuation, where);
+}
+
+inline bool TMofParser::IsKeyword(const TMofToken& token, std::string_view keyword) const noexcept {
+  return token.kind == EKind::kName && SameName(token.text, keyword);
+}
+
 TMofParser::TMofParser(TMofFile& file, TMofReport& report)
     : m_file(file), m_report(report), m_lexer(file.text, report) {
   Advance();
@@ -93,13 +113,26 @@ bool TMofParser::ReadOn() {
 }
 
 bool TMofParser::ReadInstance(TMofOffset place, TMofInstance& instance) {
+  return BeginInstance(place, instance) && EndInstance(instance);
+}
+
+bool TMofParser::BeginInstance(TMofOffset place, TMofInstance& instance) {
   if (m_token.offset != place || m_token.kind == EKind::kEnd) {
     m_lexer.MoveTo(place);
     Advance();
     Advance();
   }
   try {
-    ParseInstance(instance);
+    ParseInstanceHead(instance);
+    return true;
+  } catch (const TSyntaxError&) {
+    return false;
+  }
+}
+
+bool TMofParser::EndInstance(TMofInstance& instance) {
+  try {
+    ParseInstanceBody(instance);
     return true;
   } catch (const TSyntaxError&) {
     return false;
@@ -114,7 +147,8 @@ void TMofParser::ParseDeclaration() {
   if (!IsKeyword(m_token, "instance"))
     FailExpecting(qualifiers.empty() ? "a declaration" : "'class' or 'instance' after qualifiers");
   const auto begin = m_token.offset;
-  ParseInstance(m_instance);
+  ParseInstanceHead(m_instance);
+  ParseInstanceBody(m_instance);
   if (!qualifiers.empty())
     m_report.AddWarning(m_file.text, begin, "the qualifiers of an instance are not kept");
   m_file.instances.push_back(begin);
@@ -265,12 +299,15 @@ TMofParameter TMofParser::ParseParameter() {
   return parameter;
 }
 
-void TMofParser::ParseInstance(TMofInstance& instance) {
-  instance.assignments.clear();
+void TMofParser::ParseInstanceHead(TMofInstance& instance) {
   Advance();
   if (!TakeKeyword("of")) FailExpecting("'of' after 'instance'");
   instance.className = ParseName("the name of a class");
   instance.alias = ParseAlias();
+}
+
+void TMofParser::ParseInstanceBody(TMofInstance& instance) {
+  instance.assignments.clear();
   Expect('{', "to begin an instance");
   instance.isDamaged =
       !ParseBody("instance of", instance.className, [&] { ParseAssignment(instance); });
@@ -278,14 +315,13 @@ void TMofParser::ParseInstance(TMofInstance& instance) {
 
 void TMofParser::ParseAssignment(TMofInstance& instance) {
   const auto begin = m_token.offset;
-  if (!ParseQualifiers().empty())
+  if (m_token.Is('[') && !ParseQualifiers().empty())
     m_report.AddWarning(m_file.text, begin, "the qualifiers of an instance are not kept");
-  TMofAssignment assignment;
-  assignment.name = ParseName("the name of a property");
+  const auto name = ParseName("the name of a property");
   Expect('=', "after the name of a property");
-  assignment.value = ParseValue();
+  auto value = ParseValue();
   Expect(';', "after the value of a property");
-  instance.assignments.push_back(std::move(assignment));
+  instance.assignments.push_back({name, std::move(value)});
 }
 
 TMofQualifiers TMofParser::ParseQualifiers() {
@@ -422,21 +458,6 @@ TMofName TMofParser::ParseAlias() {
   return alias;
 }
 
-void TMofParser::Advance() {
-  m_token = m_next;
-  m_next = m_lexer.Next();
-}
-
-bool TMofParser::Take(char punctuation) {
-  if (!m_token.Is(punctuation)) return false;
-  Advance();
-  return true;
-}
-
-bool TMofParser::IsKeyword(const TMofToken& token, std::string_view keyword) const noexcept {
-  return token.kind == EKind::kName && SameName(token.text, keyword);
-}
-
 bool TMofParser::TakeKeyword(std::string_view keyword) {
   if (!IsKeyword(m_token, keyword)) return false;
   Advance();
@@ -451,8 +472,8 @@ bool TMofParser::AtDeclaration() const noexcept {
          (IsKeyword(m_token, "instance") && IsKeyword(m_next, "of"));
 }
 
-void TMofParser::Expect(char punctuation, const char* where) {
-  if (!Take(punctuation)) FailExpecting(std::string("'") + punctuation + "' " + where);
+void TMofParser::FailExpecting(char punctuation, const char* where) {
+  FailExpecting(std::string("'") + punctuation + "' " + where);
 }
 
 void TMofParser::FailExpecting(const std::string& what) {

@@ -32,6 +32,9 @@ class TMofParser {
   bool ReadOn();
   // Reads the instance that begins at `place`. False when there is nothing to make of it.
   bool ReadInstance(TMofOffset place, TMofInstance& instance);
+  // The same in two steps: class name and alias, then the rest of the one that was begun.
+  bool BeginInstance(TMofOffset place, TMofInstance& instance);
+  bool EndInstance(TMofInstance& instance);
 
  private:
   struct TSyntaxError {};  // thrown behind the report, to where reading goes on
@@ -44,7 +47,8 @@ class TMofParser {
   void ParseClass(TMofQualifiers&& qualifiers);
   void ParseMember(TMofClass& cls);
   TMofParameter ParseParameter();
-  void ParseInstance(TMofInstance& instance);
+  void ParseInstanceHead(TMofInstance& instance);
+  void ParseInstanceBody(TMofInstance& instance);
   void ParseAssignment(TMofInstance& instance);
   // Reads members up to "};"; false when one could not be read. `kind` and `name` say in
   // messages what it is the body of.
@@ -69,6 +73,7 @@ class TMofParser {
   bool AtDeclaration() const noexcept;
   void Expect(char punctuation, const char* where);
   [[noreturn]] void FailExpecting(const std::string& what);
+  [[noreturn]] void FailExpecting(char punctuation, const char* where);
   void SkipToDeclaration();
   bool SkipToMember();
 

@@ -27,6 +27,7 @@ void SetEmbedded(ICIMPropertyDecl& decl, TMofSlot& slot) {
 TMofSlot SlotOf(ICIMPropertyDecl& decl) {
   const auto& value = decl.GetDefaultValue({});
   TMofSlot slot;
+  slot.name = decl.GetName({});
   slot.type = value.GetType();
   slot.hasDefault = !value.IsNull();
   if (slot.type == kCIMReference) slot.referenced = value.GetReferencedClass();
@@ -38,6 +39,13 @@ TMofSlot SlotOf(ICIMPropertyDecl& decl) {
 }  // namespace
 
 const TMofShape* TMofShapes::Find(std::string_view className) {
+  if (className == m_lastName) return m_last;
+  m_last = FindAny(className);
+  m_lastName = className;
+  return m_last;
+}
+
+const TMofShape* TMofShapes::FindAny(std::string_view className) {
   const auto* declared = m_schema.FindClass(className);
   if (!declared || !declared->object) return nullptr;
   const auto known = m_shapes.find(declared);
@@ -67,14 +75,16 @@ void TMofShapes::AddSlots(TMofShape& shape) {
   TKeptException thrown;
   shape.cls->EnumerateKeyNames(
       [&](const std::string* name) {
-        thrown.Guard([&] { shape.keys.push_back(*name); });
+        thrown.Guard([&] { shape.keys.push_back({*name, nullptr}); });
         return true;
       },
       {});
   thrown.Rethrow();
-  for (const auto& name : shape.keys) {
-    const auto slot = shape.slots.find(name);
-    if (slot != shape.slots.end()) slot->second.isKey = true;
+  for (auto& key : shape.keys) {
+    const auto slot = shape.slots.find(key.name);
+    if (slot == shape.slots.end()) continue;
+    slot->second.isKey = true;
+    key.slot = &slot->second;
   }
 }
 

@@ -22,6 +22,7 @@ namespace hav::mof {
 struct TMofSlot {
   enum class EEmbedded { kNothing, kInstance, kObject };
 
+  std::string name;  // as declared
   NORVHAV20::ECIMType type = NORVHAV20::kCIMNone;
   boost::shared_ptr<NORVHAV20::ICIMClass> referenced;  // empty: any
   bool isKey = false;
@@ -39,20 +40,37 @@ struct TMofSlot {
   bool TakesAlias() const noexcept { return type == NORVHAV20::kCIMReference || Embeds(); }
 };
 
+struct TMofKey {
+  std::string name;
+  const TMofSlot* slot;  // null: the class has no such property
+};
+
 struct TMofShape {
   boost::shared_ptr<NORVHAV20::ICIMClass> cls;
   bool isDamaged = false;  // not all of its properties could be read
   bool isAbstract = false;
   bool isAssociation = false;
   bool hasReferenceDefaults = false;
-  std::vector<std::string> keys;
+  std::vector<TMofKey> keys;
   client::TFoldedMap<TMofSlot> slots;
-  std::vector<boost::shared_ptr<NORVHAV20::ICIMPropertyDecl>> decls;  // own the slots' names
+  std::vector<boost::shared_ptr<NORVHAV20::ICIMPropertyDecl>> decls;  // own the names in `slots`
 
+  // Null when there is none of that name.
   const TMofSlot* Find(std::string_view property) const {
     const auto found = slots.find(property);
     return found == slots.end() ? nullptr : &found->second;
   }
+  // The same for the property that is given at that place of an instance: those of one class give
+  // theirs in one order most of the time.
+  const TMofSlot* FindAt(std::size_t place, std::string_view property) const {
+    if (place < order.size() && order[place]->name == property) return order[place];
+    const auto* const slot = Find(property);
+    if (slot && place < order.size()) order[place] = slot;
+    if (slot && place == order.size()) order.push_back(slot);
+    return slot;
+  }
+
+  mutable std::vector<const TMofSlot*> order;  // what was found at each place last
 };
 
 class TMofShapes {
@@ -69,8 +87,12 @@ class TMofShapes {
 
  private:
   static void AddSlots(TMofShape& shape);
+  const TMofShape* FindAny(std::string_view className);
 
   const TMofSchemaBuilder& m_schema;
+  // What was asked for last: many instances of a class stand together.
+  std::string m_lastName;
+  const TMofShape* m_last = nullptr;
   std::unordered_map<const void*, TMofShape> m_shapes;  // by declared class
 };
 

@@ -33,7 +33,7 @@ class TMofText {
   TMofText& operator=(const TMofText&) = delete;
 
   const std::string& GetName() const noexcept { return m_name; }
-  // The text without a byte-order mark.
+  // The text without a byte-order mark. NUL follows it.
   std::string_view GetText() const noexcept { return m_view; }
 
   // Complexity: linear in `offset`; tokens carry offsets so that only messages pay for it.

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "bench/InmemSubject.h"
+#include "bench/Loading.h"
 
 namespace {
 
@@ -70,7 +71,24 @@ boost::shared_ptr<ICIMClass> AddSubclass(InmemSubject& subject, std::size_t numb
   return cls;
 }
 
-std::map<std::string, Operation> Operations(InmemSubject& subject, std::size_t disks) {
+// One load for all the times; what is there before stands in the same text.
+Operation Loads(Loading kind, std::size_t objects) {
+  return {[=](std::size_t i) {
+            if (i != 0) return true;
+            const auto ns = LoadText(LoadingText(kind, objects));
+            return ns && CountObjects(*ns) == objects;
+          },
+          1.1};
+}
+
+// The same with classes. They are not walked: there are as many as objects elsewhere.
+Operation LoadsClasses(std::size_t classes) {
+  return {[=](std::size_t i) { return i != 0 || LoadText(ClassesText(classes)); }, 1.1};
+}
+
+// `count`: how often each will be done.
+std::map<std::string, Operation> Operations(InmemSubject& subject, std::size_t disks,
+                                            std::size_t count) {
   const auto shown = ShownByValueMap(subject.Namespace());
   return {
       {"make", {[&, disks](std::size_t i) {
@@ -117,6 +135,10 @@ std::map<std::string, Operation> Operations(InmemSubject& subject, std::size_t d
       {"class-by-name",
        {[&](std::size_t) { return subject.Namespace().GetClass("bench_DISK", {}) != nullptr; },
         1.2}},
+      {"load-object", Loads(Loading::kThings, disks + count)},
+      {"load-link", Loads(Loading::kLinksLast, disks + count)},
+      {"load-link-first", Loads(Loading::kLinksFirst, disks + count)},
+      {"load-class", LoadsClasses(disks + count)},
   };
 }
 
@@ -130,7 +152,8 @@ int Fail(const std::string& text) {
 int main(int argc, char** argv) {
   InmemSubject subject;
   const std::size_t disks = argc == 4 ? std::strtoul(argv[3], nullptr, 10) : 500;
-  const auto operations = Operations(subject, disks);
+  const std::size_t count = argc >= 3 ? std::strtoul(argv[2], nullptr, 10) : 0;
+  const auto operations = Operations(subject, disks, count);
   if (argc == 2 && std::strcmp(argv[1], "--list") == 0) {
     for (const auto& entry : operations)
       std::cout << entry.first << ' ' << entry.second.growth << '\n';
@@ -155,7 +178,6 @@ int main(int argc, char** argv) {
     subject.Associators(i);
   }
 
-  const std::size_t count = std::strtoul(argv[2], nullptr, 10);
   for (std::size_t i = 0; i < count; ++i)
     if (!found->second.once(i)) return Fail(std::string("the answer of ") + argv[1] + " is wrong");
   return 0;

@@ -29,6 +29,8 @@ bool IsNumber(std::string_view text) {
   return !text.empty() && (IsDigit(text.front()) || text.front() == '.');
 }
 
+bool IsSpecial(char c) { return c == '"' || c == '\\'; }
+
 // Reads the key values of a path, from the first name on.
 class TKeyReader {
  public:
@@ -62,14 +64,16 @@ class TKeyReader {
 
   void ReadQuoted(TKeyText& key) {
     std::size_t at = 1;
-    for (; at < m_rest.size() && m_rest[at] != '"'; ++at) {
-      if (m_rest[at] == '\\') {
-        ++at;
-        Require(at < m_rest.size() && (m_rest[at] == '"' || m_rest[at] == '\\'));
-      }
-      key.text += m_rest[at];
+    for (;;) {
+      const std::size_t begin = at;
+      while (at < m_rest.size() && !IsSpecial(m_rest[at])) ++at;
+      key.text.append(m_rest, begin, at - begin);
+      Require(at < m_rest.size());
+      if (m_rest[at] == '"') break;
+      ++at;
+      Require(at < m_rest.size() && IsSpecial(m_rest[at]));
+      key.text += m_rest[at++];
     }
-    Require(at < m_rest.size());
     m_rest.remove_prefix(at + 1);
   }
 
@@ -88,8 +92,6 @@ class TKeyReader {
 
   std::string_view m_rest;
 };
-
-bool IsSpecial(char c) { return c == '"' || c == '\\'; }
 
 // Nearly no text has any: asking first costs a fraction of looking at each character.
 bool HasSpecial(std::string_view text) {

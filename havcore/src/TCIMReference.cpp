@@ -44,11 +44,25 @@ boost::shared_ptr<ICIMClass> FindClass(ICIMNamespace& home, const std::string& n
   }
 }
 
-TCIMValue KeyValue(const TKeyText& key, const ICIMClass* cls,
+TCIMValue KeyValue(const TKeyText& key, const ICIMPropertyDecl* decl,
                    const boost::shared_ptr<ICIMNamespace>& home) {
-  if (const auto decl = cls ? FindDeclaration(*cls, key.name) : nullptr)
+  if (decl)
     if (auto typed = TypedKeyValue(key, decl->GetType({}), home)) return *std::move(typed);
   return UntypedKeyValue(key);
+}
+
+// Adds a key under its spelling, or replaces the value of the one that is there.
+void Put(std::vector<TKey>& keys, const std::string& spelling, TCIMValue value) {
+  // Most classes have one key or two.
+  if (keys.empty()) keys.reserve(2);
+  const auto at = std::lower_bound(keys.begin(), keys.end(), spelling,
+                                   [](const TKey& key, const std::string& other) {
+                                     return CompareFolded(key.first, other) < 0;
+                                   });
+  if (at != keys.end() && EqualFolded(at->first, spelling))
+    *at = TKey(spelling, std::move(value));
+  else
+    keys.emplace(at, spelling, std::move(value));
 }
 
 constexpr std::size_t kShortPath = 256;
@@ -104,8 +118,9 @@ TCIMReference TCIMReference::Parse(const std::string& text,
   if (cls) reference.SetClass(cls);
   reference.m_keys.reserve(path.keys.size());
   for (const TKeyText& key : path.keys) {
+    const auto decl = cls ? FindDeclaration(*cls, key.name) : boost::shared_ptr<ICIMPropertyDecl>();
     const std::size_t before = reference.m_keys.size();
-    reference.AddKeyValue(key.name, KeyValue(key, cls.get(), home));
+    Put(reference.m_keys, DeclaredName(decl.get(), key.name), KeyValue(key, decl.get(), home));
     if (reference.m_keys.size() == before) throw THAVException(kHAVNotFound);
   }
   return reference;
@@ -114,17 +129,7 @@ TCIMReference TCIMReference::Parse(const std::string& text,
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
   const auto cls = m_class.lock();
   const auto decl = cls ? FindDeclaration(*cls, name) : boost::shared_ptr<ICIMPropertyDecl>();
-  const std::string& spelling = DeclaredName(decl.get(), name);
-  // Most classes have one key or two.
-  if (m_keys.empty()) m_keys.reserve(2);
-  const auto at = std::lower_bound(m_keys.begin(), m_keys.end(), spelling,
-                                   [](const TKey& key, const std::string& other) {
-                                     return CompareFolded(key.first, other) < 0;
-                                   });
-  if (at != m_keys.end() && EqualFolded(at->first, spelling))
-    *at = TKey(spelling, value);
-  else
-    m_keys.emplace(at, spelling, value);
+  Put(m_keys, DeclaredName(decl.get(), name), value);
 }
 
 void TCIMReference::SetClass(const boost::shared_ptr<ICIMClass>& cls) {

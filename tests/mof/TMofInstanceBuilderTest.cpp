@@ -167,6 +167,41 @@ INSTANTIATE_TEST_SUITE_P(
         WrongInstances{"instance of Thing { Name = \"a\"; };\ninstance of Thing { Name = \"a\"; };",
                        {"a.mof:4:13: error: instance Thing.Name=\"a\" is given twice, first at "
                         "a.mof:3:13"}},
+        // However the keys are written, and whatever other keys there are.
+        WrongInstances{
+            "instance of Thing { Size = 1; Name = \"a\\x41\"; };\n"
+            "instance of Box { Name = \"aA\"; };\ninstance of Thing { Name = \"AA\"; };\n"
+            "instance of THING { NAME = \"a\" \"A\"; };",
+            {"a.mof:6:13: error: instance Thing.Name=\"aA\" is given twice, first at "
+             "a.mof:3:13"}},
+        WrongInstances{"class Two { [Key] uint8 a; [Key] string b = \"b\"; };\n"
+                       "instance of Two { a = 1; };\ninstance of Two { b = \"c\"; a = 1; };\n"
+                       "instance of Two { b = \"b\"; a = 0x1; };",
+                       {"a.mof:6:13: error: instance Two.a=1,b=\"b\" is given twice, first at "
+                        "a.mof:4:13"}},
+        // A link by its paths, by an alias, and once more, before what it refers to.
+        WrongInstances{
+            "instance of Link { From = \"Thing.Name=\\\"a\\\"\"; To = \"THING.name=\\\"b\\\"\"; "
+            "};\n"
+            "instance of Link as $l { From = \"Thing.Name=\\\"a\\\"\"; To = $b; };\n"
+            "instance of Link { To = \"thing.Name=\\\"b\\\"\"; From = \"Thing.Name=\\\"a\\\"\"; "
+            "};\n"
+            "instance of Thing { Name = \"a\"; };\ninstance of Thing as $b { Name = \"b\"; };",
+            {"a.mof:4:13: error: instance "
+             "Link.From=\"Thing.Name=\\\"a\\\"\",To=\"Thing.Name=\\\"b\\\"\" is given twice, first "
+             "at "
+             "a.mof:3:13",
+             "a.mof:5:13: error: instance "
+             "Link.From=\"Thing.Name=\\\"a\\\"\",To=\"Thing.Name=\\\"b\\\"\" is given twice, first "
+             "at "
+             "a.mof:3:13"}},
+        WrongInstances{"instance of Thing as $a { Name = \"a\"; };\n"
+                       "instance of Link { From = $a; To = $a; };\ninstance of Link as $l { From = "
+                       "$a; To = $a; };",
+                       {"a.mof:5:13: error: instance "
+                        "Link.From=\"Thing.Name=\\\"a\\\"\",To=\"Thing.Name=\\\"a\\\"\" is given "
+                        "twice, first at "
+                        "a.mof:4:13"}},
         WrongInstances{"instance of Thing as $a { Name = \"a\"; };\n"
                        "instance of Thing as $A { Name = \"b\"; };",
                        {"a.mof:4:22: error: alias '$A' is given twice, first at a.mof:3:22"}},
