@@ -224,8 +224,13 @@ void TInmemClass::NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropert
   ModelClock::PathsChanged();
 }
 
-bool TInmemClass::SpellsForGood() const noexcept {
-  return !m_lostNames &&
+bool TInmemClass::IsPredictable() const noexcept {
+  for (auto above = m_superclass.lock(); above;) {
+    const auto* own = Own(*above);
+    if (!own) return false;
+    above = own->m_superclass.lock();
+  }
+  return !m_lostNames && !m_hadStrangers &&
          std::all_of(m_properties.begin(), m_properties.end(), [](const auto& entry) {
            return typeid(*entry.second.decl) == typeid(TInmemPropertyDecl);
          });

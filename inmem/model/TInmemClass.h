@@ -79,14 +79,12 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   boost::shared_ptr<const TPropertyDecls> KnownKeys() const;
   // How often an instance of this class has come or gone.
   std::uint64_t Moves() const noexcept { return m_instances.Moves(); }
-  // Different once an instance of this class has gone: equal departures of two classes are
-  // those of one.
-  std::uint64_t Departures() const noexcept { return m_instances.Departures(); }
-  // Whether keys in paths are still spelt as they ever were, and will be until a path clock
-  // moves. Complexity: O(n) in the number of properties.
-  bool SpellsForGood() const noexcept;
+  // Whether keys in paths, and paths in the store, are still spelt as they ever were, and will
+  // be until a path clock moves; and whether IsA then asks nobody of another make. Complexity:
+  // O(n) in the number of properties and superclasses.
+  bool IsPredictable() const noexcept;
   // The index, when there is one already.
-  const TLinkIndex* CurrentLinks() const noexcept {
+  TLinkIndex* CurrentLinks() const noexcept {
     return m_links && m_links->IsWhole() ? m_links.get() : nullptr;
   }
   bool HasInstances() const noexcept { return m_instances.Size() != 0; }
@@ -219,6 +217,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   void Visit(const TInstanceStore::TInstances& instances,
              const TEnumCallback<ICIMInstance>& callback) const;
   bool IsProcessor() const;
+  void NoteStranger() noexcept;
 
   // Associations.
   TClasses AssociationClasses(const std::string& resultClass, const std::string& role) const;
@@ -245,6 +244,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   mutable std::unique_ptr<TLinkIndex> m_links;
   mutable bool m_linksAsked = false;
   bool m_lostNames = false;
+  bool m_hadStrangers = false;
   bool m_inNamespace = false;
   bool m_hostMark = false;
 };

@@ -76,7 +76,7 @@ void TInmemClass::AddInstance(boost::shared_ptr<ICIMInstance> instance, TOptions
   PutPath(path, *Require(instance));
   const auto census = Require(m_home.Census());
   auto* const own = TInmemInstance::Own(*instance);
-  if (!own || !own->IsOf(*this)) m_instances.Depart();  // its path may be spelt anyhow
+  if (!own || !own->IsOf(*this)) NoteStranger();
   if (own && !own->IsOf(*this)) own->Stray();
   m_instances.Add(path, instance);
 }
@@ -104,9 +104,16 @@ boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& p
   return m_instances.Find(TPathText(bound));
 }
 
+// The path of an instance of another make or class may be spelt anyhow.
+void TInmemClass::NoteStranger() noexcept {
+  if (!std::exchange(m_hadStrangers, true)) ModelClock::PathsChanged();
+}
+
 void TInmemClass::ClearInstances() noexcept {
   m_links.reset();
   m_linksAsked = false;
+  // Before the instances know that they have gone.
+  if (HasInstances()) ModelClock::PathsChanged();
   TInstanceStore released;
   m_instances.Swap(released);
 }

@@ -11,6 +11,7 @@
 // Errors:    THAVException; the status with each operation of the interface.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <typeinfo>
@@ -113,7 +114,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   // Where the instance is stored, for the store's own use: the first one that asks is
   // remembered.
   TInstanceStore::TEntry* StoreEntry() const noexcept { return m_storeEntry; }
-  // Told when it is stored in another class than its own.
+  // Told when it is stored in another class than its own, or more than once.
   void Stray() noexcept { m_strayed = true; }
   bool IsOf(const ICIMClass& cls) const noexcept { return m_class.get() == &cls; }
   // Its class when that is of this make, else null.
@@ -122,8 +123,16 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   std::uint64_t Moves() const noexcept;
   void RememberStoreEntry(TInstanceStore::TEntry* entry) noexcept { m_storeEntry = entry; }
   void ForgetStoreEntry(const TInstanceStore::TEntry* entry) noexcept {
-    if (m_storeEntry == entry) m_storeEntry = nullptr;
+    if (m_storeEntry != entry) return;
+    m_storeEntry = nullptr;
+    if (m_departures != kNotStanding) ++m_departures;
   }
+  // The same number for as long as it stands in its class where it stands, and never again;
+  // kNotStanding when that cannot be told.
+  std::uint16_t Standing() const noexcept {
+    return m_storeEntry && !m_strayed ? m_departures : kNotStanding;
+  }
+  static constexpr std::uint16_t kNotStanding = static_cast<std::uint16_t>(-1);
 
  private:
   friend struct TBuildPathCallback;
@@ -181,6 +190,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   TInstanceStore::TEntry* m_storeEntry = nullptr;
   int m_flags;
   bool m_strayed = false;
+  std::uint16_t m_departures = 0;
 };
 
 }  // namespace NORVHAV20

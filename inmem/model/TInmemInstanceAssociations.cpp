@@ -57,6 +57,17 @@ bool Report(const TInmemInstance::TCallback& callback,
   return goesOn;
 }
 
+// What examining an association does for the associators of an instance without a role, from
+// what its index knows. False where that is not enough.
+bool ReportOtherEnd(const TAssociatorsExamineCallback& examine, const TLinkIndex::TWalk& walk,
+                    const TLinkIndex::TWalk::TCandidate& candidate) {
+  return walk.ForEachOtherEnd(candidate, [&](const boost::shared_ptr<TInmemInstance>& end) {
+    if (!end->OwnClass()->IsA(examine.resultClass, TOptions())) return true;
+    DropExceptions([&] { (*examine.callback)(end); });
+    return false;
+  });
+}
+
 }  // namespace
 
 bool TInmemInstance::IsReferredToBy(const TCIMValue& value) const {
@@ -102,35 +113,40 @@ bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& 
                                   TMemoryWatch& memory, TLinkIndex& index) {
   const CimName foldedRole(role);
   TLinkIndex::TWalk walk(index, *this);
-  const ICIMInstance* done = nullptr;  // found, or ended by what resolving threw
-  std::size_t foundByPath = 0;
+  const auto* const associators = callback.target<TAssociatorsExamineCallback>();
+  const bool byEnds = associators && associators->role->empty() && role.empty();
+  if (byEnds) walk.FetchEnds();
+  const void* done = nullptr;  // found, or ended by what resolving threw
   for (const auto& candidate : walk.Candidates()) {
-    const auto& association = candidate.association;
-    if (association.get() == done) continue;
+    if (candidate.entry == done) continue;
     DropExceptions([&] {
       memory.Over([&] {
+        const bool known = walk.IsKnown(candidate);
+        if (known && byEnds) {
+          done = candidate.entry;
+          if (ReportOtherEnd(*associators, walk, candidate)) return true;
+        }
+        const auto association = TInstanceStore::InstanceOf(*candidate.entry);
         if (candidate.slot == TLinkIndex::TWalk::kEvery)
           return ExamineAssociation(callback, role, association);
         const auto& own = static_cast<TInmemInstance&>(*association);
         if (!role.empty() && own.SlotName(candidate.slot) != foldedRole.Folded()) return true;
-        const bool known = candidate.byPath && walk.IsKnown();
-        done = association.get();
+        done = candidate.entry;
         if (!known && !IsReferredToBySlot(own, candidate.slot)) {
           done = nullptr;
           return true;
         }
-        foundByPath += candidate.byPath;
+        if (!known) walk.Found(candidate);
         DropExceptions([&] { callback(association); });
         return true;
       });
     });
     if (walk.IsCurrent()) continue;
-    for (const auto& next : walk.After(*association))
+    for (const auto& next : walk.After(candidate))
       DropExceptions(
           [&] { memory.Over([&] { return ExamineAssociation(callback, role, next); }); });
     return true;
   }
-  walk.Found(foundByPath);
   return true;
 }
 
@@ -150,11 +166,8 @@ boost::shared_ptr<ICIMElement> TInmemInstance::End(const TInmemInstance& associa
                                                    std::size_t slot, const TCIMValue& value,
                                                    const boost::shared_ptr<ICIMClass>& referenced) {
   const auto* cls = referenced ? association.OwnClass() : nullptr;
-  const auto* links = cls ? cls->CurrentLinks() : nullptr;
-  if (links)
-    if (auto* end = links->KnownEnd(association.Values(), slot, *referenced))
-      return end->shared_from_this();
-  return Resolve(value);
+  auto* links = cls ? cls->CurrentLinks() : nullptr;
+  return links ? links->End(association.Values(), slot, value) : Resolve(value);
 }
 
 const TInmemClass* TInmemInstance::OwnClass() const noexcept { return TInmemClass::Own(*m_class); }

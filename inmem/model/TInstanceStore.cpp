@@ -1,7 +1,6 @@
 #include "inmem/model/TInstanceStore.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <iterator>
@@ -86,6 +85,7 @@ void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInst
   TEntry* const before = EntryOf(*instance);
   const bool remembered = own && (!own->StoreEntry() || own->StoreEntry() == before);
   if (!remembered) m_others[instance.get()] = made.get();
+  if (own && !remembered) own->Stray();
 
   TEntry* const entry = made.release();
   const auto former = before ? Erase(*before) : nullptr;
@@ -133,10 +133,8 @@ const boost::shared_ptr<ICIMInstance>& TInstanceStore::InstanceOf(const TEntry& 
 std::string_view TInstanceStore::PathOf(const TEntry& entry) noexcept { return entry.Path(); }
 
 void TInstanceStore::Swap(TInstanceStore& other) noexcept {
-  for (TInstanceStore* store : {this, &other}) {
-    store->Depart();
-    ++store->m_moves;
-  }
+  ++m_moves;
+  ++other.m_moves;
   m_table.swap(other.m_table);
   std::swap(m_size, other.m_size);
   m_all.swap(other.m_all);
@@ -161,12 +159,6 @@ TInstanceStore::TEntry* TInstanceStore::EntryOf(ICIMInstance& instance) const no
   if (m_others.empty()) return nullptr;
   const auto found = m_others.find(&instance);
   return found == m_others.end() ? nullptr : found->second;
-}
-
-// Each store has four thousand million of its own before it needs more.
-std::uint64_t TInstanceStore::NewDepartures() noexcept {
-  static std::atomic<std::uint64_t> given{0};
-  return (given.fetch_add(1, std::memory_order_relaxed) + 1) << 32;
 }
 
 std::size_t TInstanceStore::SlotOf(const TEntry& entry) const noexcept {
@@ -216,7 +208,6 @@ boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
   m_table[hole] = nullptr;
   --m_size;
   ++m_moves;
-  if (static_cast<std::uint32_t>(++m_departures) == 0) Depart();
   LeaveOrder(entry);
   auto last = std::move(entry.instance);
   if (auto* own = TInmemInstance::Own(*last)) own->ForgetStoreEntry(&entry);

@@ -57,9 +57,6 @@ class TInstanceStore {
   std::size_t Size() const noexcept { return m_size; }
   // How often an instance has come or gone.
   std::uint64_t Moves() const noexcept { return m_moves; }
-  // Different once an instance has gone, or Depart was called; never that of another store.
-  std::uint64_t Departures() const noexcept { return m_departures; }
-  void Depart() noexcept { m_departures = NewDepartures(); }
   // Whom to tell of every change from now on; null: nobody.
   void Tell(TLinkIndex* links) noexcept { m_links = links; }
   // In the order of the paths.
@@ -77,7 +74,6 @@ class TInstanceStore {
  private:
   using TEntries = std::vector<TEntry*>;
 
-  static std::uint64_t NewDepartures() noexcept;
   std::size_t SlotOf(const TEntry& entry) const noexcept;
   TEntry* FindEntry(std::string_view path, std::uint32_t hash) const noexcept;
   TEntry* EntryOf(ICIMInstance& instance) const noexcept;
@@ -94,7 +90,6 @@ class TInstanceStore {
   TEntries m_table;
   std::size_t m_size = 0;
   std::uint64_t m_moves = 0;
-  std::uint64_t m_departures = NewDepartures();
   TLinkIndex* m_links = nullptr;
   // What the last walk went over, null before the first, and what was added since.
   mutable boost::shared_ptr<TInstanceList> m_all;

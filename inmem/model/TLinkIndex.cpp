@@ -171,7 +171,8 @@ void TLinkIndex::LinkAll(std::uint32_t record) {
 // False when the association has to be offered to everybody.
 bool TLinkIndex::LinkSlots(std::uint32_t record, const TInmemInstance& association) {
   const TSlotTable& values = association.Values();
-  for (std::size_t slot = 0; slot < association.SlotCount(); ++slot) {
+  // From the last, so that the list of its links has them in order.
+  for (std::size_t slot = association.SlotCount(); slot-- > 0;) {
     if (const TCIMValue* value = values.Assigned(slot)) {
       if (!value->IsReference()) continue;
       if (!IsToldByText(*value)) return false;
@@ -191,13 +192,12 @@ void TLinkIndex::Link(std::uint32_t record, std::size_t slot, std::uint32_t targ
   if (link == kNone) {
     if (m_links.size() >= kNone) throw std::bad_alloc();
     link = static_cast<std::uint32_t>(m_links.size());
-    m_links.push_back({kNone, 0, 0, 0, kNone});
+    m_links.emplace_back();
     m_freeLink = link;
   }
   TTarget& to = m_targets[target];
   if (to.links.size() > 2 * (std::size_t{to.live} + 8)) CloseGaps(to);
   to.links.push_back(link);
-  to.end = nullptr;
   m_freeLink = m_links[link].next;
   ++to.live;
   m_links[link] = {record, static_cast<std::uint32_t>(slot), target,
@@ -243,7 +243,7 @@ std::uint32_t TLinkIndex::TargetOf(const TInmemPropertyDecl& decl) {
 
 std::uint32_t TLinkIndex::NewTarget(std::uint64_t hash) {
   if (m_freeTarget == kNone) {
-    m_targets.push_back({0, 0, kNone, nullptr, 0, 0, {}});
+    m_targets.emplace_back();
     m_freeTarget = static_cast<std::uint32_t>(m_targets.size() - 1);
   }
   const std::uint32_t target = m_freeTarget;
@@ -257,6 +257,7 @@ std::uint32_t TLinkIndex::NewTarget(std::uint64_t hash) {
 void TLinkIndex::Release(std::uint32_t target) noexcept {
   m_targets[target].links = {};
   m_targets[target].end = nullptr;
+  m_targets[target].guard.reset();
   m_targets[target].ordered = 0;
   if (target == kAny) return;
   if (IsDefault(target))
@@ -318,20 +319,56 @@ bool TLinkIndex::IsBefore(std::uint32_t a, std::uint32_t b) const noexcept {
          TInstanceStore::PathOf(*m_records[second.record].entry);
 }
 
-TInmemInstance* TLinkIndex::KnownEnd(const TSlotTable& values, std::size_t slot,
-                                     const ICIMClass& referenced) const noexcept {
+std::uint32_t TLinkIndex::LinkOf(const TSlotTable& values, std::size_t slot) const noexcept {
   const std::uint32_t record = RecordOf(&values);
-  if (record == kNone) return nullptr;
-  for (std::uint32_t link = m_records[record].first; link != kNone; link = m_links[link].next) {
-    if (m_links[link].slot != slot) continue;
-    const TTarget& target = m_targets[m_links[link].target];
-    const auto* cls = target.end ? TInmemClass::Own(referenced) : nullptr;
-    // An instance of this class has not departed, so it is there.
-    const bool known =
-        cls && target.departures == cls->Departures() && target.paths == ModelClock::Paths();
-    return known ? target.end : nullptr;
+  std::uint32_t link = record == kNone ? kNone : m_records[record].first;
+  while (link != kNone && m_links[link].slot != slot) link = m_links[link].next;
+  return link;
+}
+
+boost::shared_ptr<TInmemInstance> TLinkIndex::KnownEnd(std::uint32_t link) const noexcept {
+  const TTarget& target = m_targets[m_links[link].target];
+  if (m_links[link].known != target.known || target.paths != ModelClock::Paths()) return {};
+  auto end = target.guard.lock();
+  return end && end->Standing() == target.standing ? end : nullptr;
+}
+
+// The paths clock is that of the time before the link was resolved.
+void TLinkIndex::Know(std::uint32_t id, const TInmemInstance& end, std::uint64_t paths) {
+  TLink& link = m_links[id];
+  const auto* cls = end.OwnClass();
+  if (!cls || !cls->IsPredictable() || end.Standing() == TInmemInstance::kNotStanding) return;
+  const auto& association =
+      static_cast<const TInmemInstance&>(*TInstanceStore::InstanceOf(*EntryOf(id)));
+  if (association.Values().Assigned(link.slot)->GetReferencedClass().get() != cls) return;
+  TTarget& target = m_targets[link.target];
+  const bool same =
+      target.end == &end && target.standing == end.Standing() && target.paths == paths;
+  if (!same) {
+    if (target.known == kNone) return;
+    target.guard = boost::const_pointer_cast<TInmemInstance>(end.shared_from_this());
+    target.end = &end;
+    target.standing = end.Standing();
+    target.paths = paths;
+    ++target.known;
   }
-  return nullptr;
+  link.known = target.known;
+}
+
+// What a path tells is resolved by nobody but ourselves, so the index is still there afterwards.
+boost::shared_ptr<ICIMElement> TLinkIndex::End(const TSlotTable& values, std::size_t slot,
+                                               const TCIMValue& value) {
+  const std::uint32_t link = LinkOf(values, slot);
+  if (link == kNone || !IsByPath(m_links[link].target)) return Resolve(value);
+  if (auto known = KnownEnd(link)) return known;
+  const std::uint64_t paths = ModelClock::Paths();
+  auto end = Resolve(value);
+  if (const auto* own = dynamic_cast<const TInmemInstance*>(end.get())) Know(link, *own, paths);
+  return end;
+}
+
+bool TLinkIndex::IsByPath(std::uint32_t target) const noexcept {
+  return target != kAny && !IsDefault(target);
 }
 
 bool TLinkIndex::IsDefault(std::uint32_t target) const noexcept {
@@ -339,112 +376,16 @@ bool TLinkIndex::IsDefault(std::uint32_t target) const noexcept {
                      [&](const TDefault& it) { return it.target == target; });
 }
 
-// The targets whose references may lead to what is stored under `path`; empty: to what is
-// stored nowhere.
-template <class Visit>
-void TLinkIndex::ForEachTarget(std::string_view path, Visit&& visit) const {
-  visit(kAny);
+std::uint32_t TLinkIndex::TargetNaming(std::string_view path) const {
   const std::uint64_t hash = HashOfPath(path);
-  if (!path.empty()) {
-    const std::uint32_t target =
-        m_byHash.Find(hash, [&](std::uint32_t id) { return m_targets[id].hash == hash; });
-    if (target != kNone) visit(target);
-  }
-  for (const TDefault& it : m_defaults) {
-    const TCIMValue& value = it.decl->GetDefaultValue(TOptions());
-    if (value.IsReference() &&
-        (!IsToldByText(value) || (!path.empty() && HashOfReference(value) == hash)))
-      visit(it.target);
-  }
+  return m_byHash.Find(hash, [&](std::uint32_t id) { return m_targets[id].hash == hash; });
 }
 
-TLinkIndex::TWalk::TWalk(TLinkIndex& index, const TInmemInstance& target)
-    : m_index(&index),
-      m_target(target),
-      m_moves(target.Moves()),
-      m_defaults(ReferenceDefaults::Changed()),
-      m_paths(ModelClock::Paths()) {
-  const TEntry* entry = target.StoreEntry();
-  std::size_t sources = 0;
-  index.ForEachTarget(entry ? TInstanceStore::PathOf(*entry) : std::string_view(),
-                      [&](std::uint32_t id) {
-                        if (index.m_targets[id].live == 0) return;
-                        ++sources;
-                        Take(id);
-                      });
-  if (sources > 1)
-    std::sort(m_candidates.begin(), m_candidates.end(), [](const auto& a, const auto& b) {
-      if (a.entry == b.entry) return a.slot < b.slot;
-      return TInstanceStore::PathOf(*a.entry) < TInstanceStore::PathOf(*b.entry);
-    });
-  m_other = std::exchange(index.m_walk, this);
-}
-
-TLinkIndex::TWalk::~TWalk() {
-  if (!m_index) return;
-  TWalk** link = &m_index->m_walk;
-  while (*link != this) link = &(*link)->m_other;
-  *link = m_other;
-}
-
-void TLinkIndex::TWalk::Take(std::uint32_t target) {
-  const auto& links = m_index->InOrder(target);
-  const bool byPath = target != kAny && !m_index->IsDefault(target);
-  m_candidates.reserve(m_candidates.size() + links.size());
-  for (const std::uint32_t id : links) {
-    const TLink& link = m_index->m_links[id];
-    const TEntry* entry = m_index->m_records[link.record].entry;
-    const std::size_t slot = target == kAny ? kEvery : link.slot;
-    m_candidates.push_back({TInstanceStore::InstanceOf(*entry), slot, byPath, entry});
-  }
-  if (!byPath) return;
-  const TTarget& named = m_index->m_targets[target];
-  m_byPath = target;
-  m_countByPath = links.size();
-  m_known = named.end == &m_target && named.departures == Departures() && named.paths == m_paths;
-}
-
-std::uint64_t TLinkIndex::TWalk::Departures() const noexcept {
-  const auto* cls = m_target.OwnClass();
-  return cls ? cls->Departures() : 0;
-}
-
-bool TLinkIndex::TWalk::IsKnown() const noexcept {
-  return m_known && m_paths == ModelClock::Paths();
-}
-
-void TLinkIndex::TWalk::Found(std::size_t candidates) noexcept {
-  if (m_known || candidates == 0 || candidates != m_countByPath || !IsCurrent()) return;
-  const auto* cls = m_target.OwnClass();
-  if (m_paths != ModelClock::Paths() || !cls || !cls->SpellsForGood()) return;
-  TTarget& named = m_index->m_targets[m_byPath];
-  named.end = const_cast<TInmemInstance*>(&m_target);
-  named.departures = cls->Departures();
-  named.paths = m_paths;
-}
-
-bool TLinkIndex::TWalk::IsCurrent() const noexcept {
-  return m_index && m_moves == m_target.Moves() && m_defaults == ReferenceDefaults::Changed();
-}
-
-// Of two walks under way the one that began last stands first: it leaves first.
-void TLinkIndex::TWalk::Keep() noexcept {
-  DropExceptions([&] { m_kept = m_index->m_store.All(); });
-  m_index->m_walk = m_other;
-  m_index = nullptr;
-}
-
-std::vector<boost::shared_ptr<ICIMInstance>> TLinkIndex::TWalk::After(
-    const ICIMInstance& association) {
-  if (m_index) m_index->BeforeChange();
-  if (!m_kept) throw std::bad_alloc();
-  std::vector<boost::shared_ptr<ICIMInstance>> after;
-  bool passed = false;
-  m_kept->ForEach([&](const auto& it) {
-    if (passed) after.push_back(it);
-    passed = passed || it.get() == &association;
-  });
-  return after;
+bool TLinkIndex::MayLeadTo(std::string_view path, const TInmemPropertyDecl& decl) {
+  const TCIMValue& value = decl.GetDefaultValue(TOptions());
+  if (!value.IsReference()) return false;
+  if (!IsToldByText(value)) return true;
+  return !path.empty() && HashOfReference(value) == HashOfPath(path);
 }
 
 }  // namespace NORVHAV20

@@ -22,6 +22,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include "inmem/model/TIdTable.h"
 #include "inmem/model/TInstanceStore.h"
@@ -56,10 +57,10 @@ class TLinkIndex final : public IReferenceWatcher {
   // declaration has turned into one of references.
   bool IsWhole() const noexcept;
 
-  // Returns the instance that a reference of an association is known to lead to, null when it
-  // has to be resolved. `referenced`: the class that it names.
-  TInmemInstance* KnownEnd(const TSlotTable& values, std::size_t slot,
-                           const ICIMClass& referenced) const noexcept;
+  // Returns what the reference in a slot of an association leads to, which is its value. What it
+  // was found to lead to before is not resolved again. Throws as Resolve does.
+  boost::shared_ptr<ICIMElement> End(const TSlotTable& values, std::size_t slot,
+                                     const TCIMValue& value);
 
   // For the store: what is about to change, has come, is about to go.
   void BeforeChange() noexcept;
@@ -81,24 +82,28 @@ class TLinkIndex final : public IReferenceWatcher {
   };
   // One reference of an association.
   struct TLink {
-    std::uint32_t record;
-    std::uint32_t slot;
-    std::uint32_t target;
-    std::uint32_t place;  // among the links of the target
-    std::uint32_t next;   // of the same association
+    std::uint32_t record = kNone;
+    std::uint32_t slot = 0;
+    std::uint32_t target = 0;
+    std::uint32_t place = 0;     // among the links of the target
+    std::uint32_t next = kNone;  // of the same association, in the order of the slots
+    std::uint32_t known = 0;     // as its target's, when it leads to its end
   };
   // The references that name one path, or that are the default of one declaration. In the order
   // of their associations, then slots, as far as `ordered`; then those that came since. kNone
   // where one has gone. `ordered` of a free target is the next free one.
   struct TTarget {
-    std::uint64_t hash;
-    std::uint32_t live;
-    std::uint32_t ordered;
-    // To which each of the links has been found to lead, null when that is not known. It does
-    // as long as no instance of its class departs and the path clock stands.
-    TInmemInstance* end;
-    std::uint64_t departures;
-    std::uint64_t paths;
+    std::uint64_t hash = 0;
+    std::uint32_t live = 0;
+    std::uint32_t ordered = kNone;
+    // An instance of the class that links name, to which those that have the same `known` were
+    // found to lead. They do as long as it stands where it stood and the path clock stands. The
+    // guard keeps the memory of one that is gone, so that no other one is taken for it.
+    const TInmemInstance* end = nullptr;
+    boost::weak_ptr<TInmemInstance> guard;
+    std::uint64_t paths = 0;
+    std::uint32_t known = 0;
+    std::uint16_t standing = 0;
     std::vector<std::uint32_t> links;
   };
   struct TDefault {
@@ -107,6 +112,19 @@ class TLinkIndex final : public IReferenceWatcher {
   };
 
   std::uint32_t RecordOf(const void* key) const noexcept;
+  const TEntry* EntryOf(std::uint32_t link) const noexcept {
+    return m_records[m_links[link].record].entry;
+  }
+  // The first link of the same association.
+  std::uint32_t FirstLinkOf(std::uint32_t link) const noexcept {
+    return m_records[m_links[link].record].first;
+  }
+  std::uint32_t LinkOf(const TSlotTable& values, std::size_t slot) const noexcept;
+  // Returns the instance that a link is known to lead to, empty when it has to be resolved. The
+  // class that the reference names is then that of the instance.
+  boost::shared_ptr<TInmemInstance> KnownEnd(std::uint32_t link) const noexcept;
+  // Keeps that a link by path leads to `end`, if that can be kept.
+  void Know(std::uint32_t link, const TInmemInstance& end, std::uint64_t paths);
   std::uint64_t HashOfRecord(std::uint32_t record) const noexcept;
   void Enter(const TEntry& entry);
   void LinkAll(std::uint32_t record);
@@ -117,13 +135,17 @@ class TLinkIndex final : public IReferenceWatcher {
   std::uint32_t TargetOf(const TInmemPropertyDecl& decl);
   std::uint32_t NewTarget(std::uint64_t hash);
   void Release(std::uint32_t target) noexcept;
+  bool IsByPath(std::uint32_t target) const noexcept;
   bool IsDefault(std::uint32_t target) const noexcept;
   void Watch(const TSlotLayout& layout);
   void CloseGaps(TTarget& target) noexcept;
   const std::vector<std::uint32_t>& InOrder(std::uint32_t target);
   bool IsBefore(std::uint32_t a, std::uint32_t b) const noexcept;
-  template <class Visit>
-  void ForEachTarget(std::string_view path, Visit&& visit) const;
+  // The target of the references that name a path, kNone when none does.
+  std::uint32_t TargetNaming(std::string_view path) const;
+  // Whether the default of a declaration may lead to what is stored under a path; an empty one:
+  // to what is stored nowhere.
+  static bool MayLeadTo(std::string_view path, const TInmemPropertyDecl& decl);
 
   const ICIMClass& m_class;
   TInstanceStore& m_store;
@@ -147,11 +169,11 @@ class TLinkIndex final : public IReferenceWatcher {
 // which the others might refer to the instance as well, it has the rest of them all.
 class TLinkIndex::TWalk {
  public:
+  // An association, there as long as the walk is current.
   struct TCandidate {
-    boost::shared_ptr<ICIMInstance> association;
-    std::size_t slot;  // kEvery: any of them
-    bool byPath;       // offered because the reference names the path
     const TEntry* entry;
+    std::size_t slot;    // kEvery: any of them
+    std::uint32_t link;  // that names the path, kNone where it was offered for something else
   };
   static constexpr std::size_t kEvery = static_cast<std::size_t>(-1);
 
@@ -161,22 +183,30 @@ class TLinkIndex::TWalk {
   TWalk& operator=(const TWalk&) = delete;
 
   const std::vector<TCandidate>& Candidates() const noexcept { return m_candidates; }
-  // Whether the candidates by path are known to refer to the instance.
-  bool IsKnown() const noexcept;
-  // Says that so many candidates by path have been found to refer to it.
-  void Found(std::size_t candidates) noexcept;
+  // Says that ForEachOtherEnd will be asked about the candidates.
+  void FetchEnds() const noexcept;
+  // For a candidate by path that is known to refer to the instance: calls `visit` with the
+  // instances that its references are known to lead to, in the order of its slots and without
+  // the first one that leads to the instance itself, until it answers false. Returns false when
+  // it comes to one that has to be resolved.
+  template <class Visit>
+  bool ForEachOtherEnd(const TCandidate& candidate, Visit&& visit) const;
+  // Whether a candidate is known to refer to the instance.
+  bool IsKnown(const TCandidate& candidate) const noexcept;
+  // Says that a candidate has been found to refer to it.
+  void Found(const TCandidate& candidate) noexcept;
   // Whether the candidates are still all.
   bool IsCurrent() const noexcept;
-  // The associations after this one, of those that were stored when the walk began. To be asked
+  // The associations after a candidate, of those that were stored when the walk began. To be asked
   // when the candidates are no longer all. Throws std::bad_alloc when there was no memory for
   // keeping them.
-  std::vector<boost::shared_ptr<ICIMInstance>> After(const ICIMInstance& association);
+  std::vector<boost::shared_ptr<ICIMInstance>> After(const TCandidate& candidate);
 
  private:
   friend class TLinkIndex;
 
-  void Take(std::uint32_t target);
-  std::uint64_t Departures() const noexcept;
+  bool Take(std::uint32_t target);
+  bool IsKnown(std::uint32_t link) const noexcept;
   void Keep() noexcept;
 
   TLinkIndex* m_index;  // null once the walk has kept what was stored
@@ -185,11 +215,24 @@ class TLinkIndex::TWalk {
   std::uint64_t m_moves;
   std::uint64_t m_defaults;
   std::uint64_t m_paths;
-  std::uint32_t m_byPath = kNone;  // the target
-  std::size_t m_countByPath = 0;
-  bool m_known = false;
   std::vector<TCandidate> m_candidates;
   boost::shared_ptr<const TInstanceStore::TInstances> m_kept;
 };
+
+template <class Visit>
+bool TLinkIndex::TWalk::ForEachOtherEnd(const TCandidate& candidate, Visit&& visit) const {
+  bool selfSeen = false;
+  for (std::uint32_t link = m_index->FirstLinkOf(candidate.link); link != kNone;
+       link = m_index->m_links[link].next) {
+    if (!selfSeen && IsKnown(link)) {
+      selfSeen = true;
+      continue;
+    }
+    const auto end = m_index->KnownEnd(link);
+    if (!end) return false;
+    if (!visit(end)) break;
+  }
+  return true;
+}
 
 }  // namespace NORVHAV20

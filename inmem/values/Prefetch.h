@@ -1,0 +1,22 @@
+// Prefetch: tells the processor of memory that is about to be read, so that several places are
+// on their way at once. It changes nothing else, also where the address is no good.
+#pragma once
+
+namespace NORVHAV20 {
+
+inline void Prefetch(const void* address) noexcept {
+#if defined(__GNUC__) || defined(__clang__)
+  __builtin_prefetch(address);
+#else
+  static_cast<void>(address);
+#endif
+}
+
+// All of an object that is not large.
+template <class T>
+void PrefetchObject(const T* object) noexcept {
+  Prefetch(object);
+  Prefetch(reinterpret_cast<const char*>(object) + sizeof(T) - 1);
+}
+
+}  // namespace NORVHAV20
