@@ -4,8 +4,11 @@
 #include "inventory/windows/TFileSystemCollector.h"
 #include "inventory/windows/TMemoryCollector.h"
 #include "inventory/windows/TNetworkPortCollector.h"
+#include "inventory/windows/TNumaNodeCollector.h"
 #include "inventory/windows/TOperatingSystemCollector.h"
+#include "inventory/windows/TPciCollector.h"
 #include "inventory/windows/TProcessorCollector.h"
+#include "inventory/windows/TUsbCollector.h"
 
 namespace hav::inventory {
 namespace {
@@ -36,9 +39,12 @@ std::vector<std::unique_ptr<ICollector>> MakeCollectors(const TMachine& machine)
   collectors.push_back(std::make_unique<TOperatingSystemCollector>());
   collectors.push_back(std::make_unique<TProcessorCollector>());
   collectors.push_back(std::make_unique<TMemoryCollector>());
+  collectors.push_back(std::make_unique<TNumaNodeCollector>());
   collectors.push_back(std::make_unique<TDiskCollector>());
   collectors.push_back(std::make_unique<TFileSystemCollector>());
   collectors.push_back(std::make_unique<TNetworkPortCollector>());
+  collectors.push_back(std::make_unique<TPciCollector>());
+  collectors.push_back(std::make_unique<TUsbCollector>());
   return collectors;
 }
 

@@ -7,6 +7,7 @@
 
 #include "inventory/TCaches.h"
 #include "inventory/Text.h"
+#include "inventory/windows/ProcessorRelations.h"
 #include "inventory/windows/WindowsText.h"
 
 namespace hav::inventory {
@@ -48,27 +49,12 @@ std::optional<std::uint32_t> NumberAfter(const std::optional<std::string>& ident
   return std::nullopt;
 }
 
-// Reads the list that Windows gives, in which each entry says how long it is.
 class TProcessorList {
  public:
   // False, with a failure added, when Windows does not give it.
   bool Read(TCollection& collection) {
-    DWORD size = 0;
-    GetLogicalProcessorInformationEx(RelationAll, nullptr, &size);
-    std::vector<char> bytes(size);
-    auto* const first = reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(bytes.data());
-    if (size == 0 || !GetLogicalProcessorInformationEx(RelationAll, first, &size)) {
-      collection.Fail("GetLogicalProcessorInformationEx", ErrorText(GetLastError()));
-      return false;
-    }
-    for (DWORD at = 0; at < size;) {
-      const auto* const entry =
-          reinterpret_cast<const SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(bytes.data() + at);
-      if (entry->Size == 0) break;
-      Note(*entry);
-      at += entry->Size;
-    }
-    return true;
+    return ForEachProcessorRelation(RelationAll, collection,
+                                    [this](const auto& entry) { Note(entry); });
   }
 
   std::vector<TAffinities> packages;
