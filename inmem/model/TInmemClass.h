@@ -204,7 +204,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   struct TLinks;
   TLinks PlanLinks(const boost::shared_ptr<TInmemClass>& displaced) const;
   TClasses ClassesToRegisterWith() const;
-  void RefuseCycle(const boost::shared_ptr<ICIMClass>& superclass) const;
+  void RefuseCycle(const TInmemClass& displaced, ICIMClass* superclass) const;
   void Commit(TLinks& links) noexcept;
   void TakeOver(TInmemClass& displaced, TClassSet& associations) noexcept;
   void LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& classes) noexcept;

@@ -104,7 +104,7 @@ TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>&
   links.superclass = displaced ? displaced->GetSuperClass(TOptions()) : GetSuperClass(TOptions());
   // A superclass is there before the class is made, so only a change of superclass can close
   // a circle.
-  if (displaced) RefuseCycle(links.superclass);
+  if (displaced) RefuseCycle(*displaced, links.superclass.get());
   if (IsAssociation(TOptions())) links.referenced = ClassesToRegisterWith();
   links.registeredWith.assign(links.referenced.begin(), links.referenced.end());
   return links;
@@ -131,9 +131,17 @@ TInmemClass::TClasses TInmemClass::ClassesToRegisterWith() const {
   return chosen;
 }
 
-void TInmemClass::RefuseCycle(const boost::shared_ptr<ICIMClass>& superclass) const {
-  for (auto cls = superclass; cls; cls = cls->GetSuperClass(TOptions()))
-    if (cls.get() == this) Throw(kHAVAlreadyDefined);
+// This class is about to take over subclasses and superclass of the displaced one. Neither may the
+// way up come back to it, nor the way down, which are two where subclasses were listed by hand.
+void TInmemClass::RefuseCycle(const TInmemClass& displaced, ICIMClass* superclass) const {
+  boost::shared_ptr<ICIMClass> above;
+  for (const ICIMClass* cls = superclass; cls; cls = above.get()) {
+    if (cls == this || displaced.m_subclasses.Contains(cls)) Throw(kHAVAlreadyDefined);
+    above = cls->GetSuperClass(TOptions());
+  }
+  const auto* own = dynamic_cast<const TInmemClass*>(superclass);
+  const bool listed = !own || own->m_subclasses.Contains(&displaced);
+  if (displaced.Reaches(*this) || (!listed && displaced.Reaches(*own))) Throw(kHAVAlreadyDefined);
 }
 
 void TInmemClass::Commit(TLinks& links) noexcept {

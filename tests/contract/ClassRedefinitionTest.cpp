@@ -180,6 +180,49 @@ TEST_F(ClassRedefinition, ThatWouldCloseACircleOfSuperclassesAloneIsRefusedToo) 
   EXPECT_EQ(SubclassNames(lower), Names{"Upper"});
 }
 
+// Subclasses can be listed by hand, beside what their superclasses are.
+TEST_F(ClassRedefinition, OfAClassThatListsWhatIsAboveItIsRefused) {
+  auto upper = repository.Allocate("Upper", {}, kAbstract);
+  auto thing = repository.Allocate("Thing", upper, kAbstract);
+  auto other = repository.Allocate("Thing", upper, kAbstract);
+  upper->AddToNamespace({});
+  thing->AddToNamespace({});
+  upper->RemoveSubclass(thing, {});
+  thing->AddSubclass(upper, {});
+  EXPECT_STATUS(16, other->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Thing", {}), thing);
+  EXPECT_FALSE(upper->IsA(thing, {}));
+  EXPECT_EQ(SubclassNames(thing), Names{"Upper"});
+}
+
+TEST_F(ClassRedefinition, ByAClassThatItListsIsRefused) {
+  auto thing = repository.Allocate("Thing", {}, kAbstract);
+  auto other = repository.Allocate("Thing", {}, kAbstract);
+  auto between = repository.Allocate("Between", {}, kAbstract);
+  thing->AddToNamespace({});
+  thing->AddSubclass(between, {});
+  between->AddSubclass(other, {});
+  EXPECT_STATUS(16, other->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Thing", {}), thing);
+  EXPECT_EQ(SubclassNames(between), Names{"Thing"});
+  EXPECT_EQ(SubclassNames(other), Names{});
+}
+
+TEST_F(ClassRedefinition, ThatWouldCloseACircleOfListsAloneIsRefused) {
+  auto upper = repository.Allocate("Upper", {}, kAbstract);
+  auto thing = repository.Allocate("Thing", upper, kAbstract);
+  auto other = repository.Allocate("Thing", upper, kAbstract);
+  auto side = repository.Allocate("Side", {}, kAbstract);
+  upper->AddToNamespace({});
+  thing->AddToNamespace({});
+  upper->RemoveSubclass(thing, {});
+  thing->AddSubclass(side, {});
+  side->AddSubclass(upper, {});
+  EXPECT_STATUS(16, other->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Thing", {}), thing);
+  EXPECT_EQ(SubclassNames(upper), Names{});
+}
+
 class NetworkPort : public testing::TestWithParam<const char*> {};
 
 TEST_P(NetworkPort, IsNotRedefinedAndNothingIsSaid) {

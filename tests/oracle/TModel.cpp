@@ -418,9 +418,12 @@ void TModel::AddClass(Id id) {
     }
   }
   const Id superclass = displaced == kNone ? classes[id].superclass : classes[displaced].superclass;
-  if (displaced != kNone)
+  if (displaced != kNone) {
+    const auto& taken = classes[displaced].subclasses;
     for (Id above = superclass; above != kNone; above = classes[OwnClass(above)].superclass)
-      if (above == id) throw TStatus{16};
+      if (above == id || Contains(taken, above)) throw TStatus{16};
+    if (Reaches(displaced, id) || Reaches(displaced, superclass)) throw TStatus{16};
+  }
   std::vector<Id> referenced;
   if (IsTrue(id, "association")) referenced = ReferencedClasses(id);
   auto& siblings = classes[OwnClass(superclass)].subclasses;

@@ -110,10 +110,15 @@ std::size_t TRun::LivingNamespace(std::size_t i) const {
   return living[Place(living, i)];
 }
 
-std::size_t TRun::OwnClass(std::size_t i) const {
+std::vector<std::size_t> TRun::OwnClasses() const {
   std::vector<std::size_t> own;
   for (std::size_t cls = 0; cls < m_classes.size(); ++cls)
     if (m_model.OwnClass(m_classIds[cls]) == m_classIds[cls]) own.push_back(cls);
+  return own;
+}
+
+std::size_t TRun::OwnClass(std::size_t i) const {
+  const auto own = OwnClasses();
   return own[Place(own, i)];
 }
 

@@ -52,7 +52,8 @@ class TRun {
   Id Number(std::size_t place) const { return static_cast<Id>(place); }
   std::vector<std::size_t> LivingNamespaces() const;
   std::size_t LivingNamespace(std::size_t i) const;
-  // Of the classes that are not a host's objects.
+  // The classes that are not a host's objects, and one of them.
+  std::vector<std::size_t> OwnClasses() const;
   std::size_t OwnClass(std::size_t i) const;
   void Nothing();
   template <class P, class M>
@@ -234,6 +235,7 @@ class TRun {
   std::vector<ClassPtr> m_classes;
   std::vector<Id> m_classIds;
   ClassPtr m_newClass;
+  bool m_subclassesByHand = false;
   std::unordered_map<const ICIMClass*, std::size_t> m_placeOfClass;
   std::unordered_map<Id, std::size_t> m_placeOfClassId;
   std::vector<PropertyDeclPtr> m_decls;

@@ -195,6 +195,7 @@ void TRun::OnClass(const char* what, void (ICIMClass::*onPlugin)(TOptions),
 }
 
 void TRun::WrapClass() {
+  if (m_subclassesByHand) return Nothing();
   const auto behind = OwnClass(0);
   m_what << "host's object around C" << behind << " as C" << m_classes.size();
   Both([=] { m_newClass = boost::make_shared<ForeignClass>(m_classes[behind]); },
@@ -215,6 +216,10 @@ void TRun::LinkClasses() {
                {"remove association", &ICIMClass::RemoveAssociation, &TModel::RemoveAssociation}};
   const auto& kind = kinds[Arg(0) % std::size(kinds)];
   const auto cls = Place(m_classes, 1), other = OwnClass(2);
+  // Through a host's object the plug-in does not see that a list leads back to where it began.
+  const bool addsSubclass = Arg(0) % std::size(kinds) == 0;
+  if (addsSubclass && OwnClasses().size() < m_classes.size()) return Nothing();
+  m_subclassesByHand = m_subclassesByHand || addsSubclass;
   m_what << 'C' << cls << ": " << kind.what << " C" << other;
   Both([=, &kind] { ((*m_classes[cls]).*kind.onPlugin)(m_classes[other], {}); },
        [=, &kind] { (m_model.*kind.onModel)(m_classIds[cls], m_classIds[other]); });
