@@ -17,6 +17,9 @@ packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot valgrind
                chromium chromium-driver python3-selenium)
 packages_layout=(clang-format)
 packages_tidy=(clang-tidy)
+# Mutation testing and coverage, scripts of their own.
+packages_mutants=(clang python3-clang-14)
+packages_coverage=(gcovr)
 # For the MSVC ABI: the headers that stand in for Microsoft's, and a reader of its objects.
 packages_msvc=(libc++-14-dev mingw-w64-common llvm-14)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)

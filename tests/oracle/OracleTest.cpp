@@ -28,7 +28,9 @@ void ExpectSameAnswers(std::size_t programs, std::size_t length, EMemory memory)
     const auto difference = Compare(program, memory, show ? &trace : nullptr);
     for (const auto& line : trace) std::cout << line << '\n';
     if (difference.at == program.size()) continue;
-    FAIL() << "seed " << seed << ":\n" << Explain(program, memory);
+    // Said before the search for the smallest program, which takes its time.
+    ADD_FAILURE() << "seed " << seed << " differs";
+    FAIL() << Explain(program, memory);
   }
   std::cout << programs * length << " operations compared\n";
 }
