@@ -172,8 +172,9 @@ class Instrumenter:
         if not self.once(span, "operand"):
             return
         number = self.new(span, f"left out of {operator}: {self.source(span)}")
-        self.wrap(span, f"({'!' if operator == '||' else ''}hav::mutants::On<{number}>() "
-                        f"{operator} static_cast<bool>(", "))")
+        instead = "!{} &&" if operator == "||" else "{} ||"
+        self.wrap(span, f"({instead.format(f'hav::mutants::On<{number}>()')} static_cast<bool>(",
+                  "))")
 
     def calls(self, span, operator, template, after=")"):
         self.wrap(span, f"hav::mutants::{template}(", after)
@@ -209,7 +210,8 @@ class Instrumenter:
 
     def variable(self, cursor):
         head = self.bare[cursor.extent.start.offset:cursor.location.offset]
-        constant = re.search(r"\bconstexpr\b", head)
+        constant = re.search(r"\bconstexpr\b", head) or cursor.semantic_parent.kind in (
+            K.CLASS_DECL, K.STRUCT_DECL)  # a static member
         for child in cursor.get_children():
             if not child.kind.is_expression() or child.extent.start.offset < cursor.location.offset:
                 continue
