@@ -20,11 +20,6 @@ std::size_t Search(const TClassSet::TClasses& classes, const ICIMClass* cls) noe
 
 }  // namespace
 
-TClassSet::TClassSet(const TClassSet& other) {
-  for (const auto& cls : other.m_classes)
-    if (cls) Add(cls);
-}
-
 TClassSet::~TClassSet() { BeforeChange(); }
 
 void TClassSet::Add(const boost::shared_ptr<ICIMClass>& cls) {

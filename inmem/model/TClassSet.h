@@ -22,7 +22,7 @@ class TClassSet {
   class TWalk;
 
   TClassSet() = default;
-  TClassSet(const TClassSet& other);
+  TClassSet(const TClassSet&) = delete;
   TClassSet& operator=(const TClassSet&) = delete;
   ~TClassSet();
 

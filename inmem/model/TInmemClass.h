@@ -202,7 +202,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
 
   // Registration.
   struct TLinks;
-  TLinks PlanLinks(const boost::shared_ptr<TInmemClass>& displaced) const;
+  void PlanLinks(TLinks& links, const boost::shared_ptr<TInmemClass>& displaced) const;
   TClasses ClassesToRegisterWith() const;
   void RefuseCycle(const TInmemClass& displaced, ICIMClass* superclass) const;
   void Commit(TLinks& links) noexcept;

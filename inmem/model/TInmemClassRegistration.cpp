@@ -81,7 +81,8 @@ void TInmemClass::AddToNamespace(TOptions) {
   const auto registry = Require(m_home.Registry());
   auto admission = registry->AdmitClass(self);
   while (admission.admitted) {
-    TLinks links = PlanLinks(admission.displaced);
+    TLinks links;
+    PlanLinks(links, admission.displaced);
     try {
       links.Make(self);
       // Another class may have taken the name while one of a host's was called.
@@ -98,8 +99,7 @@ void TInmemClass::AddToNamespace(TOptions) {
   }
 }
 
-TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>& displaced) const {
-  TLinks links;
+void TInmemClass::PlanLinks(TLinks& links, const boost::shared_ptr<TInmemClass>& displaced) const {
   links.displaced = displaced;
   links.superclass = displaced ? displaced->GetSuperClass(TOptions()) : GetSuperClass(TOptions());
   // A superclass is there before the class is made, so only a change of superclass can close
@@ -107,7 +107,6 @@ TInmemClass::TLinks TInmemClass::PlanLinks(const boost::shared_ptr<TInmemClass>&
   if (displaced) RefuseCycle(*displaced, links.superclass.get());
   if (IsAssociation(TOptions())) links.referenced = ClassesToRegisterWith();
   links.registeredWith.assign(links.referenced.begin(), links.referenced.end());
-  return links;
 }
 
 // The class of each reference, each once; but not one that is, or derives from, another of

@@ -42,6 +42,29 @@ TEST(TInmemInstance, StartsWithTheDeclaredDefaults) {
   EXPECT_TRUE(instance->GetProperty("speed", {})->IsValueDefault({}));
 }
 
+TEST(TInmemInstance, OfAnyNumberOfPropertiesHasTheDefaultsOfThoseThatAreNotSet) {
+  for (const int count : {1, 31, 32, 33, 34, 64, 65, 200}) {
+    Repository repository;
+    auto cls = repository.Allocate("Wide");
+    const auto name = [](int i) { return "P" + std::to_string(1000 + i); };
+    for (int i = 0; i < count; ++i) repository.Property(cls, name(i), TCIMValue(std::uint32_t{7}));
+    // Each by itself, then one more in the same instance.
+    for (int set = 0; set < count; ++set) {
+      auto instance = cls->AllocateInstance({});
+      const int more = (set * 7 + 33) % count;
+      for (const int i : {set, more})
+        instance->SetPropertyValue(name(i), TCIMValue(std::uint32_t(100 + i)), {});
+      for (int i = 0; i < count; ++i) {
+        const bool isSet = i == set || i == more;
+        const auto slot = instance->GetProperty(name(i), {});
+        ASSERT_EQ(slot->IsValueDefault({}), !isSet) << count << ", " << set << ", " << i;
+        ASSERT_EQ(slot->GetValue({}), TCIMValue(std::uint32_t(isSet ? 100 + i : 7)));
+      }
+      set += count / 40;
+    }
+  }
+}
+
 TEST(TInmemInstance, OfAClassWithoutPropertiesHasNoSlots) {
   Repository repository;
   auto empty = repository.Allocate("Empty");

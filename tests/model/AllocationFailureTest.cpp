@@ -32,7 +32,12 @@ struct Model {
     second = repository.Instance(node, {{"Name", TCIMValue("second")}});
     repository.Link(link, "From", first, "To", second);
     leaf = repository.Class("Leaf", node);
-    longNamed = repository.Class(kLongName);
+    longFresh = repository.Allocate(kLongName, base);
+    longNamed = repository.Class(kLongName, node);
+    longLink = repository.Allocate(kLongName + "Link", {}, {{"Association", TCIMValue(true)}});
+    repository.Reference(longLink, kLongName, longNamed);
+    repository.Reference(longLink, "Other", node);
+    longLink->AddToNamespace({});
     fresh = repository.Allocate("Fresh", node, {{"Version", TCIMValue("1.0")}});
     freshLink = repository.Allocate("FreshLink", link);
     method = node->AllocateMethodDecl("Reset", kCIMUInt32, {});
@@ -48,7 +53,7 @@ struct Model {
 
   RecordingLogger log;
   Repository repository;
-  ClassPtr base, node, link, leaf, longNamed, fresh, freshLink;
+  ClassPtr base, node, link, leaf, longNamed, longFresh, longLink, fresh, freshLink;
   InstancePtr first, second, loose, keyed, shared;
   MethodDeclPtr method;
 };
@@ -107,6 +112,18 @@ TEST(AllocationFailure, RegisteringAnAssociation) {
 
 TEST(AllocationFailure, RegisteringAClassAgainWhereRedefinitionIsAllowed) {
   ExpectAllOrNothing([](Model& model) { model.node->AddToNamespace({}); }, true);
+}
+
+TEST(AllocationFailure, RegisteringAClassOfALongNameAgain) {
+  ExpectAllOrNothing([](Model& model) { model.longNamed->AddToNamespace({}); }, true);
+}
+
+TEST(AllocationFailure, RegisteringAnAssociationOfALongNameAgain) {
+  ExpectAllOrNothing([](Model& model) { model.longLink->AddToNamespace({}); }, true);
+}
+
+TEST(AllocationFailure, RegisteringAnotherClassOfALongName) {
+  ExpectAllOrNothing([](Model& model) { model.longFresh->AddToNamespace({}); }, true);
 }
 
 TEST(AllocationFailure, DeletingClassesNeedsNoMemory) {

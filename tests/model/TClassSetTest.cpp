@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
+#include "support/FailingAllocations.h"
 #include "support/Repository.h"
 
 namespace {
@@ -88,6 +92,110 @@ TEST_F(TClassSetOf, AWalkVisitsWhatWasThereWhateverBecomesOfIt) {
   emptied.TakeAll();
   EXPECT_EQ(emptied.Size(), 0u);
   EXPECT_EQ(Rest(walk), classes);
+}
+
+TEST_F(TClassSetOf, AnySequenceOfChangesLeavesWhatAListWouldHave) {
+  const Classes classes = Make(60);
+  std::mt19937 random(7);
+  for (int run = 0; run < 40; ++run) {
+    TClassSet sets[2];
+    Classes lists[2];
+    for (int step = 0; step < 400; ++step) {
+      TClassSet& set = sets[step % 2];
+      Classes& list = lists[step % 2];
+      const auto& cls = classes[random() % classes.size()];
+      const auto found = std::find(list.begin(), list.end(), cls);
+      // Grows for a while, shrinks for a while.
+      if (random() % 10 < (step % 200 < 100 ? 8u : 2u)) {
+        set.Add(cls);
+        if (found == list.end()) list.push_back(cls);
+      } else {
+        EXPECT_EQ(set.Remove(cls.get()), found != list.end());
+        if (found != list.end()) list.erase(found);
+      }
+      if (random() % 50 == 0) {
+        sets[0].Swap(sets[1]);
+        lists[0].swap(lists[1]);
+      }
+      if (random() % 80 == 0) {
+        Classes taken = set.TakeAll();
+        taken.erase(std::remove(taken.begin(), taken.end(), nullptr), taken.end());
+        EXPECT_EQ(taken, list);
+        list.clear();
+      }
+      for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(sets[i].All(), lists[i]) << run << ", " << step;
+        ASSERT_EQ(sets[i].Size(), lists[i].size());
+        ASSERT_EQ(sets[i].Contains(cls.get()),
+                  std::count(lists[i].begin(), lists[i].end(), cls) == 1);
+      }
+    }
+  }
+}
+
+TEST_F(TClassSetOf, AWalkVisitsWhatItsSetHadBeforeARemovalOrASwap) {
+  const Classes classes = Make(4);
+  TClassSet removed, swapped, other;
+  for (const auto& cls : classes) removed.Add(cls);
+  TClassSet::TWalk first(removed);
+  first.Prepare();
+  removed.Remove(classes[2].get());
+  EXPECT_EQ(Rest(first), classes);
+  for (const auto& cls : classes) swapped.Add(cls);
+  other.Add(classes[3]);
+  TClassSet::TWalk second(swapped);
+  TClassSet::TWalk third(other);
+  second.Prepare();
+  third.Prepare();
+  swapped.Swap(other);
+  EXPECT_EQ(Rest(second), classes);
+  EXPECT_EQ(Rest(third), Classes{classes[3]});
+}
+
+TEST_F(TClassSetOf, WalksEndInAnyOrder) {
+  const Classes classes = Make(3);
+  TClassSet walked;
+  for (const auto& cls : classes) walked.Add(cls);
+  auto first = std::make_unique<TClassSet::TWalk>(walked);
+  TClassSet::TWalk second(walked);
+  auto third = std::make_unique<TClassSet::TWalk>(walked);
+  first.reset();
+  walked.Remove(classes[0].get());
+  third.reset();
+  walked.Remove(classes[1].get());
+  EXPECT_EQ(Rest(second), classes);
+}
+
+TEST_F(TClassSetOf, AWalkThatIsPreparedLetsItsSetChangeWithoutMemory) {
+  const Classes classes = Make(40);
+  TClassSet walked;
+  for (const auto& cls : classes) walked.Add(cls);
+  TClassSet::TWalk walk(walked);
+  walk.Prepare();
+  {
+    FailingAllocation failure(0);
+    walked.Remove(classes[7].get());
+    walk.Prepare();  // it has its own by now
+    EXPECT_FALSE(failure.HasFailed());
+  }
+  EXPECT_EQ(Rest(walk), classes);
+}
+
+// As many as a set ever had at a time, and as many again that it has lost.
+TEST_F(TClassSetOf, MemoryIsThatOfTheClassesThatAreThere) {
+  const Classes classes = Make(6);
+  TClassSet set;
+  const auto cycle = [&](int times) {
+    FailingAllocation count(1000000);
+    for (int time = 0; time < times; ++time) {
+      for (const auto& cls : classes) set.Add(cls);
+      for (const auto& cls : classes) set.Remove(cls.get());
+    }
+    return count.Count();
+  };
+  cycle(20);
+  const auto once = cycle(10);
+  EXPECT_EQ(cycle(1000), 100 * once);
 }
 
 TEST_F(TClassSetOf, AWalkOutlivesTheSet) {

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <random>
+#include <string_view>
+#include <unordered_map>
 
 #include "support/Instances.h"
 
@@ -78,6 +81,34 @@ TEST(TInstanceStore, AWalkVisitsWhatWasThereWhenItBegan) {
         false, {});
     ASSERT_EQ(visited, before);
     ASSERT_EQ(Stored(model.cls), model.Expected());
+  }
+}
+
+TEST(TInstanceStore, TwoPathsOfOneHashStandBesideEachOther) {
+  // Among so many paths some have the same hash: the store uses 32 bits of the standard one.
+  std::unordered_map<std::uint32_t, int> first;
+  std::vector<std::pair<int, int>> pairs;
+  for (int number = 0; pairs.size() < 3; ++number) {
+    const std::string path = "Thing.Name=\"" + std::to_string(number) + "\"";
+    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(path));
+    const auto [known, isNew] = first.emplace(hash, number);
+    if (!isNew) pairs.emplace_back(known->second, number);
+    ASSERT_LT(number, 3000000);
+  }
+  Model model;
+  for (const auto& [one, other] : pairs) {
+    model.Add(one);
+    EXPECT_EQ(Stored(model.cls), model.Expected());
+    model.Add(other);
+    EXPECT_EQ(Stored(model.cls), model.Expected());
+    for (const auto& [path, instance] : model.expected)
+      EXPECT_EQ(model.repository.ns->GetInstance(TCIMReference::Parse(path, {}), {}), instance);
+  }
+  for (const auto& [one, other] : pairs) {
+    model.Delete(one);
+    EXPECT_EQ(Stored(model.cls), model.Expected());
+    for (const auto& [path, instance] : model.expected)
+      EXPECT_EQ(model.repository.ns->GetInstance(TCIMReference::Parse(path, {}), {}), instance);
   }
 }
 

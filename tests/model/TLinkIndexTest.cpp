@@ -488,6 +488,99 @@ TEST(TLinkIndex, FindsAnInstanceThatAnotherClassStoresUnderAnotherPath) {
   EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 1u);
 }
 
+// Names that differ in one bit have one hash where that bit is the one of the case.
+TEST(TLinkIndex, TellsTwoPathsOfOneHashApart) {
+  SmallModel model;
+  const auto at = model.repository.Instance(model.node, {{"Name", TCIMValue("@")}});
+  const auto grave = model.repository.Instance(model.node, {{"Name", TCIMValue("`")}});
+  const auto toAt = model.repository.Link(model.link, "From", at, "To", model.b);
+  const auto toGrave = model.repository.Link(model.link, "From", grave, "To", model.b);
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(SmallModel::ReferencesTo(at), PathsOf({toAt}));
+    EXPECT_EQ(SmallModel::ReferencesTo(grave), PathsOf({toGrave}));
+    for (const auto& end : {at, grave})
+      EXPECT_EQ(Found([&](const auto& onFound) { Associators(end, {"", "Node", "", ""}, onFound); }),
+                std::vector<InstancePtr>{model.b});
+  }
+  toAt->Delete({});
+  EXPECT_EQ(SmallModel::ReferencesTo(at), Names());
+  EXPECT_EQ(SmallModel::ReferencesTo(grave), PathsOf({toGrave}));
+}
+
+TEST(TLinkIndex, FindsAnAssociationOfAHostsMakingAndFollowsItsReferences) {
+  SmallModel model;
+  const auto behind = model.link->AllocateInstance({});
+  behind->SetPropertyValue("From", TCIMValue(model.b->GetReference({})), {});
+  behind->SetPropertyValue("To", TCIMValue(model.a->GetReference({})), {});
+  const auto wrapper = boost::make_shared<ForeignInstance>(behind);
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 1u);
+  model.link->AddInstance(wrapper, {});
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 2u);
+  EXPECT_EQ(SmallModel::ReferencesTo(model.b).size(), 2u);
+  // What it refers to changes without a word to the index.
+  behind->SetPropertyValue("To", TCIMValue(model.b->GetReference({})), {});
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 1u);
+  model.link->RemoveInstance(wrapper, {});
+  EXPECT_EQ(SmallModel::ReferencesTo(model.b).size(), 1u);
+}
+
+TEST(TLinkIndex, ADanglingLinkIsPassedOverAndAnotherFailureEndsItsAssociation) {
+  SmallModel model;
+  const auto host = boost::make_shared<UnreliableNamespace>(model.repository.ns);
+  TCIMReference through(host, {{"Name", TCIMValue("b")}});
+  through.SetClass(model.node);
+  const auto behindHost = model.link->AllocateInstance({});
+  behindHost->SetPropertyValue("From", TCIMValue(through), {});
+  behindHost->SetPropertyValue("To", TCIMValue(model.a->GetReference({})), {});
+  behindHost->AddToNamespace({});
+  const auto c = model.repository.Instance(model.node, {{"Name", TCIMValue("c")}});
+  const auto dangling = model.repository.Link(model.link, "From", c, "To", model.a);
+  c->Delete({});
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 3u);
+  const auto others = [&] {
+    return PathsOf(Found([&](const auto& onFound) {
+      Associators(model.a, {"", "Node", "", ""}, onFound);
+    }));
+  };
+  // One link leads to b, one to b through the host, one to nothing any more.
+  EXPECT_EQ(others(), (Names{"Node.Name=\"b\"", "Node.Name=\"b\""}));
+  host->FailWithStatus(kHAVNotFound);
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 3u);
+  EXPECT_EQ(others(), Names{"Node.Name=\"b\""});
+  host->FailWithStatus(kHAVTypesDiffer);
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 2u);
+  EXPECT_EQ(others(), Names{"Node.Name=\"b\""});
+}
+
+// The index is told of nothing that happens at the other ends.
+TEST(TLinkIndex, LinksIntoAnotherNamespaceEndWhenThatIsCleared) {
+  SmallModel model;
+  model.joined->Delete({});
+  Repository beside;
+  const auto otherNode = beside.Class("Other");
+  const auto bridge =
+      model.repository.Association("Bridge", "Here", model.node, "There", otherNode);
+  const auto ask = [&](const InstancePtr& instance) {
+    for (int time = 0; time < 3; ++time)
+      Found([&](const auto& onFound) { Associators(instance, {"", "<root>", "", ""}, onFound); });
+    return PathsOf(Found([&](const auto& onFound) {
+      Associators(instance, {"", "<root>", "", ""}, onFound);
+    }));
+  };
+  auto there = beside.Instance(otherNode, {{"Name", TCIMValue("there")}});
+  model.repository.Link(bridge, "Here", model.a, "There", there);
+  for (int time = 0; time < 3; ++time) {
+    EXPECT_EQ(ask(model.a), Names{"Other.Name=\"there\""});
+    EXPECT_EQ(ask(there), Names{"Node.Name=\"a\""});
+    beside.ns->ClearInstances();
+    EXPECT_EQ(ask(model.a), Names());
+    there = beside.Instance(otherNode, {{"Name", TCIMValue("there")}});
+    EXPECT_EQ(ask(model.a), Names{"Other.Name=\"there\""});
+  }
+  model.repository.ns->ClearInstances();
+  EXPECT_EQ(ask(there), Names());
+}
+
 // A host's namespace that calls an instance what it likes.
 class AliasNamespace : public UnreliableNamespace {
  public:

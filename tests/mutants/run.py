@@ -36,9 +36,13 @@ FOLDERS = ("havcore/src", "inmem/values", "inmem/model", "inmem/provider")
 # In the order in which a change meets them.
 SUITES = ("havcore", "values", "model", "contract_linked", "oracle")
 # Enough for what only the comparison with the model notices, and no more.
-ENVIRONMENT = {"HAV_ORACLE_PROGRAMS": "12"}
+ENVIRONMENT = {"HAV_ORACLE_PROGRAMS": "40"}
 AT_LEAST = 97.0
-LIMIT_FACTOR, LIMIT_LEAST = 10, 500_000  # microseconds of processor time
+
+def limit_of(took):
+    """What a test may take, in microseconds of processor time, before it counts as endless."""
+    return 200_000 + min(10 * took, took + 2_000_000)
+
 
 
 def sources():
@@ -145,6 +149,19 @@ def environment():
     return {**os.environ, **ENVIRONMENT}
 
 
+def key_of(mutant):
+    return mutant.file, mutant.text, mutant.change
+
+
+def last_verdicts():
+    """Returns {key: what runs so far have said of it last}."""
+    log = WORK / "verdicts.txt"
+    if not log.exists():
+        return {}
+    lines = [line.split("\t") for line in log.read_text().splitlines()]
+    return {tuple(line[:3]): line[3] for line in lines if len(line) == 4}
+
+
 # --- Running ---------------------------------------------------------------------------------
 
 def record():
@@ -177,7 +194,7 @@ class Servers:
                 [program(suite), "--serve"], env=environment(), text=True,
                 stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         server = self.servers[suite]
-        limits = [LIMIT_LEAST + LIMIT_FACTOR * took for _, took in tests]
+        limits = [limit_of(took) for _, took in tests]
         seconds = 60 + 4 * sum(took for _, took in tests) // 1_000_000 + max(limits) // 250_000
         words = [f"{test}:{limit}" for (test, _), limit in zip(tests, limits)]
         server.stdin.write(f"{mutant} {seconds} {' '.join(words)}\n")
@@ -214,7 +231,8 @@ def in_batches(tests):
 
 
 def run_all(mutants, reached, jobs):
-    """Returns {mutant: verdict}."""
+    """Returns {mutant: verdict}; writes each where the next run finds it."""
+    kept = (WORK / "verdicts.txt").open("a")
     waiting = queue.Queue()
     for mutant in mutants:
         waiting.put(mutant)
@@ -230,6 +248,7 @@ def run_all(mutants, reached, jobs):
             tests = in_batches(reached.get(mutant.number, []))
             verdicts[mutant.number] = servers.verdict(mutant.number, tests) if tests \
                 else "not reached"
+            print(*key_of(mutant), verdicts[mutant.number], sep="\t", file=kept, flush=True)
             if len(verdicts) % 100 == 0:
                 print(f"{len(verdicts)} of {len(mutants)} after {time.time() - begin:.0f} s",
                       file=sys.stderr, flush=True)
@@ -275,10 +294,6 @@ def read_equivalents():
             place = tuple(line.split(": ", 1))
     close()
     return listed
-
-
-def key_of(mutant):
-    return mutant.file, mutant.text, mutant.change
 
 
 # --- Telling ---------------------------------------------------------------------------------
@@ -354,6 +369,8 @@ def main():
                         help="the changes in this source; may be given several times")
     parser.add_argument("--sample", metavar="N", type=int, help="so many of the changes")
     parser.add_argument("--seed", metavar="S", type=int, default=1, help="which sample; 1")
+    parser.add_argument("--left", action="store_true",
+                        help="those that no test noticed when they were run last, or never run")
     parser.add_argument("--jobs", metavar="N", type=int, default=os.cpu_count(),
                         help="so many at a time; as many as there are processors")
     parser.add_argument("--list", action="store_true", help="lists the changes and ends")
@@ -371,6 +388,10 @@ def main():
     everything = [mutant for _, (mutants, _) in sorted(instrumented.items())
                   for mutant in mutants]
     chosen = [m for m in everything if not options.only or m.file in options.only]
+    if options.left:
+        said = last_verdicts()
+        chosen = [m for m in chosen if said.get(key_of(m), "survived") in (
+            "survived", "not reached")]
     if options.sample and options.sample < len(chosen):
         chosen = sorted(random.Random(options.seed).sample(chosen, options.sample),
                         key=lambda m: m.number)
@@ -387,10 +408,6 @@ def main():
         show(options.mutant, instrumented, reached)
         return 0
     verdicts = run_all(chosen, reached, options.jobs)
-    with (WORK / "verdicts.txt").open("w") as out:
-        for mutant in chosen:
-            print(mutant.number, f"{mutant.file}:{mutant.line}", verdicts[mutant.number],
-                  mutant.change, sep="\t", file=out)
     return tell(chosen, verdicts, everything, len(chosen) < len(everything))
 
 
