@@ -25,8 +25,7 @@ TEST(TClassCensus, ReachesEveryClassThatIsLeftHoweverManyHaveGone) {
     }
   }
   for (const auto& instance : stored) EXPECT_TRUE(instance.expired());
-  for (const auto& cls : held)
-    EXPECT_STATUS(15, cls->AddInstance(cls->AllocateInstance({}), {}));
+  for (const auto& cls : held) EXPECT_STATUS(15, cls->AddInstance(cls->AllocateInstance({}), {}));
 }
 
 TEST(TClassCensus, TakesNoMoreMemoryForClassesThatHaveGone) {
@@ -41,6 +40,5 @@ TEST(TClassCensus, TakesNoMoreMemoryForClassesThatHaveGone) {
   // None beside those of the classes themselves: it grows no more.
   EXPECT_EQ(comeAndGo(5000), 5000 * each);
 }
-
 
 }  // namespace

@@ -499,7 +499,9 @@ TEST(TLinkIndex, TellsTwoPathsOfOneHashApart) {
     EXPECT_EQ(SmallModel::ReferencesTo(at), PathsOf({toAt}));
     EXPECT_EQ(SmallModel::ReferencesTo(grave), PathsOf({toGrave}));
     for (const auto& end : {at, grave})
-      EXPECT_EQ(Found([&](const auto& onFound) { Associators(end, {"", "Node", "", ""}, onFound); }),
+      EXPECT_EQ(Found([&](const auto& onFound) {
+                  Associators(end, {"", "Node", "", ""}, onFound);
+                }),
                 std::vector<InstancePtr>{model.b});
   }
   toAt->Delete({});

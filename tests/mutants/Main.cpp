@@ -106,8 +106,8 @@ std::string Verdict(int status) {
 }
 
 int Serve() {
-  auto* at = static_cast<int*>(mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE,
-                                    MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  auto* at = static_cast<int*>(
+      mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   for (std::string line; std::getline(std::cin, line);) {
     std::istringstream words(line);
     int mutant = 0;

@@ -33,11 +33,11 @@ HAV_COMPARISON(LessOrEqual, <=, <)
 HAV_COMPARISON(Greater, >, >=)
 HAV_COMPARISON(GreaterOrEqual, >=, >)
 
-#define HAV_ARITHMETIC(name, op, other)                                        \
-  template <int kNumber, class A, class B>                                     \
-  inline auto name(const A& left, const B& right) {                            \
-    return On<kNumber>() ? static_cast<decltype(left op right)>(left other right) \
-                         : left op right;                                      \
+// The operation, or the other one.
+#define HAV_ARITHMETIC(name, op, other)                                                            \
+  template <int kNumber, class A, class B>                                                         \
+  inline auto name(const A& left, const B& right) {                                                \
+    return On<kNumber>() ? static_cast<decltype(left op right)>(left other right) : left op right; \
   }
 HAV_ARITHMETIC(Plus, +, -)
 HAV_ARITHMETIC(Minus, -, +)
@@ -52,11 +52,11 @@ inline A* Plus(A (&left)[kSize], const B& right) {
   return On<kNumber>() ? left - right : left + right;
 }
 
-#define HAV_ASSIGNMENT(name, op, other)                 \
-  template <int kNumber, class A, class B>              \
-  inline A& name(A& left, const B& right) {             \
-    On<kNumber>() ? left other right : left op right;   \
-    return left;                                        \
+#define HAV_ASSIGNMENT(name, op, other)               \
+  template <int kNumber, class A, class B>            \
+  inline A& name(A& left, const B& right) {           \
+    On<kNumber>() ? left other right : left op right; \
+    return left;                                      \
   }
 HAV_ASSIGNMENT(PlusIs, +=, -=)
 HAV_ASSIGNMENT(MinusIs, -=, +=)

@@ -135,7 +135,7 @@ class Instrumenter:
 
     def new(self, span, change):
         if self.number > self.last_number:
-            raise SystemExit(f"{self.name}: more than {NUMBERS_PER_FILE} mutants")
+            raise RuntimeError(f"{self.name}: more than {NUMBERS_PER_FILE} mutants")
         line_begin = self.text.rfind("\n", 0, span[0]) + 1
         line = self.text[line_begin:self.text.find("\n", span[0])].strip()
         self.mutants.append(Mutant(self.number, self.name, self.text.count("\n", 0, span[0]) + 1,
@@ -410,7 +410,7 @@ class Instrumenter:
         instead = {begin: (end, text) for (begin, end), text in self.instead.items()}
         for offset in sorted({*self.before, *self.after, *instead}):
             if offset < at:
-                raise SystemExit(f"{self.name}: changes overlap at {offset}")
+                raise RuntimeError(f"{self.name}: changes overlap at {offset}")
             out.append(self.text[at:offset])
             out += self.after.get(offset, []) + self.before.get(offset, [])
             at = offset
@@ -420,26 +420,20 @@ class Instrumenter:
         return "".join(out) + self.text[at:]
 
 
-def instrument(root, names, arguments):
-    """Returns {name: (mutants, text)} for the sources `names` in `root`."""
-    index = cindex.Index.create()
+def instrument(root, names, unit_name, arguments):
+    """Returns {name: (mutants, text)} for the source `unit_name` in `root` and those of `names`
+    that it includes."""
     files = {str(root / name): Instrumenter(name, root / name, 1 + i * NUMBERS_PER_FILE)
              for i, name in enumerate(sorted(names))}
-    done = set()
-    for name in sorted(names):
-        if not name.endswith(".cpp"):
-            continue
-        unit = index.parse(str(root / name), args=arguments)
-        for diagnostic in unit.diagnostics:
-            if diagnostic.severity >= cindex.Diagnostic.Error:
-                raise SystemExit(f"{diagnostic.location.file}:{diagnostic.location.line}: "
-                                 f"{diagnostic.spelling}")
-        found = set()
-        for cursor in unit.cursor.get_children():
-            file = cursor.extent.start.file
-            if file is None or file.name not in files or file.name in done:
-                continue
+    unit = cindex.Index.create().parse(str(root / unit_name), args=arguments)
+    for diagnostic in unit.diagnostics:
+        if diagnostic.severity >= cindex.Diagnostic.Error:
+            raise RuntimeError(f"{diagnostic.location.file}:{diagnostic.location.line}: "
+                               f"{diagnostic.spelling}")
+    found = set()
+    for cursor in unit.cursor.get_children():
+        file = cursor.extent.start.file
+        if file is not None and file.name in files:
             found.add(file.name)
             files[file.name].declaration(cursor)
-        done |= found
-    return {file.name: (file.mutants, file.instrumented()) for file in files.values()}
+    return {files[name].name: (files[name].mutants, files[name].instrumented()) for name in found}

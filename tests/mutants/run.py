@@ -9,6 +9,7 @@ import argparse
 import collections
 import difflib
 import hashlib
+import multiprocessing
 import os
 import pathlib
 import pickle
@@ -52,26 +53,37 @@ def sources():
 
 # --- Building --------------------------------------------------------------------------------
 
-def instrument(names):
-    """Returns what points.instrument says, from the last time when nothing has changed."""
+def instrument_unit(arguments):
+    return points.instrument(*arguments)
+
+
+def instrument(names, jobs):
+    """Returns {name: (mutants, text)}; of the units that stand as they did from the last time."""
     resources = subprocess.run(["clang", "-print-resource-dir"], capture_output=True, text=True,
                                check=True).stdout.strip()
-    arguments = ["-std=c++17", "-resource-dir", resources, f"-I{ROOT}",
-                 f"-I{ROOT}/havcore/include", "-DHAVCORE_BUILDING", "-DINMEM_BUILDING"]
-    digest = hashlib.sha256(pathlib.Path(points.__file__).read_bytes())
-    for path in [*names, *sorted((ROOT / "havcore/include").rglob("*.h"))]:
-        digest.update((ROOT / path).read_bytes())
-    kept = WORK / "points.pickle"
-    if kept.exists():
-        key, result = pickle.loads(kept.read_bytes())
-        if key == digest.hexdigest():
-            return result
+    flags = ["-std=c++17", "-resource-dir", resources, f"-I{ROOT}", f"-I{ROOT}/havcore/include",
+             "-DHAVCORE_BUILDING", "-DINMEM_BUILDING"]
     library = next(iter(sorted(pathlib.Path("/usr/lib").glob("llvm-*/lib/libclang.so.1"))), None)
     if library:
         cindex.Config.set_library_file(str(library))
-    result = points.instrument(ROOT, names, arguments)
-    kept.write_bytes(pickle.dumps((digest.hexdigest(), result)))
-    return result
+    common = hashlib.sha256(pathlib.Path(points.__file__).read_bytes() + " ".join(names).encode())
+    for path in (*names, *sorted((ROOT / "havcore/include").rglob("*.h"))):
+        if str(path).endswith(".h"):
+            common.update((ROOT / path).read_bytes())
+
+    def key(unit):
+        return hashlib.sha256(common.digest() + (ROOT / unit).read_bytes()).hexdigest()
+
+    kept = WORK / "points.pickle"
+    known = pickle.loads(kept.read_bytes()) if kept.exists() else {}
+    units = [name for name in names if name.endswith(".cpp")]
+    new = [unit for unit in units if key(unit) not in known]
+    with multiprocessing.Pool(jobs) as pool:
+        found = pool.map(instrument_unit, [(ROOT, names, unit, flags) for unit in new], 1)
+    known.update({key(unit): result for unit, result in zip(new, found)})
+    known = {key(unit): known[key(unit)] for unit in units}
+    kept.write_bytes(pickle.dumps(known))
+    return {name: result for unit in units for name, result in known[key(unit)].items()}
 
 
 def write(path, text, encoding="utf-8"):
@@ -384,7 +396,7 @@ def main():
         if name not in names:
             parser.error(f"{name} is none of the sources in {', '.join(FOLDERS)}")
     print("finding the places ...", file=sys.stderr, flush=True)
-    instrumented = instrument(names)
+    instrumented = instrument(names, options.jobs)
     everything = [mutant for _, (mutants, _) in sorted(instrumented.items())
                   for mutant in mutants]
     chosen = [m for m in everything if not options.only or m.file in options.only]
