@@ -70,10 +70,17 @@ if(TARGET havhost)
   if(NOT WIN32)
     configure_file(havhost/server/havhost.service.in ${PROJECT_BINARY_DIR}/havhost.service @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/havhost.service DESTINATION lib/systemd/system)
-    if(NOT WIN32)
     install(PROGRAMS scripts/record-machine DESTINATION ${CMAKE_INSTALL_DATADIR}/havhost)
   endif()
-endif()
+  if(HAV_MANUAL)
+    install(FILES ${HAV_MANUAL} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${HAV_BASH_COMPLETION}
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    # Below /usr, Debian's zsh looks in a folder of its own.
+    install(FILES ${HAV_ZSH_COMPLETION} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+    install(FILES ${HAV_ZSH_COMPLETION}
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+  endif()
 endif()
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES docs/authors.md docs/conformance.md docs/design.md docs/guide.md docs/hosting.md docs/performance.md

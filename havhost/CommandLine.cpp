@@ -1,19 +1,11 @@
 #include "havhost/CommandLine.h"
 
-#include <cerrno>
-#include <fstream>
 #include <map>
-#include <sstream>
-#include <system_error>
 #include <utility>
 
-#include "havcore/client/Utf8.h"
-#include "havhost/THostError.h"
 #include "havhost/report/Text.h"
 
 namespace havhost {
-
-using namespace hav::client;
 
 namespace {
 
@@ -26,50 +18,24 @@ const std::map<std::string, std::string> kFormats = {
     {"html", "html for a browser"},
 };
 
-void AddFormats(CLI::App& command, TSettings& settings, const std::string& description,
-                const std::vector<std::string>& formats) {
-  command.add_option("-f,--format", settings.format, description)
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember(formats).description(""));
-}
-
-CLI::App& Declare(CLI::App& program, const TCommandText& text) {
-  auto& command = *program.add_subcommand(text.name, text.description);
-  command.footer("Example:\n  " + text.example);
-  return command;
-}
-
-void WriteFile(const std::string& name, const std::string& text) {
-  errno = 0;
-  std::ofstream file(PathOf(name), std::ios::binary);
-  file << text;
-  file.close();
-  if (!file)
-    throw THostError("cannot write " + name + ": " + std::generic_category().message(errno));
+// One of a few values, which stand in the place of the type, so that help, manual and completion
+// tell them.
+CLI::Option& AddChoice(CLI::App& command, const std::string& names, std::string& value,
+                       const std::string& description, const std::vector<std::string>& choices) {
+  std::string type;
+  for (const auto& choice : choices) type += (type.empty() ? "" : "|") + choice;
+  return *command.add_option(names, value, description)
+              ->type_name(type)
+              ->check(CLI::IsMember(choices).description(""));
 }
 
 }  // namespace
 
-void Perform(const TCommandLine& line, const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
-             std::ostream& out) {
-  if (line.settings.outputFile.empty()) return line.action(target, line.settings, out);
-  // The file may be one that was read, and what fails must not cost what it holds.
-  std::ostringstream text;
-  line.action(target, line.settings, text);
-  WriteFile(line.settings.outputFile, text.str());
-}
-
 CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
-                     TCommandAction action) {
-  auto& command = Declare(program, text);
+                     TAction action) {
+  auto& command = *program.add_subcommand(text.name, text.description);
+  command.footer("Example:\n  " + text.example);
   command.callback([&line, action = std::move(action)] { line.action = action; });
-  return command;
-}
-
-CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
-                          TPlainAction action) {
-  auto& command = Declare(program, text);
-  command.callback([&line, action = std::move(action)] { line.plainAction = action; });
   return command;
 }
 
@@ -86,7 +52,7 @@ void AddNamespaceOptions(CLI::App& command, TSettings& settings) {
   command
       .add_option("--plugin", settings.plugin,
                   "The plug-in that keeps the namespace (else the installed one)")
-      ->type_name("PATH");
+      ->type_name("FILE");
   command.add_flag("-v,--verbose", settings.verbose,
                    "Write the log of the plug-in to standard error");
 }
@@ -109,8 +75,9 @@ void AddSourceOptions(CLI::App& command, TSettings& settings) {
   AddNamespaceOptions(command, settings);
 }
 
-void AddLineFormatOption(CLI::App& command, TSettings& settings, const std::string& description) {
-  AddFormats(command, settings, description, {"text", "json"});
+void AddFormats(CLI::App& command, TSettings& settings, const std::string& description,
+                const std::vector<std::string>& formats) {
+  AddChoice(command, "-f,--format", settings.format, description, formats);
 }
 
 void AddFormatOption(CLI::App& command, TSettings& settings,
@@ -118,20 +85,21 @@ void AddFormatOption(CLI::App& command, TSettings& settings,
   std::vector<std::string> descriptions;
   for (const auto& format : formats) descriptions.push_back(kFormats.at(format));
   AddFormats(command, settings, Join(descriptions), formats);
-  AddOutputOption(command, settings);
+  AddOutputOptions(command, settings);
 }
 
-void AddOutputOption(CLI::App& command, TSettings& settings) {
+void AddColorOption(CLI::App& command, TSettings& settings) {
+  AddChoice(command, "--color", settings.color,
+            "Colour: auto is the default, on a terminal, unless NO_COLOR is set",
+            {"auto", "always", "never"});
+}
+
+void AddOutputOptions(CLI::App& command, TSettings& settings) {
   command
       .add_option("-o,--output", settings.outputFile,
                   "File to write to, replaced when all went well (else standard output)")
       ->type_name("FILE");
-  command
-      .add_option(
-          "--color", settings.color,
-          "Colour: auto (the default: on a terminal, unless NO_COLOR is set), always, never")
-      ->type_name("WHEN")
-      ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+  AddColorOption(command, settings);
   command.add_flag("--no-pager", settings.noPager,
                    "Do not show what is longer than the screen through $PAGER (else less)");
 }
@@ -146,7 +114,7 @@ void AddListingOptions(CLI::App& command, TSettings& settings) {
   command
       .add_option("-c,--columns", settings.columns,
                   "Show these properties, as a table; __CLASS and __PATH name the instance")
-      ->type_name("NAME,...")
+      ->type_name("PROPERTY,...")
       ->delimiter(',')
       ->allow_extra_args(false);
   command
@@ -156,7 +124,7 @@ void AddListingOptions(CLI::App& command, TSettings& settings) {
   command
       .add_option("-s,--sort", settings.sort,
                   "In the order of these properties (else of the paths)")
-      ->type_name("NAME,...")
+      ->type_name("PROPERTY,...")
       ->delimiter(',')
       ->allow_extra_args(false);
   command.add_flag("-R,--reverse", settings.reverse, "The last one first");

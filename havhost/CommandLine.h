@@ -8,6 +8,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -31,13 +32,14 @@ using TSessionAction = std::function<void(const boost::shared_ptr<NORVHAV20::ICI
 // What a command does that needs no namespace.
 using TPlainAction = std::function<void(const TConsole& console)>;
 
+using TAction = std::variant<TCommandAction, TSessionAction, TPlainAction>;
+
 struct TCommandLine {
   TSettings settings;
-  TCommandAction action;
-  bool isShownAtOnce = false;      // nobody waits for the first line before the last is there
-  TSessionAction sessionAction;    // instead of the other
-  TPlainAction plainAction;        // instead of both
-  EExitStatus status = kExitDone;  // what a command that did its work has to say
+  TAction action;
+  bool isShownAtOnce = false;        // nobody waits for the first line before the last is there
+  EExitStatus status = kExitDone;    // what a command that did its work has to say
+  EExitStatus failed = kExitFailed;  // and one that could not
 };
 
 struct TCommandText {
@@ -46,26 +48,23 @@ struct TCommandText {
   std::string example;
 };
 
-// Adds a command that, when it is given, becomes the line's action.
+// Adds a command that, when it is given, gives the line its action.
 CLI::App& AddCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
-                     TCommandAction action);
+                     TAction action);
 
-CLI::App& AddPlainCommand(CLI::App& program, TCommandLine& line, const TCommandText& text,
-                          TPlainAction action);
-
-// Runs the action, into the output file where there is one: it is replaced when all went well.
-void Perform(const TCommandLine& line, const boost::shared_ptr<NORVHAV20::ICIMNamespace>& target,
-             std::ostream& out);
+// Adds everything that the program's own command line has; the shell has some of it.
+void DeclareProgram(CLI::App& program, TCommandLine& line);
 
 // Groups of options that several commands share.
 void AddNamespaceOptions(CLI::App& command, TSettings& settings);  // name, plug-in, include, log
 void AddSourceOptions(CLI::App& command, TSettings& settings);     // those, and MOF or live
-// The formats that the command has, in the order of `formats`, and the output file.
+// The formats that the command has, in the order of `formats`, and where the output goes.
 void AddFormatOption(CLI::App& command, TSettings& settings,
                      const std::vector<std::string>& formats = {"text", "json"});
-void AddLineFormatOption(CLI::App& command, TSettings& settings,
-                         const std::string& description);  // text, json; standard output
-void AddOutputOption(CLI::App& command, TSettings& settings);
+void AddFormats(CLI::App& command, TSettings& settings, const std::string& description,
+                const std::vector<std::string>& formats);       // nothing but those
+void AddOutputOptions(CLI::App& command, TSettings& settings);  // file, colour, pager
+void AddColorOption(CLI::App& command, TSettings& settings);
 void AddPropertyOptions(CLI::App& command, TSettings& settings);  // raw values, empty properties
 // Which instances are listed, in which order, and what of them.
 void AddListingOptions(CLI::App& command, TSettings& settings);
@@ -86,5 +85,8 @@ void AddServeCommand(CLI::App& program, TCommandLine& line);
 void AddPasswdCommand(CLI::App& program, TCommandLine& line);
 void AddDiffCommand(CLI::App& program, TCommandLine& line);
 void AddWatchCommand(CLI::App& program, TCommandLine& line);
+void AddCompletionCommand(CLI::App& program, TCommandLine& line);
+void AddCompleteCommand(CLI::App& program, TCommandLine& line);  // asked by those scripts
+void AddManualCommand(CLI::App& program, TCommandLine& line);    // asked by the build
 
 }  // namespace havhost

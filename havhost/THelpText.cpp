@@ -1,46 +1,45 @@
 #include "havhost/THelpText.h"
 
+#include <algorithm>
 #include <sstream>
 #include <vector>
 
+#include "havhost/CommandTree.h"
 #include "havhost/report/Text.h"
 
 namespace havhost {
 
 namespace {
 
-using TOptionList = std::vector<const CLI::Option*>;
+// Descriptions narrower than this stand below what they describe.
+constexpr std::size_t kNarrowest = 30;
 
-TOptionList Arguments(const CLI::App& app) {
-  return app.get_options([](const CLI::Option* option) { return option->get_positional(); });
-}
-
-TOptionList Options(const CLI::App& app) {
-  return app.get_options([](const CLI::Option* option) { return option->nonpositional(); });
-}
-
-std::string ArgumentName(const CLI::Option& argument) {
-  return argument.get_name(true) + (argument.get_expected_max() > 1 ? "..." : "");
-}
-
-std::string OptionName(const CLI::Option& option) {
-  const auto type = option.get_type_size() == 0 ? "" : option.get_type_name();
-  return option.get_name(false, true) + (type.empty() ? "" : " " + type);
-}
-
-std::string Usage(const CLI::App& app, const std::string& name) {
-  std::string usage = "Usage: " + name + " [OPTIONS]";
-  for (const auto* argument : Arguments(app)) {
-    const auto shown = ArgumentName(*argument);
-    usage += argument->get_required() ? " " + shown : " [" + shown + "]";
+// What a narrow screen has no two columns for.
+void PrintStacked(std::ostream& out, const std::vector<TRow>& rows, const TTextStyle& style) {
+  for (const auto& row : rows) {
+    out << "  " << style.Ink(TTextStyle::kName, row[0]) << '\n';
+    PrintRows(out, "      ", {{row[1]}}, 40, style);
   }
-  return app.get_subcommands({}).empty() ? usage : usage + " COMMAND";
 }
 
-void PrintSection(std::ostream& out, const std::string& title, const std::vector<TRow>& rows) {
+void PrintSection(std::ostream& out, const std::string& title, const std::vector<TRow>& rows,
+                  const TTextStyle& style) {
   if (rows.empty()) return;
-  out << '\n' << title << ":\n";
-  PrintRows(out, "  ", rows);
+  out << '\n' << style.Ink(TTextStyle::kStrong, title + ":") << '\n';
+  std::size_t names = 0;
+  for (const auto& row : rows) names = std::max(names, Width(row[0]));
+  if (style.width != 0 && names + kNarrowest > style.width)
+    PrintStacked(out, rows, style);
+  else
+    PrintRows(out, "  ", rows, 40, style);
+}
+
+// Each line of the text by itself: an example stays one.
+void PrintText(std::ostream& out, const std::string& text, const TTextStyle& style) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);)
+    for (const auto& piece : Wrap(line, style.width == 0 ? std::string::npos : style.width))
+      out << piece << '\n';
 }
 
 }  // namespace
@@ -49,19 +48,22 @@ std::string THelpText::make_help(const CLI::App* app, std::string name, CLI::App
   std::vector<TRow> commands;
   std::vector<TRow> arguments;
   std::vector<TRow> options;
-  for (const auto* command : app->get_subcommands({}))
+  for (const auto* command : CommandsOf(*app))
     commands.push_back({command->get_name(), command->get_description()});
-  for (const auto* argument : Arguments(*app))
-    arguments.push_back({ArgumentName(*argument), argument->get_description()});
-  for (const auto* option : Options(*app))
-    options.push_back({OptionName(*option), option->get_description()});
+  for (const auto* argument : ArgumentsOf(*app))
+    arguments.push_back({ArgumentText(*argument), argument->get_description()});
+  for (const auto* option : OptionsOf(*app))
+    options.push_back({OptionText(*option), option->get_description()});
 
   std::ostringstream out;
-  out << app->get_description() << "\n\n" << Usage(*app, name) << '\n';
-  PrintSection(out, "Commands", commands);
-  PrintSection(out, "Arguments", arguments);
-  PrintSection(out, "Options", options);
-  out << '\n' << app->get_footer() << '\n';
+  PrintText(out, app->get_description(), m_style);
+  out << '\n';
+  PrintText(out, "Usage: " + name + " " + UsageText(*app), m_style);
+  PrintSection(out, "Commands", commands, m_style);
+  PrintSection(out, "Arguments", arguments, m_style);
+  PrintSection(out, "Options", options, m_style);
+  out << '\n';
+  PrintText(out, app->get_footer(), m_style);
   return out.str();
 }
 

@@ -8,10 +8,10 @@ root=$PWD
 packages_run=(cmake ninja-build g++ ccache pkg-config libboost-dev libhwloc-dev libudev-dev
               libcli11-dev nlohmann-json3-dev libjs-d3 libexpat1-dev libssl-dev
               libedit-dev)
-# The tests with GCC, on top of those; Clang lays out the interfaces for both ABIs, and wbemcli
-# is a client of the server:
+# The tests with GCC, on top of those; Clang lays out the interfaces for both ABIs, wbemcli is a
+# client of the server, and completion and the manual page are for zsh and man:
 packages_test=(libgtest-dev python3 python3-jsonschema clang doxygen sblim-wbemcli
-               openssl)
+               openssl zsh man-db)
 # The whole run, on top of both: Clang's sanitizers, packages, the report in a browser, and Windows.
 packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot valgrind
                chromium chromium-driver python3-selenium)

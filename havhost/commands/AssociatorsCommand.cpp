@@ -40,17 +40,17 @@ void AddAssociatorsCommand(CLI::App& program, TCommandLine& line) {
   command
       .add_option("--assoc-class", settings.associationClass,
                   "Only by associations of this class or a subclass")
-      ->type_name("NAME");
+      ->type_name("CLASS");
   command.add_option("--result-class", settings.resultClass, "Only of this class or a subclass")
-      ->type_name("NAME");
+      ->type_name("CLASS");
   command
       .add_option("--role", settings.role,
                   "Only by associations that refer to the starting point by this name")
-      ->type_name("NAME");
+      ->type_name("ROLE");
   command
       .add_option("--result-role", settings.resultRole,
                   "Only what the association refers to by this name")
-      ->type_name("NAME");
+      ->type_name("ROLE");
   AddListingOptions(command, settings);
   AddFormatOption(command, settings, {"text", "json", "csv", "mof"});
   AddPropertyOptions(command, settings);

@@ -40,8 +40,19 @@ void PrintJsonOf(std::ostream& out, const TMofReport& report) {
                   {"findings", findings}});
 }
 
-void PrintText(std::ostream& out, const TMofReport& report) {
-  for (const auto& message : report.GetMessages()) out << Printable(message.ToString()) << '\n';
+// Like a compiler, whose messages editors can jump to.
+void PrintMessage(std::ostream& out, const TMofMessage& message, const TTextStyle& style) {
+  const bool isError = message.severity == TMofMessage::ESeverity::kError;
+  const auto text = Printable(message.ToString());
+  const std::string severity = isError ? "error: " : "warning: ";
+  const auto at = text.find(severity);
+  out << style.Ink(TTextStyle::kStrong, text.substr(0, at))
+      << style.Ink(isError ? TTextStyle::kOld : TTextStyle::kChanged, severity)
+      << text.substr(at + severity.size()) << '\n';
+}
+
+void PrintText(std::ostream& out, const TMofReport& report, const TTextStyle& style) {
+  for (const auto& message : report.GetMessages()) PrintMessage(out, message, style);
   if (const auto note = report.GetNote(); !note.empty()) out << "note: " << note << '\n';
   if (report.GetMessages().empty())
     out << report.classes << (report.classes == 1 ? " class" : " classes") << ", nothing to say\n";
@@ -75,20 +86,20 @@ EExitStatus Check(const TSettings& settings, const TConsole& console) {
   if (settings.IsJson())
     PrintJsonOf(console.out, report);
   else
-    PrintText(console.out, report);
+    PrintText(console.out, report, settings.style);
   return StatusOf(report, loader.WasReadWhole());
 }
 
 }  // namespace
 
 void AddCheckCommand(CLI::App& program, TCommandLine& line) {
-  auto& command = AddPlainCommand(
-      program, line,
-      {"check", "Tell what the repository will do with the declarations of MOF files",
-       "havhost check model.mof"},
-      [&line](const TConsole& console) { line.status = Check(line.settings, console); });
+  auto& command =
+      AddCommand(program, line,
+                 {"check", "Tell what the repository will do with the declarations of MOF files",
+                  "havhost check model.mof"},
+                 [&line](const TConsole& console) { line.status = Check(line.settings, console); });
   command.add_option("FILE", line.settings.mofFiles, "MOF files")->required();
-  AddLineFormatOption(command, line.settings, "text for people (the default), json for programs");
+  AddFormatOption(command, line.settings);
   AddNamespaceOptions(command, line.settings);
 }
 

@@ -53,7 +53,7 @@ void AddClassesCommand(CLI::App& program, TCommandLine& line) {
       {"classes", "List the classes, each below its superclass", "havhost classes --mof model.mof"},
       ListClasses);
   command.add_option("--class", line.settings.className, "Only this class and those below it")
-      ->type_name("NAME");
+      ->type_name("CLASS");
   command
       .add_flag("-N,--names-only", line.settings.namesOnly,
                 "Show nothing but the names; takes no inventory")

@@ -48,7 +48,7 @@ bool Differ(const std::string& before, const std::string& after, const TSettings
   if (settings.IsJson())
     PrintJson(console.out, ToJson(changes));
   else
-    PrintChanges(console.out, changes);
+    PrintChanges(console.out, changes, settings.style);
   return !changes.empty();
 }
 
@@ -56,26 +56,22 @@ bool Differ(const std::string& before, const std::string& after, const TSettings
 
 void AddDiffCommand(CLI::App& program, TCommandLine& line) {
   const auto files = std::make_shared<std::vector<std::string>>();
-  auto& command = AddPlainCommand(
-      program, line,
-      {"diff", "Show what is different between two snapshots",
-       "havhost diff monday.json today.json"},
-      [&line, files](const TConsole& console) {
-        try {
-          line.status =
-              Differ((*files)[0], (*files)[1], line.settings, console) ? kExitFailed : kExitDone;
-        } catch (const THostError& failure) {
-          // Trouble is told apart from a difference.
-          throw TUsageError(failure.what());
-        }
-      });
+  auto& command = AddCommand(program, line,
+                             {"diff", "Show what is different between two snapshots",
+                              "havhost diff monday.json today.json"},
+                             [&line, files](const TConsole& console) {
+                               line.failed = kExitUsage;  // trouble is told apart from a difference
+                               const bool differ =
+                                   Differ((*files)[0], (*files)[1], line.settings, console);
+                               line.status = differ ? kExitFailed : kExitDone;
+                             });
   command
       .add_option("FILES", *files,
                   "The earlier and the later one: MOF, or what --format json wrote")
       ->type_name("")
       ->expected(2)
       ->required();
-  AddLineFormatOption(command, line.settings, "text for people (the default), json for programs");
+  AddFormatOption(command, line.settings);
   AddNamespaceOptions(command, line.settings);
   command.footer(
       "Exit status: 0 when nothing is different, 1 when something is, 2 when a file cannot be\n"

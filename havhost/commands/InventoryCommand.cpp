@@ -102,7 +102,7 @@ void AddInventoryCommand(CLI::App& program, TCommandLine& line) {
   command
       .add_option("--class", line.settings.className,
                   "Show only instances of this class or its subclasses, and what hangs on them")
-      ->type_name("NAME");
+      ->type_name("CLASS");
   AddFormatOption(command, line.settings, {"text", "json", "html"});
   AddPropertyOptions(command, line.settings);
   AddSourceOptions(command, line.settings);

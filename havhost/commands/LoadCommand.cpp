@@ -79,7 +79,8 @@ void SumUp(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& sett
              {"  indications", std::to_string(summary.indicationClasses)},
              {"  abstract, of all these", std::to_string(summary.abstractClasses)},
              {"Instances", std::to_string(summary.instances)},
-             {"Associations", std::to_string(summary.associations)}});
+             {"Associations", std::to_string(summary.associations)}},
+            40, settings.style);
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ void AddMofCommand(CLI::App& program, TCommandLine& line) {
                              WriteMof);
   command.add_option("CLASS", line.settings.className,
                      "Name of the class; everything when not given");
-  AddOutputOption(command, line.settings);
+  AddOutputOptions(command, line.settings);
   command.preparse_callback([&line](std::size_t) { line.settings.format = "mof"; });
   AddSourceOptions(command, line.settings);
 }

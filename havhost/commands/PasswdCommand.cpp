@@ -100,7 +100,7 @@ std::string ReadPassword(const TConsole& console) {
 void AddPasswdCommand(CLI::App& program, TCommandLine& line) {
   const auto file = std::make_shared<std::string>();
   const auto user = std::make_shared<std::string>();
-  auto& command = AddPlainCommand(
+  auto& command = AddCommand(
       program, line,
       {"passwd", "Give a user of the server a password, which is read from standard input",
        "havhost passwd users.txt operator"},

@@ -37,9 +37,9 @@ void AddReferencesCommand(CLI::App& program, TCommandLine& line) {
   command
       .add_option("--result-class", line.settings.resultClass,
                   "Only associations of this class or a subclass")
-      ->type_name("NAME");
+      ->type_name("CLASS");
   command.add_option("--role", line.settings.role, "Only those that refer to it by this name")
-      ->type_name("NAME");
+      ->type_name("ROLE");
   AddListingOptions(command, line.settings);
   AddFormatOption(command, line.settings, {"text", "json", "csv", "mof"});
   AddPropertyOptions(command, line.settings);

@@ -5,7 +5,6 @@
 
 #include "havcore/ICIMClass.h"
 #include "havcore/ICIMPropertyDecl.h"
-#include "havcore/THAVException.h"
 #include "havcore/TOSSpecific.h"
 #include "havhost/CommandLine.h"
 #include "havhost/THostError.h"
@@ -26,18 +25,13 @@ struct TWatch {
   unsigned rounds = 0;  // 0: without end
 };
 
-// The contract has one text for a previous value, arrays included.
-std::string Display(const ICIMProperty& slot, bool previous) {
-  try {
-    return previous ? slot.GetPrevDisplayValue({}) : slot.GetDisplayValue({});
-  } catch (const THAVException&) {
-    return (previous ? slot.GetPrevValue({}) : slot.GetValue({})).ToString(10);
-  }
+TJson StateBefore(const ICIMProperty& slot) {
+  return ToJson(
+      TPropertyReport{{}, slot.GetPrevValue({}), slot.GetType({}), PreviousDisplayTexts(slot)});
 }
 
-TJson StateOf(const ICIMProperty& slot, bool previous) {
-  const auto& value = previous ? slot.GetPrevValue({}) : slot.GetValue({});
-  return ToJson(TPropertyReport{{}, value, slot.GetType({}), {Display(slot, previous)}});
+TJson StateNow(const ICIMProperty& slot) {
+  return ToJson(TPropertyReport{{}, slot.GetValue({}), slot.GetType({}), DisplayTexts(slot)});
 }
 
 TChanges Shown(const std::vector<TChange>& found) {
@@ -49,7 +43,7 @@ TChanges Shown(const std::vector<TChange>& found) {
                        {}});
     for (const auto& slot : change.properties)
       changes.back().properties.push_back(
-          {slot->GetDecl({})->GetName({}), StateOf(*slot, true), StateOf(*slot, false)});
+          {slot->GetDecl({})->GetName({}), StateBefore(*slot), StateNow(*slot)});
   }
   return changes;
 }
@@ -72,10 +66,11 @@ void Watch(const boost::shared_ptr<ICIMNamespace>& target, const TSettings& sett
       auto document = ToJson(changes);
       document["version"] = kJsonVersion;
       document["time"] = Now();
-      out << document.dump(-1, ' ', false, TJson::error_handler_t::replace) << '\n';
+      const auto text = document.dump(-1, ' ', false, TJson::error_handler_t::replace);
+      out << (settings.style.isShown ? PrintableJson(text) : text) << '\n';
     } else {
-      out << Now() << '\n';
-      PrintChanges(out, changes);
+      out << settings.style.Ink(TTextStyle::kStrong, Now()) << '\n';
+      PrintChanges(out, changes, settings.style);
     }
     out.flush();
     if (!out) throw THostError("cannot write the output");
@@ -98,8 +93,10 @@ void AddWatchCommand(CLI::App& program, TCommandLine& line) {
   command.add_option("--rounds", watch->rounds, "End after so many (else never)")
       ->type_name("NUMBER")
       ->check(CLI::PositiveNumber.description(""));
-  AddLineFormatOption(command, line.settings,
-                      "text for people (the default), json for programs: a line for each round");
+  AddFormats(command, line.settings,
+             "text for people (the default), json for programs: a line for each round",
+             {"text", "json"});
+  AddColorOption(command, line.settings);
   command
       .add_option("--schema", line.settings.schemaFolder,
                   "Folder of the inventory's schema (else the installed one)")

@@ -7,6 +7,7 @@ namespace havhost {
 namespace {
 
 constexpr char kSigns[] = {'+', '~', '-'};
+constexpr TTextStyle::EInk kInks[] = {TTextStyle::kNew, TTextStyle::kChanged, TTextStyle::kOld};
 constexpr const char* kNames[] = {"appeared", "changed", "disappeared"};
 
 std::string Text(const TJson& value) {
@@ -25,15 +26,18 @@ std::string Text(const TJson& property, bool raw) {
 
 }  // namespace
 
-void PrintChanges(std::ostream& out, const TChanges& changes) {
+void PrintChanges(std::ostream& out, const TChanges& changes, const TTextStyle& style) {
+  const TTableLook look{
+      {TTextStyle::kName, TTextStyle::kOld, TTextStyle::kFaint, TTextStyle::kNew}};
   for (const auto& change : changes) {
-    out << kSigns[change.kind] << ' ' << Printable(change.path) << '\n';
+    out << style.Ink(kInks[change.kind], kSigns[change.kind] + (' ' + Printable(change.path)))
+        << '\n';
     std::vector<TRow> rows;
     for (const auto& property : change.properties) {
       const bool raw = Text(property.before, false) == Text(property.after, false);
       rows.push_back({property.name, Text(property.before, raw), "->", Text(property.after, raw)});
     }
-    PrintRows(out, "    ", rows);
+    PrintRows(out, "    ", rows, 40, style, look);
   }
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "havhost/TTextStyle.h"
 #include "havhost/report/Json.h"
 
 namespace havhost {
@@ -30,7 +31,7 @@ using TChanges = std::vector<TInstanceChange>;
 
 // A line for each instance, its path after "+", "~" or "-"; below a changed one its properties,
 // old text beside new.
-void PrintChanges(std::ostream& out, const TChanges& changes);
+void PrintChanges(std::ostream& out, const TChanges& changes, const TTextStyle& style);
 // {"appeared": [...], "changed": [...], "disappeared": [...]}
 TJson ToJson(const TChanges& changes);
 

@@ -81,6 +81,15 @@ std::vector<std::string> DisplayTexts(const ICIMProperty& slot) {
   }
 }
 
+std::vector<std::string> PreviousDisplayTexts(const ICIMProperty& slot) {
+  if (const auto& value = slot.GetPrevValue({}); IsDate(value)) return DateTexts(value);
+  try {
+    return {slot.GetPrevDisplayValue({})};
+  } catch (const THAVException&) {
+    return {slot.GetPrevValue({}).ToString(10)};
+  }
+}
+
 TInstanceReport ReportOf(ICIMInstance& instance) {
   TInstanceReport report;
   report.path = instance.GetReference({}).GetPath();

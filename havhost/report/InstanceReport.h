@@ -48,5 +48,7 @@ bool IsEmpty(const TPropertyReport& property);
 
 // The display texts of a slot's value; a datetime as a date.
 std::vector<std::string> DisplayTexts(const NORVHAV20::ICIMProperty& slot);
+// The same of its previous value, of which there is one text for all elements.
+std::vector<std::string> PreviousDisplayTexts(const NORVHAV20::ICIMProperty& slot);
 
 }  // namespace havhost

@@ -146,9 +146,8 @@ void PrintTable(std::ostream& out, const TReports& reports, const std::vector<st
   std::vector<TRow> rows = {columns};
   for (const auto& report : reports)
     rows.push_back(settings.raw ? BothCells(report, columns) : Cells(report, columns, false));
-  auto style = settings.style;
-  style.colour = false;  // the first column is no name of the others
-  PrintRows(out, "", rows, kWidestCell, style);
+  // The first column is no name of the others.
+  PrintRows(out, "", rows, kWidestCell, settings.style, {{}, true});
 }
 
 void PrintInstances(std::ostream& out, const TReports& reports, const TSettings& settings) {

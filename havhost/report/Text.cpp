@@ -25,6 +25,19 @@ bool IsInvisible(char32_t c) {
 
 bool IsUnprintable(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0) || IsInvisible(c); }
 
+void AppendUnit(std::string& out, unsigned unit) {
+  out += "\\u";
+  for (int shift = 12; shift >= 0; shift -= 4) out += kDigits[(unit >> shift) & 0xF];
+}
+
+// As JSON writes it: beyond the basic plane in two halves.
+void AppendJsonEscape(std::string& out, char32_t c) {
+  if (c < 0x10000) return AppendUnit(out, static_cast<unsigned>(c));
+  const auto beyond = static_cast<unsigned>(c) - 0x10000;
+  AppendUnit(out, 0xD800 + (beyond >> 10));
+  AppendUnit(out, 0xDC00 + (beyond & 0x3FF));
+}
+
 void AppendEscaped(std::string& out, std::string_view bytes) {
   for (const char byte : bytes) switch (byte) {
       case '\n': out += "\\n"; break;
@@ -110,8 +123,8 @@ void Fit(std::vector<std::size_t>& widths, std::size_t width) {
 
 // The line `at` of a row whose cells are lines; it does not end in blanks.
 std::string RowLine(const std::string& prefix, const std::vector<std::vector<std::string>>& columns,
-                    std::size_t at, const std::vector<std::size_t>& widths,
-                    const TTextStyle& style) {
+                    std::size_t at, const std::vector<std::size_t>& widths, const TTextStyle& style,
+                    const std::vector<TTextStyle::EInk>& inks) {
   std::string line;
   std::size_t blanks = 0;
   const auto append = [&](const std::string& text, TTextStyle::EInk ink) {
@@ -123,7 +136,7 @@ std::string RowLine(const std::string& prefix, const std::vector<std::vector<std
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const auto text = at < columns[i].size() ? columns[i][at] : std::string();
     if (i != 0) blanks += kGap;
-    append(text, i == 0 && columns.size() > 1 ? TTextStyle::kName : TTextStyle::kPlain);
+    append(text, i < inks.size() && columns.size() > 1 ? inks[i] : TTextStyle::kPlain);
     blanks += widths[i] - std::min(widths[i], Width(text));
   }
   return line;
@@ -194,7 +207,7 @@ bool NaturalLess(std::string_view a, std::string_view b) {
 }
 
 void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<TRow>& rows,
-               std::size_t widest, const TTextStyle& style) {
+               std::size_t widest, const TTextStyle& style, const TTableLook& look) {
   constexpr auto kAny = std::string::npos;
   std::vector<TRow> cells;
   for (const auto& row : rows) {
@@ -204,6 +217,8 @@ void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<T
   auto widths = ColumnWidths(cells, style.width == 0 ? widest : kAny);
   if (style.width != 0) Fit(widths, style.width - std::min(style.width, Width(prefix)));
   for (const auto& row : cells) {
+    const bool isHeader = look.hasHeader && &row == &cells.front();
+    const auto inks = isHeader ? std::vector(row.size(), TTextStyle::kStrong) : look.columns;
     std::vector<std::vector<std::string>> columns;
     std::size_t height = 1;
     for (std::size_t i = 0; i < row.size(); ++i) {
@@ -211,7 +226,7 @@ void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<T
       height = std::max(height, columns.back().size());
     }
     for (std::size_t at = 0; at < height; ++at)
-      out << RowLine(prefix, columns, at, widths, style) << '\n';
+      out << RowLine(prefix, columns, at, widths, style, inks) << '\n';
   }
 }
 
@@ -233,6 +248,22 @@ std::vector<std::string> Wrap(std::string_view text, std::size_t width) {
 
 std::string PrintableLines(std::string_view text) {
   return Escaped(text, [](char32_t c) { return c != '\n' && IsUnprintable(c); });
+}
+
+std::string PrintableJson(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const auto length = std::max<std::size_t>(Utf8Length(text, at), 1);
+    const auto character = text.substr(at, length);
+    const auto value = Utf8Value(character);
+    if (value != '\n' && IsUnprintable(value))
+      AppendJsonEscape(result, value);
+    else
+      result += character;
+    at += length;
+  }
+  return result;
 }
 
 void PrintCsvLine(std::ostream& out, const TRow& cells) {

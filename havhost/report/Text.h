@@ -37,19 +37,28 @@ bool NaturalLess(std::string_view a, std::string_view b);
 
 using TRow = std::vector<std::string>;
 
+// How the columns of a table look where there is colour.
+struct TTableLook {
+  std::vector<TTextStyle::EInk> columns = {TTextStyle::kName};  // those after these are plain
+  bool hasHeader = false;                                       // the first row is
+};
+
 // Writes the rows with `prefix` before each and the columns aligned, made printable. A cell
 // wider than `widest` does not widen its column, and no line ends in blanks.
 //
 // Where the style has a width, columns shrink until the lines fit, and cells go on below
 // themselves; then `widest` has no meaning.
 void PrintRows(std::ostream& out, const std::string& prefix, const std::vector<TRow>& rows,
-               std::size_t widest = 40, const TTextStyle& style = {});
+               std::size_t widest = 40, const TTextStyle& style = {}, const TTableLook& look = {});
 
 // The text in lines of at most `width` columns, broken at blanks where there are any.
 std::vector<std::string> Wrap(std::string_view text, std::size_t width);
 
 // The text with each of its lines made printable.
 std::string PrintableLines(std::string_view text);
+
+// The same for lines of JSON, whose texts it leaves what they are: with JSON's own escapes.
+std::string PrintableJson(std::string_view text);
 
 // Writes the cells as one line of CSV: with commas between them, quoted where RFC 4180 asks for
 // it.

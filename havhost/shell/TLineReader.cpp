@@ -9,8 +9,6 @@
 #if defined(HAVHOST_LIBEDIT)
 #include <histedit.h>
 #include <unistd.h>
-
-#include "havhost/shell/TCompletion.h"
 #endif
 
 namespace havhost {
@@ -117,15 +115,16 @@ class TEditedReader : public TLineReader {
   unsigned char CompleteWord() {
     const auto* const info = el_line(m_editor);
     const std::string line(info->buffer, static_cast<std::size_t>(info->cursor - info->buffer));
-    const auto found = m_complete(line);
+    const auto [found, begin, isWord] = m_complete(line);
     if (found.empty()) return CC_ERROR;
-    const auto typed = line.size() - TCompletion::BeginOfWord(line);
+    const auto typed = line.size() - begin;
     auto text = CommonBegin(found);
-    if (found.size() == 1) text += ' ';
-    if (text.size() > typed) {
+    if (found.size() == 1 && isWord) text += ' ';
+    if (text.size() > typed || (found.size() == 1 && text != line.substr(begin))) {
       el_deletestr(m_editor, static_cast<int>(typed));
       return el_insertstr(m_editor, text.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
     }
+    if (found.size() == 1) return CC_NORM;
     std::cout << '\n';
     for (const auto& one : found) std::cout << one << '\n';
     std::cout.flush();

@@ -14,8 +14,13 @@ namespace havhost {
 
 class TLineReader {
  public:
-  // All that the last word of the line can become.
-  using TComplete = std::function<std::vector<std::string>(const std::string& line)>;
+  struct TProposal {
+    std::vector<std::string> texts;  // in the place of what the line has from `begin` on
+    std::size_t begin = 0;
+    bool isWord = true;  // one that stands alone ends the word
+  };
+  // What the last word of the line can become.
+  using TComplete = std::function<TProposal(const std::string& line)>;
 
   // Edits lines where the console's input is standard input and both that and standard output
   // are a terminal; else it takes them as they come, without a prompt.

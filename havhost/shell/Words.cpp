@@ -47,4 +47,26 @@ std::vector<std::string> WordsOf(std::string_view line) {
   return words;
 }
 
+TTypedLine TypedLineOf(std::string_view line) {
+  TTypedLine typed;
+  char quote = '\0';
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    if (quote != '\0') {
+      if (quote == '"' && line[at] == '\\')
+        ++at;
+      else if (line[at] == quote)
+        quote = '\0';
+    } else if (IsBlank(line[at])) {
+      typed.begin = at + 1;
+    } else if (line[at] == '"' || (line[at] == '\'' && at == typed.begin)) {
+      quote = line[at];
+    }
+  }
+  typed.before = WordsOf(line.substr(0, typed.begin));
+  const bool isQuoted = quote != '\0' && line[typed.begin] == quote;
+  if (isQuoted) ++typed.begin;
+  typed.word = line.substr(typed.begin);
+  return typed;
+}
+
 }  // namespace havhost

@@ -2,9 +2,13 @@
 import pathlib
 import shutil
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import cases as suites  # noqa: E402
 
 FLAGS = ("--headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
          "--disable-background-networking --disable-component-update --disable-sync").split()
@@ -118,43 +122,10 @@ class PageTest(unittest.TestCase):
         self.assertEqual(self.driver.get_log("browser"), [])
 
 
-class Result(unittest.TestResult):
-    """Writes each case in two lines as GoogleTest does, so that it is counted."""
-
-    def startTest(self, test):
-        super().startTest(test)
-        self.began, self.verdict = time.monotonic(), "OK"
-        print("[ RUN      ]", self.name(test), flush=True)
-
-    def stopTest(self, test):
-        super().stopTest(test)
-        milliseconds = int((time.monotonic() - self.began) * 1000)
-        print(f"[ {self.verdict:>8} ] {self.name(test)} ({milliseconds} ms)", flush=True)
-
-    def addFailure(self, test, err):
-        super().addFailure(test, err)
-        self.tell(test, self.failures)
-
-    def addError(self, test, err):
-        super().addError(test, err)
-        self.tell(test, self.errors)
-
-    def tell(self, test, found):
-        self.verdict = "FAILED"
-        print(found[-1][1])
-
-    @staticmethod
-    def name(test):
-        return f"{type(test).__name__}.{test._testMethodName.removeprefix('test_')}"
-
-
 def run(cases):
     """Returns the exit status of a run of this class of tests."""
     if why := missing():
         print(f"[ RUN      ] {cases.__name__}.InABrowser\n{why}\n"
               f"[  SKIPPED ] {cases.__name__}.InABrowser (0 ms)")
         return 0
-    result = Result()
-    suite = unittest.defaultTestLoader.loadTestsFromTestCase(cases)
-    suite.run(result)
-    return 0 if result.testsRun and result.wasSuccessful() else 1
+    return suites.run(cases)

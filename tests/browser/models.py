@@ -1,16 +1,9 @@
 """Namespaces to report on, as MOF."""
 
-QUALIFIERS = r'''
-Qualifier Abstract : boolean = false, Scope(class, association, indication), Flavor(Restricted);
-Qualifier Association : boolean = false, Scope(association), Flavor(DisableOverride, ToSubclass);
-Qualifier Description : string = null, Scope(any), Flavor(EnableOverride, ToSubclass);
-Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
-Qualifier Values : string[], Scope(property, method, parameter), Flavor(EnableOverride, ToSubclass);
-Qualifier UNITS : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-Qualifier DISPLAYFIXEDUNITS : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-Qualifier ABBREVIATEUNITS : boolean = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-Qualifier NULLDISPLAY : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-'''
+import pathlib
+
+QUALIFIERS = (pathlib.Path(__file__).resolve().parents[1] /
+              "support/mof/qualifiers.mof").read_text(encoding="utf-8")
 
 MACHINE = QUALIFIERS + r'''
 [Abstract] class T_Element { [Key, Description("What it is called.")] string Name; };

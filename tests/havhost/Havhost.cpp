@@ -9,17 +9,7 @@
 
 namespace havtest {
 
-const char kModel[] = R"mof(
-Qualifier Abstract : boolean = false, Scope(class, association, indication), Flavor(Restricted);
-Qualifier Association : boolean = false, Scope(association), Flavor(DisableOverride, ToSubclass);
-Qualifier Description : string = null, Scope(any), Flavor(EnableOverride, ToSubclass);
-Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
-Qualifier Values : string[], Scope(property, method, parameter), Flavor(EnableOverride, ToSubclass);
-Qualifier UNITS : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-Qualifier DISPLAYFIXEDUNITS : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-Qualifier ABBREVIATEUNITS : boolean = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-Qualifier NULLDISPLAY : string = null, Scope(property), Flavor(EnableOverride, ToSubclass);
-
+const std::string kModel = ReadFile(HAVTEST_MOF "/qualifiers.mof") + R"mof(
 [Abstract] class T_Element {
   [Key] string Name;
 };

@@ -37,7 +37,7 @@ std::string ReadFile(const std::string& path);
 
 // A small model: a system with two disks, one of them with a partition, and a processor with
 // a cache that is the antecedent of their association.
-extern const char kModel[];
+extern const std::string kModel;
 
 // The model in a file, for commands to be run on.
 class ModelTest {

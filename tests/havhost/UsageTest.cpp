@@ -8,7 +8,8 @@ namespace {
 
 const char* const kCommands[] = {"inventory", "load",       "classes",     "show", "instances",
                                  "get",       "references", "associators", "mof",  "check",
-                                 "shell",     "serve",      "passwd"};
+                                 "shell",     "serve",      "passwd",      "diff", "watch",
+                                 "completion"};
 
 TEST(Usage, HelpListsTheCommands) {
   const auto outcome = RunPlain({"--help"});
@@ -36,6 +37,7 @@ Commands:
   shell        Look around in one namespace, command by command
   serve        Serve the namespace to CIM clients, over HTTP
   passwd       Give a user of the server a password, which is read from standard input
+  completion   Write the script that completes command lines in bash or zsh
 
 Options:
   -h,--help  Print this help message and exit
@@ -59,29 +61,29 @@ Arguments:
   PATH  Object path of the instance, or the name of a class
 
 Options:
-  -h,--help              Print this help message and exit
-  --assoc-class NAME     Only by associations of this class or a subclass
-  --result-class NAME    Only of this class or a subclass
-  --role NAME            Only by associations that refer to the starting point by this name
-  --result-role NAME     Only what the association refers to by this name
-  -c,--columns NAME,...  Show these properties, as a table; __CLASS and __PATH name the instance
-  -w,--where CONDITION   Only instances that meet this condition, such as 'Size > 1000000'
-  -s,--sort NAME,...     In the order of these properties (else of the paths)
-  -R,--reverse           The last one first
-  -N,--names-only        Show nothing but the object paths
-  -f,--format FORMAT     text for people (the default), json for programs, csv (raw values) for spreadsheets, mof to load again
-  -o,--output FILE       File to write to, replaced when all went well (else standard output)
-  --color WHEN           Colour: auto (the default: on a terminal, unless NO_COLOR is set), always, never
-  --no-pager             Do not show what is longer than the screen through $PAGER (else less)
-  -r,--raw               Show raw values in brackets beside the display text
-  -a,--all               Show empty properties, and those that keep books, as well
-  -m,--mof FILE...       Show what these MOF files hold; - is standard input
-  --schema DIR           Folder of the inventory's schema (else the installed one)
-  --root DIR             Root folder of the machine to take the inventory of (else /)
-  -n,--namespace NAME    Name of the namespace (else what the MOF says, else root/cimv2)
-  -I,--include DIR       Folder to look for included MOF files in; may be repeated
-  --plugin PATH          The plug-in that keeps the namespace (else the installed one)
-  -v,--verbose           Write the log of the plug-in to standard error
+  -h,--help                      Print this help message and exit
+  --assoc-class CLASS            Only by associations of this class or a subclass
+  --result-class CLASS           Only of this class or a subclass
+  --role ROLE                    Only by associations that refer to the starting point by this name
+  --result-role ROLE             Only what the association refers to by this name
+  -c,--columns PROPERTY,...      Show these properties, as a table; __CLASS and __PATH name the instance
+  -w,--where CONDITION           Only instances that meet this condition, such as 'Size > 1000000'
+  -s,--sort PROPERTY,...         In the order of these properties (else of the paths)
+  -R,--reverse                   The last one first
+  -N,--names-only                Show nothing but the object paths
+  -f,--format text|json|csv|mof  text for people (the default), json for programs, csv (raw values) for spreadsheets, mof to load again
+  -o,--output FILE               File to write to, replaced when all went well (else standard output)
+  --color auto|always|never      Colour: auto is the default, on a terminal, unless NO_COLOR is set
+  --no-pager                     Do not show what is longer than the screen through $PAGER (else less)
+  -r,--raw                       Show raw values in brackets beside the display text
+  -a,--all                       Show empty properties, and those that keep books, as well
+  -m,--mof FILE...               Show what these MOF files hold; - is standard input
+  --schema DIR                   Folder of the inventory's schema (else the installed one)
+  --root DIR                     Root folder of the machine to take the inventory of (else /)
+  -n,--namespace NAME            Name of the namespace (else what the MOF says, else root/cimv2)
+  -I,--include DIR               Folder to look for included MOF files in; may be repeated
+  --plugin FILE                  The plug-in that keeps the namespace (else the installed one)
+  -v,--verbose                   Write the log of the plug-in to standard error
 
 Example:
   havhost associators 'ORVSG_DiskDrive.Name="/dev/sda"' --result-class ORVSG_DiskPartition
