@@ -87,6 +87,8 @@ install(FILES docs/authors.md docs/conformance.md docs/design.md docs/guide.md d
               docs/performance.svg docs/reliability.md docs/serve.md docs/windows.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 
+install(DIRECTORY docs/examples DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
+
 set(CPACK_PACKAGE_NAME inmem)
 set(CPACK_PACKAGE_VENDOR "the inmem authors")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})

@@ -132,6 +132,14 @@ file(GLOB schema ${prefix}/share/havhost/schema/*.mof)
 set(expected_output ".*ORVSG_ComputerSystem 1\n.*ORVSG_Processor [1-9][0-9]*\n.*")
 run_consumer("the example inventory" ${example} ${installed_plugin} ${schema})
 
+build_example(collector)
+if(SYSTEM STREQUAL "Linux")
+  set(expected_output "Example_Battery[.]Name=\"BAT0\": 87 %, Discharging\n")
+  run_consumer("the example collector" ${example} ${installed_plugin}
+               ${prefix}/share/doc/inmem/docs/examples/machine ${schema}
+               ${work}/examples/collector/batteries.mof)
+endif()
+
 if(pkg_config AND SYSTEM STREQUAL "Linux")
   foreach(library mof inventory)
     run(pkg-config ${pkg_config} --cflags --libs hav${library})
