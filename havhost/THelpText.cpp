@@ -34,12 +34,14 @@ void PrintSection(std::ostream& out, const std::string& title, const std::vector
     PrintRows(out, "  ", rows, 40, style);
 }
 
-// Each line of the text by itself: an example stays one.
+// Each line of the text by itself; an example, which is set in, stays one line.
 void PrintText(std::ostream& out, const std::string& text, const TTextStyle& style) {
   std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);)
-    for (const auto& piece : Wrap(line, style.width == 0 ? std::string::npos : style.width))
+  for (std::string line; std::getline(lines, line);) {
+    const bool isWhole = style.width == 0 || line.rfind("  ", 0) == 0;
+    for (const auto& piece : Wrap(line, isWhole ? std::string::npos : style.width))
       out << piece << '\n';
+  }
 }
 
 }  // namespace

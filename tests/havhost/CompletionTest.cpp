@@ -119,9 +119,8 @@ TEST_F(Completion, ClassesAreThoseOfTheFilesThatTheLineNames) {
 }
 
 TEST_F(Completion, ClassesAreThoseOfTheInventoryWhereTheLineNamesNoFiles) {
-  EXPECT_EQ(
-      Of({"show", "--schema", HAVHOST_SCHEMA, "--plugin", HAVHOST_PLUGIN, "ORVSG_Physical"}),
-      "\nORVSG_PhysicalNetworkPort\n");
+  EXPECT_EQ(Of({"show", "--schema", HAVHOST_SCHEMA, "--plugin", HAVHOST_PLUGIN, "ORVSG_Physical"}),
+            "\nORVSG_PhysicalNetworkPort\n");
 }
 
 TEST_F(Completion, PathsFollowTheNameOfTheirClass) {
@@ -155,8 +154,7 @@ TEST_F(Completion, WhatIsWrongCompletesToNothing) {
 
 TEST_F(Completion, BashIsGivenWhatItPutsIntoTheLine) {
   const auto ask = [&](const std::string& line) {
-    const auto outcome = RunPlain({"complete", "bash", "--",
-                                   "havhost " + line, kBreaks});
+    const auto outcome = RunPlain({"complete", "bash", "--", "havhost " + line, kBreaks});
     EXPECT_EQ(outcome.status, 0);
     return outcome.out;
   };

@@ -26,13 +26,13 @@ std::string Escaped(const std::string& text) {
 TEST(Manual, NamesEveryCommandAndEveryOptionOfTheHelp) {
   const auto page = RunPlain({"manual"}).out;
   const auto help = RunPlain({"--help"}).out;
-  const auto commands =
-      Matches(help.substr(0, help.find("\nOptions:")), "\n  ([a-z]+) +[A-Z]");
+  const auto commands = Matches(help.substr(0, help.find("\nOptions:")), "\n  ([a-z]+) +[A-Z]");
   ASSERT_EQ(commands.size(), 17u);
   std::size_t options = 0;
   for (const auto& command : commands) {
     EXPECT_NE(page.find("\n.SS havhost " + command + " "), std::string::npos) << command;
-    for (const auto& option : Matches(RunPlain({command, "--help"}).out, "\n  (?:-.,)?(--[a-z-]+)")) {
+    for (const auto& option :
+         Matches(RunPlain({command, "--help"}).out, "\n  (?:-.,)?(--[a-z-]+)")) {
       EXPECT_NE(page.find("\\fB" + Escaped(option) + "\\fR"), std::string::npos) << option;
       ++options;
     }

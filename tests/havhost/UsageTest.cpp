@@ -6,10 +6,9 @@
 namespace havtest {
 namespace {
 
-const char* const kCommands[] = {"inventory", "load",       "classes",     "show", "instances",
-                                 "get",       "references", "associators", "mof",  "check",
-                                 "shell",     "serve",      "passwd",      "diff", "watch",
-                                 "completion"};
+const char* const kCommands[] = {
+    "inventory", "load",  "classes", "show",  "instances", "get",  "references", "associators",
+    "mof",       "check", "shell",   "serve", "passwd",    "diff", "watch",      "completion"};
 
 TEST(Usage, HelpListsTheCommands) {
   const auto outcome = RunPlain({"--help"});
