@@ -31,8 +31,10 @@ std::size_t EndOfBlanks(std::string_view text, std::size_t at, std::size_t& open
 
 bool DecodeUtf16(std::string& text) {
   const auto mark = std::string_view(text).substr(0, 2);
-  const bool bigEndian = mark == "\xFE\xFF";
-  if (!bigEndian && mark != "\xFF\xFE") return true;
+  const bool hasMark = mark == "\xFE\xFF" || mark == "\xFF\xFE";
+  const bool hasNul = mark.size() == 2 && (mark[0] == '\0') != (mark[1] == '\0');
+  if (!hasMark && !hasNul) return true;
+  const bool bigEndian = mark[0] == '\xFE' || mark[0] == '\0';
   if (text.size() % 2 != 0) return false;
   const auto unitAt = [&](std::size_t at) {
     const auto first = static_cast<unsigned char>(text[at]);
@@ -41,7 +43,7 @@ bool DecodeUtf16(std::string& text) {
   };
   std::string decoded;
   decoded.reserve(text.size() / 2);
-  for (std::size_t at = 2; at < text.size(); at += 2) {
+  for (std::size_t at = hasMark ? 2 : 0; at < text.size(); at += 2) {
     auto character = unitAt(at);
     if (IsLowSurrogate(character)) return false;
     if (IsHighSurrogate(character)) {

@@ -62,8 +62,9 @@ constexpr unsigned HexDigit(char c) {
 // with the text, and its beginning is left in `open`.
 std::size_t EndOfBlanks(std::string_view text, std::size_t at, std::size_t& open) noexcept;
 
-// Turns a text that begins with a byte-order mark of UTF-16, either order, into UTF-8 without
-// one; leaves any other as it is. False when the text is no UTF-16 behind its mark.
+// Turns a text in UTF-16, either order, into UTF-8 without a byte-order mark; leaves any other as
+// it is. Where there is no mark, a NUL beside the first character tells: all that MOF begins with
+// is ASCII. False when the text does not go on as UTF-16.
 bool DecodeUtf16(std::string& text);
 
 constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }

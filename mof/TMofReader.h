@@ -2,7 +2,7 @@
 //
 // Every file is read once, however often and from wherever it is included, and there where it
 // is included first. Files stand in the order in which reading met them. Texts are UTF-8, or
-// UTF-16 with a byte-order mark.
+// UTF-16, with a byte-order mark or without.
 //
 // Errors: collected in the report: files that are not found or cannot be read, includes that
 //         are nested too deep, and what TMofParser finds.

@@ -69,6 +69,14 @@ TEST(TMofReader, ReadsUtf16BehindAByteOrderMark) {
   }
 }
 
+TEST(TMofReader, ReadsUtf16WithoutAMark) {
+  const std::u16string text = u"class A { \xE9 };";
+  for (const bool bigEndian : {false, true}) {
+    const auto files = Read({{"a", Utf16(text, bigEndian)}}, {"a"});
+    EXPECT_EQ((Lines{"a:1:11: error: unexpected character '\xC3\xA9'"}), files.messages);
+  }
+}
+
 TEST(TMofReader, RefusesWhatIsNoUtf16BehindItsMark) {
   for (const auto& text : {Utf16(u"\xFEFF\xD83D", false), Utf16(u"\xFEFF\xDE00", false),
                            Utf16(u"\xFEFF\xD83D!", true), Utf16(u"\xFEFF", true) + "a"}) {
