@@ -22,7 +22,8 @@ void AddNode(const NUMA_NODE_RELATIONSHIP& about, TCollection& collection) {
   const auto& group = about.GroupMask;
   const auto processors = ProcessorList(group.Mask, FirstOfGroup(group.Group));
   ULONGLONG free = 0;
-  const bool isKnown = GetNumaAvailableMemoryNodeEx(static_cast<USHORT>(about.NodeNumber), &free);
+  const bool isKnown =
+      GetNumaAvailableMemoryNodeEx(static_cast<USHORT>(about.NodeNumber), &free) != FALSE;
   collection.AddSystemDevice("node:" + number, "ORVSG_NumaNode", "Node " + number)
       .Set("NodeNumber", std::optional<std::uint32_t>(about.NodeNumber))
       .Set("LogicalProcessors", processors.empty() ? std::nullopt : std::optional(processors))
