@@ -42,7 +42,10 @@ std::string TypeName(unsigned type) {
 
 bool SameValue(const TModel& model, const TValue& a, const TValue& b) {
   if (a.type != b.type || a.null != b.null) return false;
-  if (a.null) return true;
+  const auto className = [&](const TValue& value) {
+    return value.path ? model.classes[value.path->cls].name : std::string();
+  };
+  if (a.null) return className(a) == className(b);
   if (a.type == kReference) return model.PathText(*a.path) == model.PathText(*b.path);
   return a.number == b.number && a.text == b.text;
 }
