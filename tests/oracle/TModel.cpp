@@ -455,12 +455,11 @@ void TModel::AddClass(Id id) {
   cls.subclasses = old.subclasses;
   old.subclasses.clear();
   for (Id subclass : cls.subclasses) classes[subclass].superclass = id;
-  for (Id association : old.associations) {
-    if (association == displaced) continue;
+  for (Id association : old.associations)
     if (!Contains(cls.associations, association)) cls.associations.push_back(association);
+  for (Id association : cls.associations)
     for (Id& registered : classes[association].registeredWith)
       if (registered == displaced) registered = id;
-  }
   old.inNamespace = false;
   old.associations.clear();
   std::vector<Id> left = old.registeredWith;
