@@ -7,6 +7,7 @@
 #include "havcore/ICIMNamespace.h"
 #include "havcore/THAVException.h"
 #include "inmem/model/QualifierQueries.h"
+#include "inmem/model/Snapshot.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/values/Failure.h"
 #include "inmem/values/ModelClock.h"
@@ -38,14 +39,15 @@ struct TInmemClass::TLinks {
 
   void Make(const boost::shared_ptr<TInmemClass>& self) {
     joined.reserve(referenced.size());
-    if (superclass && !IsIn(*superclass, &TInmemClass::m_subclasses, *self)) {
+    if (superclass && !HasSubclass(*superclass, *self)) {
       superclass->AddSubclass(self, TOptions());
       joinedSuperclass = true;
     }
     for (const auto& cls : referenced) {
-      if (IsIn(*cls, &TInmemClass::m_associations, *self)) continue;
+      const bool known = HasAssociation(*cls, *self);
+      if (known && Own(*cls)) continue;
       cls->AddAssociation(self, TOptions());
-      joined.push_back(cls);
+      if (!known) joined.push_back(cls);
     }
     if (!displaced) return;
     // Last, for a class that refers to itself has now registered with one of these two.
@@ -60,9 +62,21 @@ struct TInmemClass::TLinks {
   }
 
  private:
-  static bool IsIn(const ICIMClass& cls, TClassSet TInmemClass::*set, const TInmemClass& self) {
-    const auto* own = dynamic_cast<const TInmemClass*>(&cls);
-    return own && (own->*set).Contains(&self);
+  // A class of another make is asked, and names what its ancestors have, too.
+  static bool HasSubclass(const ICIMClass& cls, const TInmemClass& self) {
+    if (const auto* own = Own(cls)) return own->m_subclasses.Contains(&self);
+    return self.m_inNamespace && Contains(Collect<ICIMClass>([&](const auto& take) {
+                                            cls.EnumerateSubclasses(take, TOptions());
+                                          }),
+                                          &self);
+  }
+  static bool HasAssociation(const ICIMClass& cls, const TInmemClass& self) {
+    if (const auto* own = Own(cls)) return own->m_associations.Contains(&self);
+    return self.m_inNamespace &&
+           Contains(Collect<ICIMClass>([&](const auto& take) {
+                      cls.EnumerateAssociationClasses(take, "", "", TOptions());
+                    }),
+                    &self);
   }
 };
 

@@ -1,6 +1,7 @@
 // Instances of a class that a host has made: what the class answers, throws or does in between
 // reaches the instance, and none of it ends the process.
 #include <functional>
+#include <memory>
 #include <stdexcept>
 
 #include <boost/make_shared.hpp>
@@ -179,6 +180,34 @@ TEST(HostClass, MayEnumerateADeclarationWhoseNameIsNone) {
       boost::make_shared<TInmemInstance>(boost::make_shared<Misnaming>(model.behind), kKeys);
   EXPECT_EQ(SlotNames(instance), (std::vector<std::string>{"DateTimeOfCollection", "Name"}));
   EXPECT_EQ(log.Take(), (LogLines{{3, "Inmem: CIM name 'no name' is invalid"}}));
+}
+
+// A registration that fails after it has asked a host's classes leaves them as they were.
+TEST(HostClass, KeepsWhatItListsWhenARegistrationIsRepeatedInVain) {
+  Repository repository(true);
+  auto behind = repository.Class("Node");
+  auto host = boost::make_shared<ForeignClass>(behind);
+  auto above = repository.Association("Above", "Left", behind, "Right", behind);
+  auto hostAbove = boost::make_shared<ForeignClass>(above);
+  auto link = repository.Allocate("Link", hostAbove);
+  repository.Reference(link, "Host", host);
+  link->AddToNamespace({});
+  const auto listed = [&] {
+    return ClassNames([&](const auto& callback) { above->EnumerateSubclasses(callback, {}); });
+  };
+  const auto associated = [&] {
+    return ClassNames(
+        [&](const auto& callback) { behind->EnumerateAssociationClasses(callback, "", "", {}); });
+  };
+  ASSERT_EQ(listed(), std::vector<std::string>{"Link"});
+  ASSERT_EQ(associated(), (std::vector<std::string>{"Above", "Link"}));
+  auto other = std::make_unique<Repository>();
+  const auto gone = other->Class("Gone");
+  repository.Reference(link, "Zombie", gone);
+  other.reset();
+  EXPECT_STATUS(15, link->AddToNamespace({}));
+  EXPECT_EQ(listed(), std::vector<std::string>{"Link"});
+  EXPECT_EQ(associated(), (std::vector<std::string>{"Above", "Link"}));
 }
 
 }  // namespace
