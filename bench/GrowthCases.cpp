@@ -106,11 +106,15 @@ void WorkWithANamespace() {
   }
 }
 
-// As many namespaces as threads, each with one of its own.
+// Four namespaces on so many threads, each on one of them.
 void Threads(benchmark::State& state, std::size_t n) {
+  constexpr std::size_t kNamespaces = 4;
   for (auto _ : state) {
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < n; ++i) threads.emplace_back(WorkWithANamespace);
+    for (std::size_t i = 0; i < n; ++i)
+      threads.emplace_back([n] {
+        for (std::size_t done = 0; done < kNamespaces / n; ++done) WorkWithANamespace();
+      });
     for (auto& thread : threads) thread.join();
   }
   ReportTime(state, 1);

@@ -111,7 +111,7 @@ void Drop(benchmark::State& state, std::size_t n) {
 template <class Subject>
 void RegisterObjects(std::size_t n) {
   const auto times = [n](benchmark::internal::Benchmark* made) {
-    made->UseManualTime()->Iterations(n >= 500000 ? 1 : 3);
+    made->UseManualTime()->Iterations(n >= 500000 ? 1 : n >= 100000 ? 3 : 15);
   };
   times(Register("make", Subject::kName, n, Make<Subject>));
   Register("get", Subject::kName, n, Get<Subject>);

@@ -18,7 +18,7 @@ bool HasQualifier(ICIMNamedElement& element, const std::string& name);
 // Returns true when the property has the qualifier "KEY" with a value that is true.
 bool IsKey(ICIMPropertyDecl& decl);
 
-// Whether that answer can change only by what turns the schema clock on.
+// Whether that answer can change only by what turns the model clock on.
 bool IsAnswerOurs(ICIMPropertyDecl& decl);
 
 }  // namespace NORVHAV20

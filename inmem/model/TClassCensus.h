@@ -14,7 +14,10 @@
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/weak_ptr.hpp>
+
+#include "inmem/values/TPathClock.h"
 
 namespace NORVHAV20 {
 
@@ -37,10 +40,14 @@ class TClassCensus {
   // is none.
   boost::shared_ptr<INamespaceRegistry> Living() const;
 
+  // The clock of all of its namespaces.
+  TPathClock& Paths() const noexcept { return *m_paths; }
+
   // Complexity: amortised O(1), in memory O(classes alive).
   void Enter(const boost::shared_ptr<TInmemClass>& cls);
 
  private:
+  boost::intrusive_ptr<TPathClock> m_paths{new TPathClock};
   std::vector<INamespaceRegistry*> m_members;
   std::vector<boost::weak_ptr<TInmemClass>> m_classes;
   std::size_t m_pruneAt = 64;

@@ -58,11 +58,12 @@ void EnumerateDecls(const Decls& decls, const Callback& callback) {
 
 TInmemClass::TInmemClass(const TNamespaceLink& home, const std::string& name,
                          const boost::shared_ptr<ICIMClass>& superclass)
-    : m_home(home), m_name(name), m_superclass(superclass) {}
+    : m_home(home),
+      m_paths(&Require(home.Census())->Paths()),
+      m_name(name),
+      m_superclass(superclass) {}
 
 TInmemClass::~TInmemClass() {
-  ModelClock::SchemaChanged();
-  ModelClock::PathsChanged();
   ReleaseOneByOne(m_subclasses);
   ReleaseOneByOne(m_associations);
 }
@@ -196,8 +197,8 @@ void TInmemClass::EnumerateKeyNames(const boost::function<bool(const std::string
 }
 
 boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() const {
-  const std::uint64_t schema = ModelClock::Schema();
-  if (m_keyDecls && m_keyDeclsSchema == schema) return m_keyDecls;
+  const std::uint64_t qualifiers = ModelClock::Qualifiers();
+  if (m_keyDecls && m_keyDeclsQualifiers == qualifiers) return m_keyDecls;
   const auto self = Self();
   auto keys = boost::make_shared<TPropertyDecls>();
   bool own = true;
@@ -207,7 +208,7 @@ boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KeyDecls() con
   }
   // The answer of a declaration or qualifier of another make may change unseen.
   m_keyDecls = own ? keys : nullptr;
-  m_keyDeclsSchema = schema;
+  m_keyDeclsQualifiers = qualifiers;
   return keys;
 }
 
@@ -221,7 +222,7 @@ boost::shared_ptr<const TInmemClass::TPropertyDecls> TInmemClass::KnownKeys() co
 void TInmemClass::NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropertyDecl* now) {
   if (now && now->GetName(TOptions()) == before.GetName(TOptions())) return;
   m_lostNames = true;
-  ModelClock::PathsChanged();
+  m_paths->Turn();
 }
 
 bool TInmemClass::IsPredictable() const noexcept {
@@ -239,7 +240,6 @@ bool TInmemClass::IsPredictable() const noexcept {
 void TInmemClass::PropertiesChanged() noexcept {
   m_slotDeclarations.reset();
   m_keyDecls.reset();
-  ModelClock::SchemaChanged();
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocatePropertyDecl(const std::string& name,
@@ -313,7 +313,6 @@ void TInmemClass::SetHostMarked(TOptions) { m_hostMark = true; }
 void TInmemClass::AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) {
   const auto self = Self();
   m_qualifiers.AddToClass(qualifier);
-  ModelClock::SchemaChanged();
 }
 
 boost::shared_ptr<ICIMQualifier> TInmemClass::AllocateQualifier(

@@ -24,6 +24,7 @@
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
 #include "havcore/ICIMClass.h"
@@ -35,6 +36,7 @@
 #include "inmem/model/TLinkIndex.h"
 #include "inmem/model/TNamespaceLink.h"
 #include "inmem/model/TQualifierTable.h"
+#include "inmem/values/TPathClock.h"
 #include "inmem/values/TSlotLayout.h"
 
 namespace NORVHAV20 {
@@ -80,9 +82,11 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // How often an instance of this class has come or gone.
   std::uint64_t Moves() const noexcept { return m_instances.Moves(); }
   // Whether keys in paths, and paths in the store, are still spelt as they ever were, and will
-  // be until a path clock moves; and whether IsA then asks nobody of another make. Complexity:
+  // be until the path clock moves; and whether IsA then asks nobody of another make. Complexity:
   // O(n) in the number of properties and superclasses.
   bool IsPredictable() const noexcept;
+  // What the path clock of its namespaces shows.
+  std::uint64_t PathTime() const noexcept { return m_paths->Time(); }
   // The index, when there is one already.
   TLinkIndex* CurrentLinks() const noexcept {
     return m_links && m_links->IsWhole() ? m_links.get() : nullptr;
@@ -224,6 +228,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   boost::shared_ptr<ICIMClass> FindClass(const std::string& name) const;
 
   TNamespaceLink m_home;
+  boost::intrusive_ptr<TPathClock> m_paths;
   std::string m_name;
   boost::weak_ptr<ICIMClass> m_superclass;
   TQualifierTable m_qualifiers;
@@ -231,9 +236,9 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   TMethodTable m_methods;
   // Made when it is first asked for, dropped when the property table changes.
   mutable boost::intrusive_ptr<const TSlotDeclarations> m_slotDeclarations;
-  // The keys, as they are while the schema clock shows this.
+  // The keys, as they are while the model clock shows this and the property table stands.
   mutable boost::shared_ptr<const TPropertyDecls> m_keyDecls;
-  mutable std::uint64_t m_keyDeclsSchema = 0;
+  mutable std::uint64_t m_keyDeclsQualifiers = 0;
   TClassSet m_subclasses;
   TClassSet m_associations;
   // How many classes list this one as a subclass, or more.

@@ -13,7 +13,7 @@
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
 #include "inmem/values/HostServices.h"
-#include "inmem/values/ModelClock.h"
+#include "inmem/values/Prefetch.h"
 
 namespace NORVHAV20 {
 
@@ -106,14 +106,14 @@ boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& p
 
 // The path of an instance of another make or class may be spelt anyhow.
 void TInmemClass::NoteStranger() noexcept {
-  if (!std::exchange(m_hadStrangers, true)) ModelClock::PathsChanged();
+  if (!std::exchange(m_hadStrangers, true)) m_paths->Turn();
 }
 
 void TInmemClass::ClearInstances() noexcept {
   m_links.reset();
   m_linksAsked = false;
   // Before the instances know that they have gone.
-  if (HasInstances()) ModelClock::PathsChanged();
+  m_paths->Turn();
   TInstanceStore released;
   m_instances.Swap(released);
 }
@@ -169,7 +169,14 @@ std::vector<TInmemClass::TVisit> TInmemClass::PlanVisits() {
 void TInmemClass::Visit(const TInstanceStore::TInstances& instances,
                         const TEnumCallback<ICIMInstance>& callback) const {
   const bool processor = IsProcessor();
-  instances.ForEach([&](const boost::shared_ptr<ICIMInstance>& instance) {
+  // In the order of the paths instances stand all over the memory.
+  const auto fetch = [](const ICIMInstance& instance, bool verySoon) {
+    if (!verySoon)
+      Prefetch(&instance, sizeof(TInmemInstance));
+    else if (const auto* own = TInmemInstance::Own(instance))
+      Prefetch(&own->Values());
+  };
+  instances.ForEachFetched(fetch, [&](const boost::shared_ptr<ICIMInstance>& instance) {
     if (!processor || IsRewritten(*instance)) DropExceptions([&] { callback(instance); });
   });
 }

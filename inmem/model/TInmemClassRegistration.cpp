@@ -10,7 +10,6 @@
 #include "inmem/model/Snapshot.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/values/Failure.h"
-#include "inmem/values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -168,7 +167,6 @@ void TInmemClass::Commit(TLinks& links) noexcept {
   LeaveAssociationSets(before);
   m_inNamespace = true;
   if (links.displaced) TakeOver(*links.displaced, links.associations);
-  ModelClock::SchemaChanged();
 }
 
 // The new class stands where the displaced one stood. The displaced one's instances go with
@@ -217,13 +215,11 @@ void TInmemClass::AddSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
   if (subclass.get() == this || (own && own->Reaches(*this))) Throw(kHAVAlreadyDefined);
   m_subclasses.Add(subclass);
   if (own) ++own->m_listings;
-  ModelClock::SchemaChanged();
 }
 
 void TInmemClass::RemoveSubclass(boost::shared_ptr<ICIMClass> subclass, TOptions) {
   auto* own = dynamic_cast<TInmemClass*>(Require(subclass).get());
   if (m_subclasses.Remove(subclass.get()) && own) --own->m_listings;
-  ModelClock::SchemaChanged();
 }
 
 // Whether a walk down the subclass lists comes to `cls`. A list never leads back to where the
@@ -248,18 +244,15 @@ void TInmemClass::AddAssociation(boost::shared_ptr<ICIMClass> association, TOpti
   Require(association);
   Require(m_home.Census());
   m_associations.Add(association);
-  ModelClock::SchemaChanged();
 }
 
 void TInmemClass::RemoveAssociation(boost::shared_ptr<ICIMClass> association, TOptions) {
   if (!m_associations.Remove(Require(association).get())) Throw(kHAVNotFound);
-  ModelClock::SchemaChanged();
 }
 
 void TInmemClass::BreakCircles() noexcept {
   ClearInstances();
   ReleaseOneByOne(m_associations);
-  ModelClock::SchemaChanged();
 }
 
 }  // namespace NORVHAV20

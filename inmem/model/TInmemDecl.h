@@ -32,7 +32,7 @@ class TInmemDecl : public TInterface,
   void AddQualifier(boost::shared_ptr<ICIMQualifier> qualifier, TOptions) override {
     const auto self = this->shared_from_this();
     m_qualifiers.AddToDeclaration(qualifier);
-    ModelClock::SchemaChanged();
+    ModelClock::QualifiersChanged();
   }
 
   boost::shared_ptr<ICIMQualifier> AllocateQualifier(boost::shared_ptr<ICIMQualifierDecl> decl,

@@ -166,8 +166,14 @@ boost::shared_ptr<ICIMElement> TInmemInstance::End(const TInmemInstance& associa
                                                    std::size_t slot, const TCIMValue& value,
                                                    const boost::shared_ptr<ICIMClass>& referenced) {
   const auto* cls = referenced ? association.OwnClass() : nullptr;
+  if (const auto* links = cls ? cls->CurrentLinks() : nullptr)
+    if (auto known = links->KnownEnd(association.Values(), slot)) return known;
+  auto end = Resolve(value);
+  // Whoever was asked may have changed everything.
   auto* links = cls ? cls->CurrentLinks() : nullptr;
-  return links ? links->End(association.Values(), slot, value) : Resolve(value);
+  if (const auto* own = links ? dynamic_cast<const TInmemInstance*>(end.get()) : nullptr)
+    DropExceptions([&] { links->Know(association.Values(), slot, value, *own); });
+  return end;
 }
 
 const TInmemClass* TInmemInstance::OwnClass() const noexcept { return TInmemClass::Own(*m_class); }

@@ -35,7 +35,6 @@ void TInmemPropertyDecl::SetDefaultValue(const TCIMValue& value, TOptions) {
   ReferenceDefaults::Count(m_defaultValue.GetType() == kCIMReference,
                            value.GetType() == kCIMReference);
   m_defaultValue = value;
-  ModelClock::SchemaChanged();
 }
 
 }  // namespace NORVHAV20

@@ -65,7 +65,7 @@ const TCIMValue& TInmemQualifier::GetValue(TOptions) const { return m_value; }
 void TInmemQualifier::SetValue(const TCIMValue& value, TOptions) {
   m_value = value;
   m_propagated = false;
-  ModelClock::SchemaChanged();
+  ModelClock::QualifiersChanged();
 }
 
 void TInmemQualifier::AddFlavor(ICIMQualifierDecl::EFlavor flavor, TOptions) {

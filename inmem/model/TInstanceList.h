@@ -32,6 +32,19 @@ class TInstanceList {
     for (const auto& chunk : m_chunks)
       for (const TItem& item : *chunk) visit(item);
   }
+  // The same for a visitor that is likely to read the instances: `fetch` is called before with
+  // each that comes soon, and then with whether it comes very soon.
+  template <class Fetch, class Visit>
+  void ForEachFetched(Fetch&& fetch, Visit&& visit) const {
+    for (const auto& chunk : m_chunks) {
+      const std::size_t size = chunk->size();
+      for (std::size_t i = 0; i < size; ++i) {
+        if (i + kSoon < size) fetch(*(*chunk)[i + kSoon].instance, false);
+        if (i + kVerySoon < size) fetch(*(*chunk)[i + kVerySoon].instance, true);
+        visit((*chunk)[i].instance);
+      }
+    }
+  }
   std::size_t Size() const noexcept { return m_size; }
 
   // Appends an item that comes after all others.
@@ -52,6 +65,8 @@ class TInstanceList {
 
  private:
   static constexpr std::size_t kChunkSize = 256;
+  static constexpr std::size_t kSoon = 8;
+  static constexpr std::size_t kVerySoon = 4;
   using TChunk = std::vector<TItem>;
 
   struct TPlace {

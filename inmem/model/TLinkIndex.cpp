@@ -16,7 +16,6 @@
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
 #include "inmem/values/HostServices.h"
-#include "inmem/values/ModelClock.h"
 #include "inmem/values/ReferenceDefaults.h"
 
 namespace NORVHAV20 {
@@ -326,45 +325,49 @@ std::uint32_t TLinkIndex::LinkOf(const TSlotTable& values, std::size_t slot) con
   return link;
 }
 
-boost::shared_ptr<TInmemInstance> TLinkIndex::KnownEnd(std::uint32_t link) const noexcept {
-  const TTarget& target = m_targets[m_links[link].target];
-  if (m_links[link].known != target.known || target.paths != ModelClock::Paths()) return {};
-  auto end = target.guard.lock();
-  return end && end->Standing() == target.standing ? end : nullptr;
+boost::shared_ptr<TInmemInstance> TLinkIndex::KnownEnd(const TSlotTable& values,
+                                                       std::size_t slot) const noexcept {
+  const std::uint32_t link = LinkOf(values, slot);
+  return link == kNone ? nullptr : KnownEnd(link);
 }
 
-// The paths clock is that of the time before the link was resolved.
-void TLinkIndex::Know(std::uint32_t id, const TInmemInstance& end, std::uint64_t paths) {
+boost::shared_ptr<TInmemInstance> TLinkIndex::KnownEnd(std::uint32_t link) const noexcept {
+  const TTarget& target = m_targets[m_links[link].target];
+  if (m_links[link].known != target.known) return {};
+  auto end = target.guard.lock();
+  return end && target.Is(*end) ? end : nullptr;
+}
+
+bool TLinkIndex::TTarget::Is(const TInmemInstance& instance) const noexcept {
+  return end == &instance && standing == instance.Standing() &&
+         paths == instance.OwnClass()->PathTime();
+}
+
+void TLinkIndex::Know(const TSlotTable& values, std::size_t slot, const TCIMValue& value,
+                      const TInmemInstance& end) {
+  const std::uint32_t link = LinkOf(values, slot);
+  const TCIMValue* current = values.Assigned(slot);
+  if (link != kNone && current && *current == value) Know(link, end);
+}
+
+void TLinkIndex::Know(std::uint32_t id, const TInmemInstance& end) {
   TLink& link = m_links[id];
   const auto* cls = end.OwnClass();
-  if (!cls || !cls->IsPredictable() || end.Standing() == TInmemInstance::kNotStanding) return;
+  if (!IsByPath(link.target) || !cls || !cls->IsPredictable()) return;
+  if (end.Standing() == TInmemInstance::kNotStanding) return;
   const auto& association =
       static_cast<const TInmemInstance&>(*TInstanceStore::InstanceOf(*EntryOf(id)));
   if (association.Values().Assigned(link.slot)->GetReferencedClass().get() != cls) return;
   TTarget& target = m_targets[link.target];
-  const bool same =
-      target.end == &end && target.standing == end.Standing() && target.paths == paths;
-  if (!same) {
+  if (!target.Is(end)) {
     if (target.known == kNone) return;
     target.guard = boost::const_pointer_cast<TInmemInstance>(end.shared_from_this());
     target.end = &end;
     target.standing = end.Standing();
-    target.paths = paths;
+    target.paths = cls->PathTime();
     ++target.known;
   }
   link.known = target.known;
-}
-
-// What a path tells is resolved by nobody but ourselves, so the index is still there afterwards.
-boost::shared_ptr<ICIMElement> TLinkIndex::End(const TSlotTable& values, std::size_t slot,
-                                               const TCIMValue& value) {
-  const std::uint32_t link = LinkOf(values, slot);
-  if (link == kNone || !IsByPath(m_links[link].target)) return Resolve(value);
-  if (auto known = KnownEnd(link)) return known;
-  const std::uint64_t paths = ModelClock::Paths();
-  auto end = Resolve(value);
-  if (const auto* own = dynamic_cast<const TInmemInstance*>(end.get())) Know(link, *own, paths);
-  return end;
 }
 
 bool TLinkIndex::IsByPath(std::uint32_t target) const noexcept {

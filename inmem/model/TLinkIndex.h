@@ -57,10 +57,14 @@ class TLinkIndex final : public IReferenceWatcher {
   // declaration has turned into one of references.
   bool IsWhole() const noexcept;
 
-  // Returns what the reference in a slot of an association leads to, which is its value. What it
-  // was found to lead to before is not resolved again. Throws as Resolve does.
-  boost::shared_ptr<ICIMElement> End(const TSlotTable& values, std::size_t slot,
-                                     const TCIMValue& value);
+  // Returns the instance that the reference in a slot is known to lead to, empty when it has to
+  // be resolved.
+  boost::shared_ptr<TInmemInstance> KnownEnd(const TSlotTable& values,
+                                             std::size_t slot) const noexcept;
+  // Keeps what the reference in a slot has been found to lead to, if that can be kept, and if
+  // the slot still has that value.
+  void Know(const TSlotTable& values, std::size_t slot, const TCIMValue& value,
+            const TInmemInstance& end);
 
   // For the store: what is about to change, has come, is about to go.
   void BeforeChange() noexcept;
@@ -105,6 +109,9 @@ class TLinkIndex final : public IReferenceWatcher {
     std::uint32_t known = 0;
     std::uint16_t standing = 0;
     std::vector<std::uint32_t> links;
+
+    // Whether `end` is this instance, and it stands.
+    bool Is(const TInmemInstance& instance) const noexcept;
   };
   struct TDefault {
     const TInmemPropertyDecl* decl;
@@ -123,8 +130,8 @@ class TLinkIndex final : public IReferenceWatcher {
   // Returns the instance that a link is known to lead to, empty when it has to be resolved. The
   // class that the reference names is then that of the instance.
   boost::shared_ptr<TInmemInstance> KnownEnd(std::uint32_t link) const noexcept;
-  // Keeps that a link by path leads to `end`, if that can be kept.
-  void Know(std::uint32_t link, const TInmemInstance& end, std::uint64_t paths);
+  // Keeps that a link leads to `end`, if that can be kept.
+  void Know(std::uint32_t link, const TInmemInstance& end);
   std::uint64_t HashOfRecord(std::uint32_t record) const noexcept;
   void Enter(const TEntry& entry);
   void LinkAll(std::uint32_t record);
@@ -214,7 +221,6 @@ class TLinkIndex::TWalk {
   const TInmemInstance& m_target;
   std::uint64_t m_moves;
   std::uint64_t m_defaults;
-  std::uint64_t m_paths;
   std::vector<TCandidate> m_candidates;
   boost::shared_ptr<const TInstanceStore::TInstances> m_kept;
 };

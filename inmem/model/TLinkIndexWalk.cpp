@@ -8,7 +8,6 @@
 #include "inmem/model/TInmemInstance.h"
 #include "inmem/model/TLinkIndex.h"
 #include "inmem/values/Failure.h"
-#include "inmem/values/ModelClock.h"
 #include "inmem/values/Prefetch.h"
 #include "inmem/values/ReferenceDefaults.h"
 
@@ -18,8 +17,7 @@ TLinkIndex::TWalk::TWalk(TLinkIndex& index, const TInmemInstance& target)
     : m_index(&index),
       m_target(target),
       m_moves(target.Moves()),
-      m_defaults(ReferenceDefaults::Changed()),
-      m_paths(ModelClock::Paths()) {
+      m_defaults(ReferenceDefaults::Changed()) {
   const TEntry* entry = target.StoreEntry();
   const std::string_view path = entry ? TInstanceStore::PathOf(*entry) : std::string_view();
   int sources = Take(kAny);
@@ -60,7 +58,7 @@ void TLinkIndex::TWalk::FetchEnds() const noexcept {
     for (std::uint32_t link = m_index->FirstLinkOf(candidate.link); link != kNone;
          link = m_index->m_links[link].next)
       if (link != candidate.link)
-        PrefetchObject(m_index->m_targets[m_index->m_links[link].target].end);
+        Prefetch(m_index->m_targets[m_index->m_links[link].target].end, sizeof(TInmemInstance));
   }
 }
 
@@ -71,13 +69,12 @@ bool TLinkIndex::TWalk::IsKnown(const TCandidate& candidate) const noexcept {
 bool TLinkIndex::TWalk::IsKnown(std::uint32_t id) const noexcept {
   const TLink& link = m_index->m_links[id];
   const TTarget& target = m_index->m_targets[link.target];
-  return link.known == target.known && target.end == &m_target &&
-         target.standing == m_target.Standing() && target.paths == ModelClock::Paths();
+  return link.known == target.known && target.Is(m_target);
 }
 
 void TLinkIndex::TWalk::Found(const TCandidate& candidate) noexcept {
-  if (candidate.link == kNone || !IsCurrent() || m_paths != ModelClock::Paths()) return;
-  DropExceptions([&] { m_index->Know(candidate.link, m_target, m_paths); });
+  if (candidate.link == kNone || !IsCurrent()) return;
+  DropExceptions([&] { m_index->Know(candidate.link, m_target); });
 }
 
 bool TLinkIndex::TWalk::IsCurrent() const noexcept {

@@ -12,7 +12,6 @@
 #include "inmem/provider/TInmemNamespaceProvider.h"
 #include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
-#include "inmem/values/ModelClock.h"
 
 namespace NORVHAV20 {
 
@@ -61,7 +60,8 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   m_lastFound = copy.m_lastFound = nullptr;
   m_root.swap(copy.m_root);
   m_redefinitionAllowed = copy.m_redefinitionAllowed;
-  ModelClock::PathsChanged();
+  m_census->Paths().Turn();
+  copy.m_census->Paths().Turn();
   // Each takes the other's place in what it shares; the copy then leaves in this one's stead.
   if (m_census != copy.m_census) {
     m_census->Replace(*this, copy);
@@ -75,8 +75,7 @@ ICIMNamespace& TInmemNamespace::operator=(ICIMNamespace&) { return *this; }
 
 TInmemNamespace::~TInmemNamespace() {
   m_census->Leave(*this);
-  ModelClock::SchemaChanged();
-  ModelClock::PathsChanged();
+  m_census->Paths().Turn();
 }
 
 void TInmemNamespace::Initialize() {
@@ -193,7 +192,7 @@ INamespaceRegistry::TAdmission TInmemNamespace::AdmitClass(
 void TInmemNamespace::AddClass(boost::shared_ptr<TInmemClass> cls) {
   std::string key = NormalizeCimName(cls->GetName(TOptions()));
   auto& place = m_classes[std::move(key)];
-  if (place && place != cls) ModelClock::PathsChanged();
+  if (place && place != cls) m_census->Paths().Turn();
   place = std::move(cls);
 }
 

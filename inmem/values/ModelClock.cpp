@@ -2,7 +2,6 @@
 
 namespace NORVHAV20 {
 
-std::atomic<std::uint64_t> ModelClock::s_schema{0};
-std::atomic<std::uint64_t> ModelClock::s_paths{0};
+std::atomic<std::uint64_t> ModelClock::s_qualifiers{0};
 
 }  // namespace NORVHAV20

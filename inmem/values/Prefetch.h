@@ -2,6 +2,8 @@
 // on their way at once. It changes nothing else, also where the address is no good.
 #pragma once
 
+#include <cstddef>
+
 namespace NORVHAV20 {
 
 inline void Prefetch(const void* address) noexcept {
@@ -13,10 +15,9 @@ inline void Prefetch(const void* address) noexcept {
 }
 
 // All of an object that is not large.
-template <class T>
-void PrefetchObject(const T* object) noexcept {
+inline void Prefetch(const void* object, std::size_t size) noexcept {
   Prefetch(object);
-  Prefetch(reinterpret_cast<const char*>(object) + sizeof(T) - 1);
+  Prefetch(static_cast<const char*>(object) + size - 1);
 }
 
 }  // namespace NORVHAV20
