@@ -583,6 +583,72 @@ TEST(TLinkIndex, LinksIntoAnotherNamespaceEndWhenThatIsCleared) {
   EXPECT_EQ(ask(there), Names());
 }
 
+std::vector<InstancePtr> OthersOf(const InstancePtr& instance) {
+  return Found([&](const auto& onFound) { Associators(instance, {"", "Node", "", ""}, onFound); });
+}
+
+// Often enough that what the links lead to is known.
+void GetToKnow(const InstancePtr& instance) {
+  for (int time = 0; time < 4; ++time) OthersOf(instance);
+}
+
+TEST(TLinkIndex, AnEndThatLeftItsPlaceIsLookedForAgain) {
+  SmallModel model;
+  GetToKnow(model.a);
+  EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>{model.b});
+  model.b->Delete({});
+  EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>());
+  model.b->AddToNamespace({});
+  GetToKnow(model.a);
+  EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>{model.b});
+  model.b->SetPropertyValue("Name", TCIMValue("elsewhere"), {});
+  model.b->AddToNamespace({});
+  EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>());
+  const auto other = model.repository.Instance(model.node, {{"Name", TCIMValue("b")}});
+  GetToKnow(model.a);
+  EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>{other});
+  EXPECT_EQ(SmallModel::ReferencesTo(other).size(), 1u);
+  EXPECT_EQ(SmallModel::ReferencesTo(model.b).size(), 0u);
+}
+
+// One that nobody holds any more may give its memory to the next that is made.
+TEST(TLinkIndex, AnotherInstanceInTheMemoryOfAnEndIsNotTakenForIt) {
+  SmallModel model;
+  for (int time = 0; time < 20; ++time) {
+    GetToKnow(model.a);
+    model.b->Delete({});
+    model.b.reset();
+    const auto next = model.repository.Instance(model.node, {{"Name", TCIMValue("next")}});
+    EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>());
+    next->Delete({});
+    model.b = model.repository.Instance(model.node, {{"Name", TCIMValue("b")}});
+    EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>{model.b});
+  }
+}
+
+TEST(TLinkIndex, AnEndThatTheCallbackDeletesIsNotReported) {
+  SmallModel model;
+  const auto c = model.repository.Instance(model.node, {{"Name", TCIMValue("c")}});
+  model.repository.Link(model.link, "From", model.a, "To", c);
+  GetToKnow(model.a);
+  EXPECT_EQ(OthersOf(model.a), (std::vector<InstancePtr>{model.b, c}));
+  std::vector<InstancePtr> found;
+  Associators(model.a, {"", "Node", "", ""}, [&](const InstancePtr& other) {
+    found.push_back(other);
+    if (other == model.b) c->Delete({});
+  });
+  EXPECT_EQ(found, std::vector<InstancePtr>{model.b});
+}
+
+TEST(TLinkIndex, AnAssociationOfAnInstanceWithItselfHasItAtTheOtherEnd) {
+  SmallModel model;
+  model.joined->Delete({});
+  model.repository.Link(model.link, "From", model.a, "To", model.a);
+  GetToKnow(model.a);
+  EXPECT_EQ(OthersOf(model.a), std::vector<InstancePtr>{model.a});
+  EXPECT_EQ(SmallModel::ReferencesTo(model.a).size(), 1u);
+}
+
 // A host's namespace that calls an instance what it likes.
 class AliasNamespace : public UnreliableNamespace {
  public:
