@@ -53,5 +53,12 @@ TEST(Oracle, NotesNoTraceOfAnOperationThatLackedMemoryFromThenOn) {
   EXPECT_GT(FailedAllocations(), before);
 }
 
+TEST(Oracle, NotesNoTraceOfAnOperationWhoseLineTheLogRefused) {
+  const auto before = FailedLogLines();
+  ExpectSameAnswers(250, 200, EMemory::kLogThrows);
+  std::cout << FailedLogLines() - before << " lines of the log refused\n";
+  EXPECT_GT(FailedLogLines(), before);
+}
+
 }  // namespace
 }  // namespace havtest::oracle

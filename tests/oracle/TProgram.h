@@ -80,8 +80,9 @@ struct TDifference {
 
 // What is done to the plug-in's side: nothing; or each operation is tried with its first
 // allocation failing, its second and so on, until it gets through; the failure is one, or all
-// allocations fail from then on. What was tried in vain must have changed nothing.
-enum class EMemory { kEnough, kFailsOnce, kFailsFromThenOn };
+// allocations fail from then on. Or there is memory enough, and the log throws at its first line,
+// its second and so on. What was tried in vain must have changed nothing.
+enum class EMemory { kEnough, kFailsOnce, kFailsFromThenOn, kLogThrows };
 
 // Runs the program on both sides. `trace` gets a line for each operation when it is there.
 TDifference Compare(const TProgram& program, EMemory memory = EMemory::kEnough,
@@ -94,7 +95,8 @@ TProgram Minimal(TProgram program, EMemory memory);
 // answers.
 std::string Explain(const TProgram& program, EMemory memory);
 
-// How many allocations have been made to fail so far.
+// How many allocations, and lines of the log, have been made to fail so far.
 std::size_t FailedAllocations();
+std::size_t FailedLogLines();
 
 }  // namespace havtest::oracle

@@ -6,6 +6,7 @@ namespace havtest::oracle {
 namespace {
 
 std::size_t g_failedAllocations = 0;
+std::size_t g_failedLogLines = 0;
 
 }  // namespace
 
@@ -52,28 +53,39 @@ std::string TRun::Answer(const TAction& action) {
   }
 }
 
+std::string TRun::AnswerWithFailure(std::size_t allowed) {
+  if (m_memory == EMemory::kLogThrows) {
+    m_log.FailAfter(allowed);
+    return Answer(m_onPlugin);
+  }
+  const FailingAllocation failure(allowed, m_memory == EMemory::kFailsOnce
+                                               ? FailingAllocation::kOnce
+                                               : FailingAllocation::kFromThenOn);
+  std::string answer = Answer(m_onPlugin);
+  return answer;
+}
+
 std::string TRun::AnswerInTheEnd() {
+  const std::size_t made[] = {m_qualifierDecls.size(), m_qualifiers.size(), m_decls.size(),
+                              m_methods.size(),        m_instances.size(),  m_slots.size()};
   for (std::size_t allowed = 0;; ++allowed) {
-    const std::size_t made[] = {m_qualifierDecls.size(), m_qualifiers.size(), m_decls.size(),
-                                m_methods.size(),        m_instances.size(),  m_slots.size()};
-    const FailingAllocation failure(allowed, m_memory == EMemory::kFailsOnce
-                                                 ? FailingAllocation::kOnce
-                                                 : FailingAllocation::kFromThenOn);
     try {
-      std::string answer = Answer(m_onPlugin);
+      std::string answer = AnswerWithFailure(allowed);
+      m_log.FailNever();
       return answer;
     } catch (const std::bad_alloc&) {
-      const UnfailingAllocations unfailing;
       ++g_failedAllocations;
-      m_log.Take();
-      m_newClass.reset();
-      m_qualifierDecls.resize(made[0]);
-      m_qualifiers.resize(made[1]);
-      m_decls.resize(made[2]);
-      m_methods.resize(made[3]);
-      m_instances.resize(made[4]);
-      m_slots.resize(made[5]);
+    } catch (const TLogFailure&) {
+      ++g_failedLogLines;
     }
+    m_log.Take();
+    m_newClass.reset();
+    m_qualifierDecls.resize(made[0]);
+    m_qualifiers.resize(made[1]);
+    m_decls.resize(made[2]);
+    m_methods.resize(made[3]);
+    m_instances.resize(made[4]);
+    m_slots.resize(made[5]);
   }
 }
 
@@ -203,6 +215,7 @@ void TRun::Dispatch(EOp op) {
 }
 
 std::size_t FailedAllocations() { return g_failedAllocations; }
+std::size_t FailedLogLines() { return g_failedLogLines; }
 
 TDifference Compare(const TProgram& program, EMemory memory, std::vector<std::string>* trace) {
   TRun run(memory);
