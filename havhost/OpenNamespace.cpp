@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <system_error>
 #include <vector>
 
 #include "havcore/client/Enumerate.h"
 #include "havcore/client/Utf8.h"
 #include "havhost/Paths.h"
+#include "havhost/ReadText.h"
 #include "havhost/THostError.h"
 #include "havhost/TProgressLine.h"
 #include "havhost/report/Text.h"
@@ -50,7 +50,12 @@ class TMofSource : public TMofFolderSource {
   bool Read(const std::string& identity, std::string& text) override {
     if (identity != kStandardInput) return TMofFolderSource::Read(identity, text);
     // It can be read once only.
-    if (m_in != nullptr && !m_isRead) m_text.assign(std::istreambuf_iterator<char>(*m_in), {});
+    try {
+      if (m_in != nullptr && !m_isRead) m_text = ReadText(*m_in, "it");
+    } catch (const THostError& failure) {
+      text = failure.what();
+      return false;
+    }
     m_isRead = true;
     text = m_text;
     return true;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "inventory/Text.h"
 
@@ -65,21 +66,42 @@ std::vector<TStructure> Structures(std::string_view table) {
   return structures;
 }
 
-// In megabytes, or with the highest bit in kilobytes; larger ones in a field of their own.
+// In megabytes, or with the highest bit in kilobytes; larger ones in a field of their own. No
+// module that is there has none: 0 is not known.
 std::optional<std::uint64_t> SizeOf(const TStructure& device) {
   constexpr std::uint32_t kUnknown = 0xFFFF, kExtended = 0x7FFF, kKilobytes = 0x8000;
   constexpr std::uint64_t kKilo = 1024;
   const auto size = device.Number(0x0C, 2);
   if (!size || *size == kUnknown) return std::nullopt;
-  if (*size == kExtended) return Times(device.Number(0x1C, 4), kKilo * kKilo);
-  if ((*size & kKilobytes) != 0) return (*size & ~kKilobytes) * kKilo;
-  return *size * kKilo * kKilo;
+  const bool isInKilobytes = *size != kExtended && (*size & kKilobytes) != 0;
+  const auto number = *size == kExtended ? device.Number(0x1C, 4).value_or(0) : *size & ~kKilobytes;
+  if (number == 0) return std::nullopt;
+  return number * (isInKilobytes ? kKilo : kKilo * kKilo);
 }
 
 std::optional<std::uint32_t> SpeedOf(const TStructure& device, std::size_t at) {
   const auto speed = device.Number(at, 2);
   return speed && *speed != 0 && *speed != 0xFFFF ? speed : std::nullopt;
 }
+
+// Names that modules do not have in common.
+class TNames {
+ public:
+  std::string Take(const TMemoryModule& module) {
+    auto name = module.locator;
+    // Boards with several processors like to call the sockets of each the same.
+    if (m_taken.count(name) != 0 && module.bank) name += ", " + *module.bank;
+    int& number = m_numbers[name];
+    for (;;) {
+      auto numbered = ++number == 1 ? name : name + " " + std::to_string(number);
+      if (m_taken.insert(numbered).second) return numbered;
+    }
+  }
+
+ private:
+  std::set<std::string> m_taken;
+  std::map<std::string, int> m_numbers;  // the one that a name was given last
+};
 
 }  // namespace
 
@@ -97,12 +119,9 @@ std::vector<TMemoryModule> MemoryModules(std::string_view table) {
 }
 
 void AddMemoryModules(const std::vector<TMemoryModule>& modules, TCollection& collection) {
-  std::map<std::string, int> names;
+  TNames names;
   for (const auto& module : modules) {
-    auto name = module.locator;
-    // Boards with several processors like to call the sockets of each the same.
-    if (names.count(name) != 0 && module.bank) name += ", " + *module.bank;
-    if (const int number = ++names[name]; number > 1) name += " " + std::to_string(number);
+    const auto name = names.Take(module);
     const std::string id = "module:" + name;
     collection.Add(id, "ORVSG_MemoryModule", name)
         .Describe(module.partNumber)

@@ -1,6 +1,4 @@
 // havhost diff: two snapshots, and what is different between them.
-#include <fstream>
-#include <iterator>
 #include <memory>
 
 #include "havcore/client/TPluginLoader.h"
@@ -8,6 +6,7 @@
 #include "havhost/CommandLine.h"
 #include "havhost/OpenNamespace.h"
 #include "havhost/Paths.h"
+#include "havhost/ReadText.h"
 #include "havhost/THostError.h"
 #include "havhost/THostLogger.h"
 #include "havhost/report/TSnapshot.h"
@@ -19,13 +18,6 @@ using namespace hav::client;
 
 namespace {
 
-std::string ReadAll(const std::string& name) {
-  std::ifstream file(PathOf(name), std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) throw THostError("cannot read " + name);
-  return text;
-}
-
 // MOF cannot begin with a brace.
 bool IsJson(const std::string& text) {
   const auto first = text.find_first_not_of(" \t\r\n");
@@ -33,7 +25,7 @@ bool IsJson(const std::string& text) {
 }
 
 TSnapshot ReadSnapshot(const std::string& name, TSettings settings, const TConsole& console) {
-  const auto text = ReadAll(name);
+  const auto text = ReadTextFile(name);
   if (IsJson(text)) return TSnapshot::Parse(text, name);
   settings.mofFiles = {name};
   THostLogger logger(console.err, settings.verbose);

@@ -1,5 +1,7 @@
 #include "havhost/report/TSnapshot.h"
 
+#include <algorithm>
+
 #include "havcore/client/Enumerate.h"
 #include "havhost/THostError.h"
 
@@ -37,6 +39,41 @@ std::vector<TPropertyChange> Changes(const TJson& before, const TJson& after) {
   return changes;
 }
 
+constexpr char kNoSnapshot[] = ": no instances in it that havhost wrote as JSON: ";
+
+// What is nested without end would be copied and compared by recursion without end.
+TJson ParseJson(const std::string& text, const std::string& name) {
+  constexpr int kDeepest = 10;
+  return TJson::parse(text, [&](int depth, TJson::parse_event_t, const TJson&) {
+    if (depth > kDeepest) throw THostError(name + kNoSnapshot + "it is nested too deeply");
+    return true;
+  });
+}
+
+bool IsScalar(const TJson& value) { return !value.is_array() && !value.is_object(); }
+
+// A value or a display text: one, or a list.
+bool IsValue(const TJson& value) {
+  return IsScalar(value) || (value.is_array() && std::all_of(value.begin(), value.end(), IsScalar));
+}
+
+bool IsProperty(const TJson& property) {
+  const auto has = [&](const char* name) {
+    const auto found = property.find(name);
+    return found != property.end() && IsValue(*found);
+  };
+  return has("value") && has("display");
+}
+
+// Throws THostError for properties that no ToJson has written.
+void CheckProperties(const TJson& instance, const std::string& name) {
+  const auto& properties = instance.at("properties");
+  if (properties.is_object() && std::all_of(properties.begin(), properties.end(), IsProperty))
+    return;
+  throw THostError(name + kNoSnapshot + "the properties of " +
+                   instance.at("path").get<std::string>() + " are none");
+}
+
 }  // namespace
 
 TSnapshot TSnapshot::Of(ICIMNamespace& target) {
@@ -50,15 +87,21 @@ TSnapshot TSnapshot::Of(ICIMNamespace& target) {
 
 TSnapshot TSnapshot::Parse(const std::string& text, const std::string& name) {
   TSnapshot snapshot;
-  try {
-    const auto document = TJson::parse(text);
-    if (document.value("version", 0) != kJsonVersion)
-      throw THostError(name + ": the document's version is not " + std::to_string(kJsonVersion));
-    for (const auto& instance : document.at("instances")) snapshot.Add(instance);
-    for (const auto& instance : document.value("associations", TJson::array()))
+  const auto addAll = [&](const TJson& instances) {
+    for (const auto& instance : instances) {
+      CheckProperties(instance, name);
       snapshot.Add(instance);
+    }
+  };
+  try {
+    const auto document = ParseJson(text, name);
+    if (!document.is_object() || !document.contains("version") ||
+        document.at("version") != kJsonVersion)
+      throw THostError(name + ": the document's version is not " + std::to_string(kJsonVersion));
+    addAll(document.at("instances"));
+    if (document.contains("associations")) addAll(document.at("associations"));
   } catch (const TJson::exception& failure) {
-    throw THostError(name + ": no instances in it that havhost wrote as JSON: " + failure.what());
+    throw THostError(name + kNoSnapshot + failure.what());
   }
   return snapshot;
 }

@@ -141,6 +141,8 @@ std::vector<std::string> ReadLines(const std::string& file) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
     lines.push_back(line);
   }
+  // The lines that are written again must be all of them.
+  if (stream.bad()) throw THostError("cannot read the user file '" + file + "'");
   return lines;
 }
 

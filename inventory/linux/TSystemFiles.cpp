@@ -11,6 +11,8 @@
 #include <memory>
 #include <system_error>
 
+#include "inventory/linux/ReadWhole.h"
+
 namespace hav::inventory {
 namespace {
 
@@ -44,19 +46,6 @@ bool MeansNoAnswer(int error) {
   return std::find(kNoAnswer.begin(), kNoAnswer.end(), error) != kNoAnswer.end();
 }
 
-// Reads to the end or to just beyond the limit. Returns the error, or 0.
-int ReadAll(int descriptor, std::string& text) {
-  std::array<char, 16384> buffer;
-  while (text.size() <= kMaximumSize) {
-    const auto count = ::read(descriptor, buffer.data(), buffer.size());
-    if (count == 0) return 0;
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return errno;
-    text.append(buffer.data(), static_cast<std::size_t>(count));
-  }
-  return EFBIG;
-}
-
 }  // namespace
 
 TSystemFiles::TSystemFiles(const TMachine& machine, TCollection& collection)
@@ -85,7 +74,9 @@ std::optional<std::string> TSystemFiles::Text(const std::string& path) {
     return std::nullopt;
   }
   std::string text;
-  const int error = ReadAll(file.Number(), text);
+  const int error =
+      ReadWhole([&](char* buffer, std::size_t size) { return ::read(file.Number(), buffer, size); },
+                kMaximumSize, text);
   if (error == 0) return text;
   if (error == EFBIG)
     Fail(path, "is larger than 4 MiB");

@@ -69,6 +69,14 @@ TEST(Smbios, SizesAreInMegabytesOrKilobytes) {
   EXPECT_EQ(size(0xFFFF), std::nullopt);
 }
 
+TEST(Smbios, ASizeOfNothingIsNotKnown) {
+  for (const std::uint16_t none : {std::uint16_t{0x8000}, std::uint16_t{0x7FFF}}) {
+    const auto modules = MemoryModules(Structure(17, ModuleFields(none), kTexts));
+    ASSERT_EQ(modules.size(), 1U);
+    EXPECT_EQ(modules[0].size, std::nullopt);
+  }
+}
+
 TEST(Smbios, EmptySocketsAreNoModules) {
   EXPECT_EQ(MemoryModules(Structure(17, ModuleFields(0), kTexts)).size(), 0U);
 }
@@ -79,6 +87,15 @@ TEST(Smbios, ModulesOfOneLocatorKeepApart) {
   };
   EXPECT_EQ(Names(Collected(module("P0") + module("P1") + module("P1")), "ORVSG_MemoryModule"),
             (Texts{"DIMM 0", "DIMM 0, P1", "DIMM 0, P1 2"}));
+}
+
+TEST(Smbios, ModulesKeepApartFromOnesThatAreNamedLikeThem) {
+  const auto module = [](const char* locator) {
+    return Structure(17, ModuleFields(1024), {locator});
+  };
+  EXPECT_EQ(Names(Collected(module("A") + module("A") + module("A 2") + module("A")),
+                  "ORVSG_MemoryModule"),
+            (Texts{"A", "A 2", "A 2 2", "A 3"}));
 }
 
 TEST(Smbios, WhatMakersDidNotFillInIsNotKnown) {
