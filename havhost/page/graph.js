@@ -2,7 +2,8 @@
 const kMostNodes = 200;
 const kMostOfAClass = 12;
 const kMostNames = 60;
-const kPalette = 10;
+const kNameSize = 12;  // pixels
+const kPalette = 12;
 
 const graph = {
   element: null,
@@ -72,8 +73,10 @@ function layOut(nodes, lines) {
 
 const shortened = (text) => text.length > 26 ? text.slice(0, 25) + '…' : text;
 
+// Where there are more classes than colours, the points of the further ones are hollow.
 function colourOf(cls) {
-  return 'colour-' + graph.colours.get(cls) % kPalette;
+  const at = graph.colours.get(cls);
+  return `colour-${at % kPalette}${at < kPalette ? '' : '.hollow'}`;
 }
 
 function drawNode(node) {
@@ -81,7 +84,7 @@ function drawNode(node) {
   node.radius = Math.min(18, 6 + Math.sqrt(instance.links.length) * 1.8);
   const element = document.createElementNS('http://www.w3.org/2000/svg', 'a');
   element.setAttribute('href', objectLink(instance));
-  element.setAttribute('class', 'node ' + colourOf(instance.cls));
+  element.setAttribute('class', 'node ' + colourOf(instance.cls).replace('.', ' '));
   element.setAttribute('tabindex', '-1');
   element.setAttribute('aria-label', `${instance.cls.label} ${instance.title}`);
   append(element, [h('circle', {r: node.radius}),
@@ -164,7 +167,7 @@ const middle = (values) => (Math.max(...values) + Math.min(...values)) / 2;
 // Brings the picture nearer to the shape of its frame.
 function stretch(nodes, {width, height}) {
   const shape = (span(nodes.map(({x}) => x)) + 1) / (span(nodes.map(({y}) => y)) + 1);
-  const factor = Math.min(1.6, Math.max(0.7, Math.sqrt(width / height / shape)));
+  const factor = Math.min(1.8, Math.max(0.5, Math.sqrt(width / height / shape)));
   for (const node of nodes) {
     node.x *= factor;
     node.y /= factor;
@@ -173,7 +176,7 @@ function stretch(nodes, {width, height}) {
 
 // Pushes apart what covers another's name; `size` is that of the names.
 function makeRoom(nodes, size) {
-  const half = (node) => Math.max(node.radius, shortened(node.instance.title).length * size * 0.29) + 3;
+  const half = (node) => Math.max(node.radius, halfName(node, size)) + 3;
   for (let round = 0, moved = true; round < 80 && moved; ++round) {
     moved = false;
     for (const [at, a] of nodes.entries())
@@ -191,25 +194,40 @@ function makeRoom(nodes, size) {
   }
 }
 
+const halfName = (node, size) => shortened(node.instance.title).length * size * 0.29;
+
 // What one unit of the layout is on the screen when all is shown, with room for the names.
 function scaleOf(nodes, {width, height}) {
-  const wide = span(nodes.map(({x}) => x)) + 160;
-  const high = span(nodes.map(({y}) => y)) + 80;
-  return Math.min(width / wide, height / high, 1.3);
+  const room = Math.min(width / 5, 2 * Math.max(...nodes.map((node) => halfName(node, kNameSize))));
+  return Math.min((width - room - 10) / (span(nodes.map(({x}) => x)) + 1),
+    (height - 120) / (span(nodes.map(({y}) => y)) + 1), 1.8);
 }
 
-// Shows the whole picture. Names keep their size however much is shown; where they would cover
-// each other, only the names of what is pointed at are.
+// Names the objects, those with most links first, unless the name would cover another or a point, or
+// leave the frame: then it is shown when its object is pointed at.
+function chooseNames(nodes, scale, left, right) {
+  const taken = nodes.map((node) => ({x: node.x * scale, y: node.y * scale, half: 2, node}));
+  for (const node of [...nodes].sort((a, b) => b.radius - a.radius)) {
+    const [x, y, half] = [node.x * scale, node.y * scale + node.radius + 10, halfName(node, kNameSize)];
+    const isFree = x - half > left && x + half < right && taken.every((other) => other.node === node ||
+      Math.abs(other.y - y) > 13 || Math.abs(other.x - x) > other.half + half);
+    node.element.classList.toggle('unnamed', !isFree);
+    if (isFree) taken.push({x, y, half});
+  }
+}
+
+// Shows the whole picture, above the buttons. Names keep their size however much is shown.
 function fitView({svg, nodes}) {
   const frame = svg.getBoundingClientRect();
   const scale = scaleOf(nodes, frame);
   const [wide, high] = [frame.width / scale, frame.height / scale];
-  svg.setAttribute('viewBox', [middle(nodes.map(({x}) => x)) - wide / 2,
-    middle(nodes.map(({y}) => y)) + 6 - high / 2, wide, high].map((x) => x.toFixed(1)).join(' '));
-  svg.style.setProperty('--name-size', 12 / scale + 'px');
-  svg.classList.toggle('sparse', nodes.length > kMostNames || scale < 0.6);
+  const left = middle(nodes.map(({x}) => x)) - wide / 2;
+  svg.setAttribute('viewBox', [left, middle(nodes.map(({y}) => y)) + 26 / scale - high / 2, wide, high]
+    .map((x) => x.toFixed(1)).join(' '));
+  svg.style.setProperty('--name-size', kNameSize / scale + 'px');
+  chooseNames(nodes, scale, left * scale, (left + wide) * scale);
   for (const {element, radius} of nodes) {
-    const shown = radius * Math.max(1, 0.7 / scale);
+    const shown = radius * Math.min(Math.max(1, 0.7 / scale), Math.max(0.8, 1.2 / scale));
     element.querySelector('circle').setAttribute('r', shown.toFixed(1));
     element.querySelector('text').setAttribute('y', (shown + 13 / scale).toFixed(1));
   }
@@ -220,7 +238,7 @@ function settle(picture) {
   const frame = picture.svg.getBoundingClientRect();
   stretch(picture.nodes, frame);
   if (picture.nodes.length <= kMostNames)
-    makeRoom(picture.nodes, 12 / Math.max(0.6, scaleOf(picture.nodes, frame)));
+    makeRoom(picture.nodes, kNameSize / Math.max(0.6, scaleOf(picture.nodes, frame)));
   place(picture);
   fitView(picture);
 }

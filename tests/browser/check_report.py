@@ -287,6 +287,28 @@ class Report(browser.PageTest):
         self.wait_for_dialog("disk2")
         self.assert_silent()
 
+    def test_NoNameInTheGraphCoversAnotherOrLeavesIt(self):
+        boxes = """
+            return [...document.querySelectorAll('#graph .node text')]
+              .filter((text) => getComputedStyle(text).visibility === 'visible')
+              .map((text) => text.getBoundingClientRect()).map((r) => [r.left, r.top, r.right, r.bottom]);"""
+        for width in (360, 700, 1400):
+            self.show(self.page_of("crowded", models.large(12)), width=width)
+            self.scroll_to("#graph")
+            self.wait(lambda: self.all("#graph .node"))
+            shown = self.run_script(boxes)
+            self.assertGreaterEqual(len(shown), 4, width)
+            frame = self.run_script(
+                "const r = document.querySelector('#graph .frame').getBoundingClientRect();"
+                "return [r.left, r.top, r.right, r.bottom];")
+            for at, (left, top, right, bottom) in enumerate(shown):
+                self.assertTrue(frame[0] <= left and right <= frame[2] and frame[1] <= top and
+                                bottom <= frame[3], (width, left, right, frame))
+                for other in shown[:at]:
+                    covered = (min(right, other[2]) - max(left, other[0]) > 2 and
+                               min(bottom, other[3]) - max(top, other[1]) > 3)
+                    self.assertFalse(covered, (width, (left, top, right, bottom), other))
+
     def test_ArrowKeysGoFromNodeToNode(self):
         self.show_graph()
         self.assertEqual(len(self.all("#graph .node[tabindex='0']")), 1)
