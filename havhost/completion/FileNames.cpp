@@ -10,10 +10,17 @@ namespace havhost {
 
 using namespace hav::client;
 
+namespace {
+
+constexpr bool kIsWindows = std::filesystem::path::preferred_separator == '\\';
+constexpr const char* kSeparators = kIsWindows ? "/\\" : "/";
+
+}  // namespace
+
 std::vector<std::string> FileNamesFrom(const std::string& word, bool onlyFolders) {
-  const auto slash = word.rfind('/') + 1;
-  const auto folder = word.substr(0, slash);
-  const auto begin = word.substr(slash);
+  const auto end = word.find_last_of(kSeparators) + 1;
+  const auto folder = word.substr(0, end);
+  const auto begin = word.substr(end);
   std::vector<std::string> names;
   std::error_code failure;
   std::filesystem::directory_iterator entry(PathOf(folder.empty() ? "." : folder), failure);

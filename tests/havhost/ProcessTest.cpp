@@ -71,6 +71,37 @@ TEST(Process, FileNamesAreUtf8) {
       << outcome.err;
 }
 
+TEST(Process, AFileGetsNoColourAndLinesAsLongAsTheyAre) {
+  const ModelTest model;
+  const auto arguments = "get \"T_Cpu.Name=\\\"cpu\\\"\" --mof \"" + model.File() + "\"";
+  EXPECT_EQ(RunProcess(arguments).out, "T_Cpu.Name=\"cpu\"\n  Name  cpu\n");
+  EXPECT_EQ(RunProcess(arguments + " --color always").out,
+            "\x1b[1mT_Cpu.Name=\"cpu\"\x1b[0m\n  \x1b[36mName\x1b[0m  cpu\n");
+  EXPECT_NE(RunProcess("get --help")
+                .out.find("\n  -o,--output FILE           File to write to, "
+                          "replaced when all went well (else standard output)\n"),
+            std::string::npos);
+}
+
+TEST(Process, OutputIsUtf8WhateverTheSystemSpeaks) {
+  const TemporaryFolder folder;
+  const auto mof = folder.File(
+      "umlaut.mof", std::string(kModel) + "instance of T_System { Name = \"w\u00F6rk\u20AC\"; };");
+  const auto outcome = RunProcess("inventory --class T_System --mof \"" + mof + "\"");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.out.find("T_System  w\u00F6rk\u20AC\n"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find("\u251C\u2500 T_Cpu  cpu\n"), std::string::npos) << outcome.out;
+  EXPECT_EQ(outcome.out.find('\r'), std::string::npos);
+}
+
+TEST(Process, StandardInputIsReadAsItIs) {
+  const TemporaryFolder folder;
+  const auto mof = folder.File("in.mof", kModel);
+  const auto outcome = RunProcess("load - <\"" + mof + "\"");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_NE(outcome.out.find("\nInstances                 6\n"), std::string::npos) << outcome.out;
+}
+
 #if !defined(_WIN32)
 
 TEST(Process, FullDiskIsAFailure) {
