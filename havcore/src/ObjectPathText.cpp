@@ -98,19 +98,6 @@ bool HasSpecial(std::string_view text) {
   return text.find('"') != std::string_view::npos || text.find('\\') != std::string_view::npos;
 }
 
-void AppendQuoted(std::string& out, std::string_view text) {
-  out += '"';
-  if (!HasSpecial(text)) {
-    out += text;
-  } else {
-    for (const char c : text) {
-      if (IsSpecial(c)) out += '\\';
-      out += c;
-    }
-  }
-  out += '"';
-}
-
 std::size_t QuotedSize(std::string_view text) {
   std::size_t size = text.size() + 2;
   if (HasSpecial(text))
@@ -149,26 +136,17 @@ TObjectPathText ParseObjectPath(std::string_view text) {
   return path;
 }
 
-void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces) {
-  if (value.IsNull()) {
-    out += "NULL";
-    return;
-  }
-  switch (value.GetType()) {
-    case kCIMString: AppendQuoted(out, static_cast<std::string_view>(value)); break;
-    case kCIMReference: {
-      const auto& reference = static_cast<const TCIMReference&>(value);
-      AppendQuoted(out, withNamespaces ? reference.GetFullPath() : reference.GetPath());
-      break;
+void AppendQuoted(std::string& out, std::string_view text) {
+  out += '"';
+  if (!HasSpecial(text)) {
+    out += text;
+  } else {
+    for (const char c : text) {
+      if (IsSpecial(c)) out += '\\';
+      out += c;
     }
-    case kCIMChar16:
-    case kCIMDateTime: AppendQuoted(out, value.ToString(10)); break;
-    default:
-      if (value.IsArray())
-        AppendQuoted(out, value.ToString(10));
-      else
-        out += value.ToString(10);
   }
+  out += '"';
 }
 
 std::size_t KeyTextSize(const TCIMValue& value) {

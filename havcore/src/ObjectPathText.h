@@ -45,10 +45,9 @@ TCIMValue UntypedKeyValue(const TKeyText& key);
 std::optional<TCIMValue> TypedKeyValue(const TKeyText& key, ECIMType type,
                                        const boost::shared_ptr<ICIMNamespace>& home);
 
-// Writes a key value as paths have it; the paths of references with or without the names of
-// their namespaces.
-void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces);
-// About how many characters AppendKeyText writes, to reserve room by.
+// Writes text as paths have it: in double quotes, with \ before each " and \ in it.
+void AppendQuoted(std::string& out, std::string_view text);
+// About how many characters a key value takes in a path, to reserve room by.
 std::size_t KeyTextSize(const TCIMValue& value);
 
 }  // namespace NORVHAV20

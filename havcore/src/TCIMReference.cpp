@@ -9,12 +9,12 @@
 #include "havcore/ICIMInstance.h"
 #include "havcore/ICIMNamespace.h"
 #include "havcore/ICIMPropertyDecl.h"
+#include "havcore/ILogger.h"
 #include "havcore/THAVException.h"
+#include "havcore/TRootObject.h"
 
 namespace NORVHAV20 {
 namespace {
-
-using TKey = std::pair<std::string, TCIMValue>;
 
 // A key may have any name; a class is not asked for what it could only complain about.
 boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls, const std::string& name) {
@@ -67,6 +67,18 @@ void Put(std::vector<TKey>& keys, const std::string& spelling, TCIMValue value) 
 
 constexpr std::size_t kShortPath = 256;
 
+// Each path within a path has its quotes escaped once more, so that texts double with each level
+// that they nest: what nests deeper than this is longer than that.
+constexpr std::size_t kMostNestedText = std::size_t{1} << 24;
+constexpr unsigned kMostNesting = 24;
+
+[[noreturn]] void RefuseNesting(const std::string& className) {
+  TRootObject::GetCoreLogger()->Log(
+      ILogger::kError, "Havcore: the object path of class " + className +
+                           " is a key in another path, and its text is longer than 16 MiB");
+  throw THAVException(kHAVNotSupported);
+}
+
 // Adds one key of a path with what separates it from what stands before.
 void AddKey(TTextWriter& out, char separator, std::string_view name,
             const TCIMValue& value) noexcept {
@@ -76,27 +88,18 @@ void AddKey(TTextWriter& out, char separator, std::string_view name,
   if (!value.IsNull() && value.GetType() == kCIMString)
     return out.AddQuoted(static_cast<std::string_view>(value));
   char text[kShortPath];
-  const std::size_t length =
-      value.IsReference() ? static_cast<const TCIMReference&>(value).CopyPath(text, sizeof(text))
-                          : 0;
+  // No more than still fits, so that this ends however deep references nest.
+  const std::size_t room = std::min(out.Room(), sizeof(text));
+  const std::size_t length = value.IsReference() && room != 0
+                                 ? static_cast<const TCIMReference&>(value).CopyPath(text, room)
+                                 : 0;
   if (length == 0) return out.GiveUp();
   out.AddQuoted({text, length});
 }
 
-std::string ComparableText(const TCIMValue& value) {
-  std::string text;
-  AppendKeyText(text, value, true);
-  return text;
-}
-
-int CompareKeys(const TKey& a, const TKey& b) {
-  const int names = CompareFolded(a.first, b.first);
-  if (names != 0) return names;
-  // The text decides, for keys read from text may lack their declared type; the values are
-  // asked first because they usually share what they hold.
-  const bool strings = a.second.GetType() == kCIMString && b.second.GetType() == kCIMString;
-  if (strings && a.second == b.second) return 0;
-  return ComparableText(a.second).compare(ComparableText(b.second));
+bool IsSameReference(const TCIMValue& a, const TCIMValue& b) {
+  return a.IsReference() && b.IsReference() &&
+         &static_cast<const TCIMReference&>(a) == &static_cast<const TCIMReference&>(b);
 }
 
 }  // namespace
@@ -175,7 +178,30 @@ std::map<std::string, TCIMValue> TCIMReference::GetKeyValues() const {
   return {m_keys.begin(), m_keys.end()};
 }
 
-void TCIMReference::AppendPath(std::string& out, bool withNamespaces) const {
+void TCIMReference::AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces,
+                                  unsigned nesting) {
+  if (value.IsNull()) {
+    out += "NULL";
+    return;
+  }
+  std::string text;
+  switch (value.GetType()) {
+    case kCIMString: return AppendQuoted(out, static_cast<std::string_view>(value));
+    case kCIMReference:
+      static_cast<const TCIMReference&>(value).AppendPath(text, withNamespaces, nesting + 1);
+      return AppendQuoted(out, text);
+    case kCIMChar16:
+    case kCIMDateTime: return AppendQuoted(out, value.ToString(10));
+    default: break;
+  }
+  if (!value.IsArray()) return value.AppendTo(out, 10, nesting);
+  value.AppendTo(text, 10, nesting + 1);
+  AppendQuoted(out, text);
+}
+
+void TCIMReference::AppendPath(std::string& out, bool withNamespaces, unsigned nesting) const {
+  if (nesting > kMostNesting) RefuseNesting(m_className);
+  if (withNamespaces && !m_namespaceName.empty()) out.append(m_namespaceName).append(1, ':');
   std::size_t size = out.size() + m_className.size();
   for (const auto& [name, value] : m_keys) size += name.size() + 2 + KeyTextSize(value);
   out.reserve(size);
@@ -185,9 +211,10 @@ void TCIMReference::AppendPath(std::string& out, bool withNamespaces) const {
     out += separator;
     out += name;
     out += '=';
-    AppendKeyText(out, value, withNamespaces);
+    AppendKeyText(out, value, withNamespaces, nesting);
     separator = ',';
   }
+  if (nesting != 0 && out.size() > kMostNestedText) RefuseNesting(m_className);
 }
 
 std::size_t TCIMReference::CopyPath(char* buffer, std::size_t size) const noexcept {
@@ -217,14 +244,13 @@ std::string TCIMReference::GetPath() const {
   char text[kShortPath];
   if (const std::size_t length = CopyPath(text, sizeof(text))) return {text, length};
   std::string path;
-  AppendPath(path, false);
+  AppendPath(path, false, 0);
   return path;
 }
 
 std::string TCIMReference::GetFullPath() const {
-  std::string path = m_namespaceName;
-  if (!path.empty()) path += ':';
-  AppendPath(path, true);
+  std::string path;
+  AppendPath(path, true, 0);
   return path;
 }
 
@@ -247,6 +273,20 @@ boost::shared_ptr<ICIMElement> TCIMReference::GetCIMElement(bool) const {
       m_keys.empty() ? home->GetClass(m_className, {}) : boost::shared_ptr<ICIMClass>();
   if (!cls) throw THAVException(kHAVNotFound);
   return cls;
+}
+
+int TCIMReference::CompareKeys(const TKey& a, const TKey& b) {
+  const int names = CompareFolded(a.first, b.first);
+  if (names != 0) return names;
+  // The text decides, for keys read from text may lack their declared type; the values are
+  // asked first because they usually share what they hold.
+  const bool strings = a.second.GetType() == kCIMString && b.second.GetType() == kCIMString;
+  if (strings && a.second == b.second) return 0;
+  if (IsSameReference(a.second, b.second)) return 0;
+  std::string texts[2];
+  AppendKeyText(texts[0], a.second, true, 0);
+  AppendKeyText(texts[1], b.second, true, 0);
+  return texts[0].compare(texts[1]);
 }
 
 int TCIMReference::Compare(const TCIMReference& a, const TCIMReference& b) {

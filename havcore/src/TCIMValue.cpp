@@ -94,12 +94,80 @@ TCIMValue TCIMValue::NullReference(const boost::shared_ptr<ICIMClass>& reference
   return value;
 }
 
+// References nest as deep as their keys do, deeper than a stack: so what ends with something
+// else waits in a list. The first value of each is the link to the next, so that there is no
+// need of memory.
+struct TCIMValue::TEnding {
+  ECIMType type;
+  TShared* shared;
+
+  std::size_t Size() const noexcept {
+    return type == kCIMReference ? Reference().m_keys.size() : Elements().size();
+  }
+  TCIMValue& At(std::size_t index) const noexcept {
+    return type == kCIMReference ? Reference().m_keys[index].second : Elements()[index];
+  }
+  static bool MayHold(const TCIMValue& value) noexcept {
+    return value.m_shares && value.m_type != kCIMString && value.m_type != kCIMDateTime;
+  }
+  bool HoldsHolders() const noexcept {
+    for (std::size_t i = 0; i < Size(); ++i)
+      if (MayHold(At(i))) return true;
+    return false;
+  }
+  void Free() const noexcept {
+    if (type == kCIMReference)
+      delete static_cast<TSharedReference*>(shared);
+    else
+      delete static_cast<TSharedArray*>(shared);
+  }
+  TCIMReference& Reference() const noexcept {
+    return static_cast<TSharedReference*>(shared)->value;
+  }
+  std::vector<TCIMValue>& Elements() const noexcept {
+    return static_cast<TSharedArray*>(shared)->value;
+  }
+
+  // Takes from `value` what ends with it and holds values of its own; false when that is nothing.
+  bool TakeFrom(TCIMValue& value) noexcept {
+    if (!MayHold(value)) return false;
+    value.m_shares = false;
+    *this = {static_cast<ECIMType>(value.m_type), value.m_content.shared};
+    return shared->references.fetch_sub(1, std::memory_order_acq_rel) == 1;
+  }
+  // Puts this before `list`, and before it what its first value holds, and so on.
+  void PutBefore(TEnding& list) const noexcept {
+    for (TEnding next = *this; next.shared;) {
+      const TEnding current = next;
+      next.shared = nullptr;
+      if (current.Size() == 0) {
+        current.Free();
+        continue;
+      }
+      TCIMValue& first = current.At(0);
+      TEnding inner{};
+      if (inner.TakeFrom(first)) next = inner;
+      first = Null(list.type);
+      first.m_content.shared = list.shared;
+      list = current;
+    }
+  }
+};
+
 void TCIMValue::Destroy(ECIMType type, TShared* shared) noexcept {
-  switch (type) {
-    case kCIMString: TSharedText::Destroy(static_cast<TSharedText*>(shared)); break;
-    case kCIMDateTime: delete static_cast<TSharedDateTime*>(shared); break;
-    case kCIMReference: delete static_cast<TSharedReference*>(shared); break;
-    default: delete static_cast<TSharedArray*>(shared);
+  if (type == kCIMString) return TSharedText::Destroy(static_cast<TSharedText*>(shared));
+  if (type == kCIMDateTime) return delete static_cast<TSharedDateTime*>(shared);
+  const TEnding ending{type, shared};
+  if (type != kCIMReference && type != ArrayOf(kCIMReference)) return ending.Free();
+  if (!ending.HoldsHolders()) return ending.Free();
+  TEnding list{};
+  ending.PutBefore(list);
+  while (list.shared) {
+    const TEnding current = list;
+    list = {static_cast<ECIMType>(current.At(0).m_type), current.At(0).m_content.shared};
+    for (std::size_t i = 1; i < current.Size(); ++i)
+      if (TEnding inner{}; inner.TakeFrom(current.At(i))) inner.PutBefore(list);
+    current.Free();
   }
 }
 

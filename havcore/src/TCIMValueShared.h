@@ -48,12 +48,12 @@ struct TCIMValue::TSharedDateTime : TShared {
 
 struct TCIMValue::TSharedReference : TShared {
   explicit TSharedReference(const TCIMReference& reference) : value(reference) {}
-  const TCIMReference value;
+  TCIMReference value;
 };
 
 struct TCIMValue::TSharedArray : TShared {
   explicit TSharedArray(std::vector<TCIMValue> elements) noexcept : value(std::move(elements)) {}
-  const std::vector<TCIMValue> value;
+  std::vector<TCIMValue> value;
 };
 
 }  // namespace NORVHAV20

@@ -23,11 +23,11 @@ std::ostream& operator<<(std::ostream& out, const TCIMValue::TCIMType& type) {
 std::string TCIMValue::ToString(unsigned char radix) const {
   const int base = radix < 2 || radix > 36 ? 10 : radix;
   std::string text;
-  AppendTo(text, base);
+  AppendTo(text, base, 0);
   return text;
 }
 
-void TCIMValue::AppendTo(std::string& out, int radix) const {
+void TCIMValue::AppendTo(std::string& out, int radix, unsigned nesting) const {
   if (m_null) {
     out += "NULL";
     return;
@@ -43,21 +43,21 @@ void TCIMValue::AppendTo(std::string& out, int radix) const {
     case kCIMChar16: AppendChar16(out, static_cast<char16_t>(m_content.bits)); break;
     case kCIMString: out += Shared<TSharedText>().Text(); break;
     case kCIMDateTime: out += Shared<TSharedDateTime>().value.ToString(); break;
-    case kCIMReference: out += Shared<TSharedReference>().value.GetFullPath(); break;
+    case kCIMReference: Shared<TSharedReference>().value.AppendPath(out, true, nesting); break;
     default:
       if (IsArray())
-        AppendElementsTo(out, radix);
+        AppendElementsTo(out, radix, nesting);
       else
         AppendInteger(out, m_content.bits, radix);
   }
 }
 
-void TCIMValue::AppendElementsTo(std::string& out, int radix) const {
+void TCIMValue::AppendElementsTo(std::string& out, int radix, unsigned nesting) const {
   const char* separator = "";
   out += '{';
   for (const TCIMValue& element : Shared<TSharedArray>().value) {
     out += separator;
-    element.AppendTo(out, radix);
+    element.AppendTo(out, radix, nesting);
     separator = ", ";
   }
   out += '}';

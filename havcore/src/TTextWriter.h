@@ -38,6 +38,10 @@ class TTextWriter {
     Add('"');
   }
   void GiveUp() noexcept { m_whole = false; }
+  // How much still fits, 0 when something was left out.
+  std::size_t Room() const noexcept {
+    return m_whole ? static_cast<std::size_t>(m_end - m_next) : 0;
+  }
 
   // Of what was written, 0 when something was left out.
   std::size_t Length() const noexcept {

@@ -1,6 +1,7 @@
 #include "inmem/model/TClassSet.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "havcore/ICIMClass.h"
@@ -101,7 +102,8 @@ TClassSet::TWalk::TWalk(const TClassSet& set) noexcept
 
 TClassSet::TWalk::~TWalk() { Leave(); }
 
-ICIMClass* TClassSet::TWalk::Next() noexcept {
+ICIMClass* TClassSet::TWalk::Next() {
+  if (m_lost) throw std::bad_alloc();
   const TClasses& classes = Classes();
   while (m_next < classes.size())
     if (ICIMClass* cls = classes[m_next++].get()) return cls;
@@ -116,8 +118,13 @@ void TClassSet::TWalk::Prepare() {
   if (m_set) m_kept.reserve(m_set->m_classes.size());
 }
 
+// The set is about to change, whatever becomes of the walk.
 void TClassSet::TWalk::Keep() noexcept {
-  m_kept.assign(m_set->m_classes.begin(), m_set->m_classes.end());
+  try {
+    m_kept.assign(m_set->m_classes.begin(), m_set->m_classes.end());
+  } catch (const std::bad_alloc&) {
+    m_lost = true;
+  }
   Leave();
 }
 

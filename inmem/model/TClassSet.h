@@ -61,13 +61,16 @@ class TClassSet::TWalk {
   TWalk(const TWalk&) = delete;
   TWalk& operator=(const TWalk&) = delete;
 
-  // Returns the next class, null after the last. It is there until the set changes.
-  ICIMClass* Next() noexcept;
+  // Returns the next class, null after the last. It is there until the set changes. Throws
+  // std::bad_alloc when the set has changed, the walk was not prepared, and there was no memory
+  // for a copy.
+  ICIMClass* Next();
   // Returns the class that Next returned last.
   const boost::shared_ptr<ICIMClass>& Current() const noexcept { return Classes()[m_next - 1]; }
   // Whether the class is one of those to be walked.
   bool Covers(const ICIMClass* cls) const noexcept;
-  // To be called before the set may change. On failure nothing has changed.
+  // To be called before the set may change: then the walk goes on whatever memory there is. On
+  // failure nothing has changed.
   void Prepare();
 
  private:
@@ -81,6 +84,7 @@ class TClassSet::TWalk {
   TWalk* m_other;          // the next walk over the set
   std::size_t m_next = 0;
   TClasses m_kept;
+  bool m_lost = false;
 };
 
 }  // namespace NORVHAV20

@@ -1,6 +1,7 @@
 #include "inmem/model/TInmemClass.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -22,32 +23,30 @@ namespace NORVHAV20 {
 namespace {
 
 // The declarations of a table, for a walk.
-template <class Table>
-auto DeclsOf(const Table& table) {
-  std::vector<decltype(table.begin()->second.decl)> decls;
-  decls.reserve(table.size());
-  for (const auto& entry : table) decls.push_back(entry.second.decl);
+template <class Decl>
+std::vector<boost::shared_ptr<Decl>> DeclsOf(const TDeclTable<Decl>& table) {
+  std::vector<boost::shared_ptr<Decl>> decls;
+  decls.reserve(table.Size());
+  table.ForEach([&](const auto& entry) {
+    decls.push_back(entry.decl);
+    return true;
+  });
   return decls;
 }
 
-// What a class's table holds after set-up: what the superclass has to pass on, under what the
-// class declared itself.
-template <class Table, class Decls>
-Table Inherit(const Table& standing, const Decls& inherited) {
-  Table table;
-  for (const auto& entry : standing)
-    if (entry.second.own) table.insert(entry);
-  for (const auto& decl : inherited)
-    table.insert({NormalizeCimName(decl->GetName(TOptions())), {decl, false}});
-  return table;
+template <class Decl>
+boost::shared_ptr<Decl> FindDecl(const TDeclTable<Decl>& table, const std::string& name) {
+  auto found = table.Find(CimName(name).Folded());
+  if (!found) Throw(kHAVNotFound);
+  return found;
 }
 
-template <class Table>
-auto FindDecl(const Table& table, const std::string& name) {
-  const auto found = table.find(CimName(name).Folded());
-  if (found == table.end()) Throw(kHAVNotFound);
-  return found->second.decl;
+std::uint64_t NewNumber() noexcept {
+  static std::atomic<std::uint64_t> given{0};
+  return given.fetch_add(1, std::memory_order_relaxed) + 1;
 }
+
+constexpr std::uint64_t kNoNumber = 0;
 
 template <class Decls, class Callback>
 void EnumerateDecls(const Decls& decls, const Callback& callback) {
@@ -60,6 +59,7 @@ TInmemClass::TInmemClass(const TNamespaceLink& home, const std::string& name,
                          const boost::shared_ptr<ICIMClass>& superclass)
     : m_home(home),
       m_paths(&Require(home.Census())->Paths()),
+      m_number(NewNumber()),
       m_name(name),
       m_superclass(superclass) {}
 
@@ -93,22 +93,47 @@ boost::shared_ptr<TInmemClass> TInmemClass::Self() const {
   return boost::const_pointer_cast<TInmemClass>(shared_from_this());
 }
 
+// What a class's table holds after set-up: what the superclass has to pass on, under what the
+// class declared itself.
+template <class Decl, class Enumerate>
+TDeclTable<Decl> TInmemClass::Inherited(const ICIMClass& superclass,
+                                        TDeclTable<Decl> TInmemClass::*table,
+                                        const Enumerate& enumerate) const {
+  using TEntry = typename TDeclTable<Decl>::TEntry;
+  TDeclTable<Decl> inherited;
+  if (const auto* own = Own(superclass)) {
+    inherited = own->*table;
+  } else {
+    for (const auto& decl : Collect<Decl>(enumerate)) {
+      std::string name = NormalizeCimName(decl->GetName(TOptions()));
+      if (!inherited.Find(name)) inherited.Set(new TEntry(std::move(name), decl, kNoNumber));
+    }
+  }
+  TDeclTable<Decl>(this->*table).ForEach([&](const TEntry& entry) {
+    if (entry.declaredBy == m_number) inherited.Set(&entry);
+    return true;
+  });
+  return inherited;
+}
+
 void TInmemClass::SetUpInheritance() {
   const auto superclass = m_superclass.lock();
   if (!superclass) return;
-  auto properties = Inherit(m_properties, Collect<ICIMPropertyDecl>([&](const auto& take) {
-                              superclass->EnumeratePropertyDecls(take, TOptions());
-                            }));
-  auto methods = Inherit(m_methods, Collect<ICIMMethodDecl>([&](const auto& take) {
-                           superclass->EnumerateMethodDecls(take, TOptions());
-                         }));
+  auto properties = Inherited(*superclass, &TInmemClass::m_properties, [&](const auto& take) {
+    superclass->EnumeratePropertyDecls(take, TOptions());
+  });
+  auto methods = Inherited(*superclass, &TInmemClass::m_methods, [&](const auto& take) {
+    superclass->EnumerateMethodDecls(take, TOptions());
+  });
   auto qualifiers = PropagatedQualifiers(*superclass);
-  m_properties.swap(properties);
-  for (const auto& [name, entry] : properties) {
-    const auto found = m_properties.find(name);
-    NoteSpelling(*entry.decl, found == m_properties.end() ? nullptr : found->second.decl.get());
-  }
-  m_methods.swap(methods);
+  if (const auto* own = Own(*superclass)) m_someKey = own->m_someKey;
+  m_properties.Swap(properties);
+  properties.ForEach([&](const auto& entry) {
+    const auto now = m_properties.Find(entry.name);
+    NoteSpelling(*entry.decl, now.get());
+    return true;
+  });
+  m_methods.Swap(methods);
   m_qualifiers.Swap(qualifiers);
   PropertiesChanged();
 }
@@ -152,8 +177,11 @@ TInmemClass::TPropertyDecls TInmemClass::ReferenceDecls() const {
 boost::intrusive_ptr<const TSlotDeclarations> TInmemClass::SlotDeclarations() const {
   if (!m_slotDeclarations) {
     std::vector<TSlotDeclarations::TNamed> named;
-    named.reserve(m_properties.size());
-    for (const auto& [name, entry] : m_properties) named.emplace_back(name, entry.decl);
+    named.reserve(m_properties.Size());
+    m_properties.ForEach([&](const auto& entry) {
+      named.emplace_back(entry.name, entry.decl);
+      return true;
+    });
     m_slotDeclarations.reset(new TSlotDeclarations(std::move(named)));
   }
   return m_slotDeclarations;
@@ -188,6 +216,19 @@ bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
   for (auto cls = m_superclass.lock(); cls; cls = cls->GetSuperClass(TOptions()))
     if (cls->GetName(TOptions()) == wanted) return true;
   return false;
+}
+
+// In a deep hierarchy the key is often that of a class far above.
+bool TInmemClass::HasKey() const {
+  if (const auto known = m_someKey.lock())
+    if (typeid(*known) == typeid(TInmemPropertyDecl) && known->GetClass(TOptions()).get() != this &&
+        IsKey(*known) && m_properties.Find(CimName(known->GetName(TOptions())).Folded()) == known)
+      return true;
+  const auto decls = PropertyDecls();
+  const auto found =
+      std::find_if(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); });
+  if (found != decls.end()) m_someKey = *found;
+  return found != decls.end();
 }
 
 void TInmemClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
@@ -231,10 +272,9 @@ bool TInmemClass::IsPredictable() const noexcept {
     if (!own) return false;
     above = own->m_superclass.lock();
   }
-  return !m_lostNames && !m_hadStrangers &&
-         std::all_of(m_properties.begin(), m_properties.end(), [](const auto& entry) {
-           return typeid(*entry.second.decl) == typeid(TInmemPropertyDecl);
-         });
+  return !m_lostNames && !m_hadStrangers && m_properties.ForEach([](const auto& entry) {
+    return typeid(*entry.decl) == typeid(TInmemPropertyDecl);
+  });
 }
 
 void TInmemClass::PropertiesChanged() noexcept {

@@ -1,7 +1,7 @@
 // TInmemClass: one CIM class of one namespace, with its declarations and its instances.
 //
-// What a class inherits is copied into its own tables when it is set up; entries that it
-// declared itself are marked as its own. Its jobs are in sources of their own:
+// What a class inherits is in its own tables from when it is set up; entries that it declared
+// itself bear its number. Its jobs are in sources of their own:
 //   TInmemClass.cpp              identity, inheritance, look-ups and walks
 //   TInmemClassRegistration.cpp  validation, entering and leaving the namespace, redefinition
 //   TInmemClassDeclarations.cpp  the override rules
@@ -32,6 +32,7 @@
 #include "havcore/ICIMPropertyDecl.h"
 #include "havcore/TCIMReference.h"
 #include "inmem/model/TClassSet.h"
+#include "inmem/model/TDeclTable.h"
 #include "inmem/model/TInstanceStore.h"
 #include "inmem/model/TLinkIndex.h"
 #include "inmem/model/TNamespaceLink.h"
@@ -183,25 +184,21 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   void EnumerateQualifiers(const TEnumCallback<ICIMQualifier>& callback, TOptions options) override;
 
  private:
-  // A declaration, and whether the class declared it or inherited it.
-  template <class TDecl>
-  struct TEntry {
-    boost::shared_ptr<TDecl> decl;
-    bool own;
-  };
-  template <class TDecl>
-  using TDeclTable = std::map<std::string, TEntry<TDecl>, std::less<>>;
   using TPropertyTable = TDeclTable<ICIMPropertyDecl>;
   using TMethodTable = TDeclTable<ICIMMethodDecl>;
 
   boost::shared_ptr<TInmemClass> Self() const;
   bool HasTrueQualifier(std::string_view folded) const;
+  bool HasKey() const;
   TPropertyDecls PropertyDecls() const;
   TPropertyDecls ReferenceDecls() const;
   void PropertiesChanged() noexcept;
   void NoteSpelling(const ICIMPropertyDecl& before, const ICIMPropertyDecl* now);
 
   // Inheritance.
+  template <class Decl, class Enumerate>
+  TDeclTable<Decl> Inherited(const ICIMClass& superclass, TDeclTable<Decl> TInmemClass::*table,
+                             const Enumerate& enumerate) const;
   TQualifierTable::TMap PropagatedQualifiers(ICIMClass& superclass);
 
   // Registration.
@@ -229,9 +226,12 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
 
   TNamespaceLink m_home;
   boost::intrusive_ptr<TPathClock> m_paths;
+  const std::uint64_t m_number;  // no other class has it, or ever had
   std::string m_name;
   boost::weak_ptr<ICIMClass> m_superclass;
   TQualifierTable m_qualifiers;
+  // One that was a key when it was last looked for, to be looked at first.
+  mutable boost::weak_ptr<ICIMPropertyDecl> m_someKey;
   TPropertyTable m_properties;
   TMethodTable m_methods;
   // Made when it is first asked for, dropped when the property table changes.

@@ -86,20 +86,14 @@ void RequireMethodDeclared(ICIMMethodDecl& decl, const boost::shared_ptr<ICIMMet
   if (existing) Throw(kHAVAlreadyDefined);
 }
 
-template <class Table>
-auto Standing(const Table& table, const std::string& key) {
-  const auto found = table.find(key);
-  return found == table.end() ? decltype(found->second.decl)() : found->second.decl;
-}
-
-// Erases the entry of the declaration's name and returns what stood there, which ends when the
-// table is whole again. Throws 15 when there is none.
-template <class Table, class TDecl>
-boost::shared_ptr<TDecl> TakeOut(Table& table, const TDecl& decl) {
-  const auto found = table.find(CimName(decl.GetName(TOptions())).Folded());
-  if (found == table.end()) Throw(kHAVNotFound);
-  auto removed = std::move(found->second.decl);
-  table.erase(found);
+// Takes the declaration of that name out and returns what stood there, which ends when the table
+// is whole again. Throws 15 when there is none.
+template <class TDecl>
+boost::shared_ptr<TDecl> TakeOut(TDeclTable<TDecl>& table, const TDecl& decl) {
+  const CimName name(decl.GetName(TOptions()));
+  auto removed = table.Find(name.Folded());
+  if (!removed) Throw(kHAVNotFound);
+  table.Remove(name.Folded());
   return removed;
 }
 
@@ -118,9 +112,9 @@ boost::shared_ptr<ICIMPropertyDecl> TInmemClass::Declare(
     Throw(kHAVReferenceOutsideAssociation);
   }
   std::string key = NormalizeCimName(decl->GetName(TOptions()));
-  auto existing = Standing(m_properties, key);
+  auto existing = m_properties.Find(key);
   if (!IsPropertyDeclared(*decl, key, existing, *this)) return existing;
-  m_properties.insert_or_assign(std::move(key), TEntry<ICIMPropertyDecl>{decl, true});
+  m_properties.Set(new TPropertyTable::TEntry(std::move(key), decl, m_number));
   if (existing) NoteSpelling(*existing, decl.get());
   PropertiesChanged();
   return decl;
@@ -136,9 +130,9 @@ void TInmemClass::RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl, T
 void TInmemClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions) {
   const auto self = Self();
   std::string key = NormalizeCimName(Require(decl)->GetName(TOptions()));
-  const auto existing = Standing(m_methods, key);
+  const auto existing = m_methods.Find(key);
   RequireMethodDeclared(*decl, existing, *this);
-  m_methods.insert_or_assign(std::move(key), TEntry<ICIMMethodDecl>{decl, true});
+  m_methods.Set(new TMethodTable::TEntry(std::move(key), decl, m_number));
 }
 
 void TInmemClass::RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl, TOptions) {

@@ -6,7 +6,6 @@
 
 #include "havcore/ICIMNamespace.h"
 #include "havcore/THAVException.h"
-#include "inmem/model/QualifierQueries.h"
 #include "inmem/model/Snapshot.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/values/Failure.h"
@@ -81,10 +80,7 @@ struct TInmemClass::TLinks {
 
 void TInmemClass::Validate(TOptions) const {
   const auto self = Self();
-  if (IsAbstract(TOptions())) return;
-  const auto decls = PropertyDecls();
-  if (std::any_of(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); }))
-    return;
+  if (IsAbstract(TOptions()) || HasKey()) return;
   LogError("Inmem: Class " + m_name + " has no keys");
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <new>
 #include <utility>
@@ -32,6 +33,7 @@ struct TInstanceStore::TEntry {
 
   static TEntry* Make(std::string_view path, std::uint32_t hash,
                       const boost::shared_ptr<ICIMInstance>& instance) {
+    if (path.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
     void* memory = ::operator new(std::max(sizeof(TEntry), kTextAt + path.size()));
     auto* entry =
         new (memory) TEntry{instance, hash, static_cast<std::uint32_t>(path.size()), kInOrder};

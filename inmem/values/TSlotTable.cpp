@@ -60,7 +60,7 @@ boost::intrusive_ptr<TSlotTable> TSlotTable::Make(boost::intrusive_ptr<const TSl
 TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout)
     : m_layout(std::move(layout)) {
   const std::size_t slots = m_layout->Size();
-  for (std::size_t i = 0; i < slots; ++i) new (Values() + i) TCIMValue();
+  std::uninitialized_value_construct_n(Values(), slots);
   std::memset(static_cast<void*>(Values() + slots), 0, BitsSize(slots));
 }
 

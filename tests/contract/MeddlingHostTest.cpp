@@ -123,7 +123,7 @@ bool Ignore(const boost::shared_ptr<T>&) {
 }
 
 const Operation kOperations[] = {
-    {"ClassValidate", [](Model& m) { m.cls->Validate({}); }},
+    {"ClassValidate", [](Model& m) { m.again->Validate({}); }},
     {"ClassRegister", [](Model& m) { m.cls->AddToNamespace({}); }},
     {"ClassRedefine", [](Model& m) { m.again->AddToNamespace({}); }},
     {"ClassDelete", [](Model& m) { m.sub->Delete({}); }},

@@ -60,7 +60,9 @@ class HAVCORE_API TCIMReference {
   // and references (as their own GetPath) in double quotes with \ and " escaped; TRUE and
   // FALSE; plain decimals, reals as short as they read back; NULL. Just "Class" without keys.
   // Equal references give equal text, up to the case of names that no class spells. Parse
-  // reads it back to the same text. Complexity: linear in the length of the text.
+  // reads it back to the same text. Throws 1, with a line in the core log, when a reference among
+  // the keys has a path of more than 16 MiB: their texts double with each level that they nest.
+  // Complexity: linear in the length of the text.
   std::string GetPath() const;
   // Writes the same text to a buffer of `size` bytes, allocating nothing, and returns its
   // length. Returns 0, and has written anything, where there is not enough room or where a key
@@ -82,7 +84,8 @@ class HAVCORE_API TCIMReference {
   boost::shared_ptr<ICIMElement> GetCIMElement(bool) const;
 
   // Same full path: the names of namespace, class and keys ignore case, key values compare by
-  // their text, so that a path read without types equals the one that it was written from.
+  // their text, so that a path read without types equals the one that it was written from; they
+  // throw what GetFullPath throws.
   // Ordered by namespace name, class name, then key by key.
   friend HAVCORE_API bool operator==(const TCIMReference& a, const TCIMReference& b);
   friend HAVCORE_API bool operator<(const TCIMReference& a, const TCIMReference& b);
@@ -91,15 +94,21 @@ class HAVCORE_API TCIMReference {
  private:
   friend class TCIMValue;
 
+  using TKey = std::pair<std::string, TCIMValue>;
+
   // Negative, zero or positive, in the order of operator<.
   static int Compare(const TCIMReference& a, const TCIMReference& b);
-  void AppendPath(std::string& out, bool withNamespaces) const;
+  static int CompareKeys(const TKey& a, const TKey& b);
+  // `nesting`: how many paths stand around this one.
+  void AppendPath(std::string& out, bool withNamespaces, unsigned nesting) const;
+  static void AppendKeyText(std::string& out, const TCIMValue& value, bool withNamespaces,
+                            unsigned nesting);
 
   boost::weak_ptr<ICIMNamespace> m_namespace;  // the home, or where the bound class came from
   boost::weak_ptr<ICIMClass> m_class;
   std::string m_className;
   std::string m_namespaceName;
-  std::vector<std::pair<std::string, TCIMValue>> m_keys;  // sorted by case-folded name
+  std::vector<TKey> m_keys;  // sorted by case-folded name
   bool m_hasHome = false;
 };
 

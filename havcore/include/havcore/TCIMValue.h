@@ -126,6 +126,8 @@ class HAVCORE_API TCIMValue {
   friend bool operator!=(const TCIMValue& a, const TCIMValue& b) { return !(a == b); }
 
  private:
+  friend class TCIMReference;
+
   // What copies share. The concrete kinds are private to the implementation.
   struct TShared {
     std::atomic<std::uint32_t> references{1};
@@ -149,13 +151,16 @@ class HAVCORE_API TCIMValue {
   // Negative, zero or positive, in the order of operator<.
   static int Compare(const TCIMValue& a, const TCIMValue& b);
   static int CompareElements(const std::vector<TCIMValue>& a, const std::vector<TCIMValue>& b);
-  void AppendTo(std::string& out, int radix) const;
-  void AppendElementsTo(std::string& out, int radix) const;
+  // `nesting`: within how many object paths the text is to stand.
+  void AppendTo(std::string& out, int radix, unsigned nesting) const;
+  void AppendElementsTo(std::string& out, int radix, unsigned nesting) const;
   template <class T>
   const T& Shared() const noexcept {
     return static_cast<const T&>(*m_content.shared);
   }
   static void Destroy(ECIMType type, TShared* shared) noexcept;
+  // What ends because nobody else shared it, and holds values that may end with it.
+  struct TEnding;
 
   TContent m_content;
   std::uint8_t m_type = kCIMNone;
