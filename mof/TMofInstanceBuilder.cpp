@@ -23,6 +23,11 @@ void ForEachAlias(const TMofValue& value, TVisit&& visit) {
     if (element.kind == TMofToken::EKind::kAlias) visit(element.text);
 }
 
+// Texts within texts have their quotes escaped once more, so that they double with each level.
+constexpr std::size_t kMostEmbedded = std::size_t{1} << 24;
+
+struct TTooLong {};
+
 }  // namespace
 
 TMofInstanceBuilder::TMofInstanceBuilder(boost::shared_ptr<ICIMNamespace> home,
@@ -191,7 +196,13 @@ void TMofInstanceBuilder::SetAliases(TItem& item) {
 void TMofInstanceBuilder::Set(TItem& item, const TMofAssignment& assignment, const TMofSlot& slot) {
   TMofValueReader::TAliases aliases;
   if (slot.TakesAlias()) aliases = [&](std::string_view alias) { return Resolve(alias, slot); };
-  const auto value = m_values.Read(FileOf(item.place), assignment.value, slot.type, aliases);
+  std::optional<TCIMValue> value;
+  try {
+    value = m_values.Read(FileOf(item.place), assignment.value, slot.type, aliases);
+  } catch (const TTooLong&) {
+    return Fail(item, assignment.value.offset,
+                "the text of the embedded object is longer than 16 MiB");
+  }
   if (!value) {
     item.isLost = true;
     return;
@@ -282,6 +293,7 @@ std::optional<TCIMValue> TMofInstanceBuilder::TextOf(const TAlias& alias, const 
     TMofWriter(text).WriteInstance(*alias.object);
   else
     return {};
+  if (text.size() > kMostEmbedded) throw TTooLong();
   if (alias.item != kNone) m_waiting[alias.item].isValue = true;
   text.erase(text.find_last_not_of('\n') + 1);
   return TCIMValue(text);

@@ -24,6 +24,16 @@ std::string_view WithoutHost(std::string_view name) {
   return name.substr(0, 1) == "/" ? name.substr(1) : name;
 }
 
+// Nothing where it would be too long: paths double with each reference among their keys.
+std::optional<std::string> PathOf(const TCIMReference& reference) {
+  try {
+    return reference.GetPath();
+  } catch (const THAVException& failure) {
+    if (failure.GetStatusCode() != kHAVNotSupported) throw;
+    return {};
+  }
+}
+
 std::string InNamespace(const std::string& name) {
   return name.empty() ? "the namespace" : "namespace '" + name + "'";
 }
@@ -187,20 +197,26 @@ void TMofInstanceBuilder::StoreLinks(const std::vector<std::size_t>& items) {
     for (const auto& link : LinksOf(*m_waiting[i].object)) {
       if (!IsElsewhere(link.target) && IsThere(link.target)) continue;
       ++lacks[i];
-      if (!IsElsewhere(link.target)) awaited[link.target.GetPath()].push_back(i);
+      if (IsElsewhere(link.target)) continue;
+      if (const auto path = PathOf(link.target))
+        awaited[*path].push_back(i);
+      else
+        Fail(m_waiting[i], PlaceOf(m_waiting[i], link.property),
+             "property " + Quoted(link.property) + " refers to an object whose path is too long");
     }
     if (lacks[i] == 0) ready.push_back(i);
   }
   for (std::size_t next = 0; next < ready.size() && !m_report.IsFull(); ++next) {
     Store(m_waiting[ready[next]]);
-    const auto found = awaited.find(m_waiting[ready[next]].object->GetReference({}).GetPath());
+    const auto path = PathOf(m_waiting[ready[next]].object->GetReference({}));
+    const auto found = path ? awaited.find(*path) : awaited.end();
     if (found == awaited.end()) continue;
     for (const auto i : found->second)
       if (--lacks[i] == 0) ready.push_back(i);
     found->second.clear();
   }
   for (const auto i : items) {
-    if (lacks[i] == 0) continue;
+    if (lacks[i] == 0 || m_waiting[i].isLost) continue;
     if (const auto lack = FirstLack(m_waiting[i]))
       LeaveOut(m_waiting[i], PlaceOf(m_waiting[i], lack->property), *lack);
   }
@@ -322,8 +338,11 @@ void TMofInstanceBuilder::Store(const TItem& item, bool mayBeThere) {
     m_stored.emplace_back(item.object.get(), item.place);
   } catch (const THAVException& failure) {
     const auto place = ClassNameOf(item.place);
-    m_report.AddError(FileOf(item.place).text, place,
-                      Quoted(m_syntax.className.text) + ": " + failure.what());
+    m_report.AddError(
+        FileOf(item.place).text, place,
+        failure.GetStatusCode() == kHAVNotSupported
+            ? "the path of this instance of " + Quoted(m_syntax.className.text) + " is too long"
+            : Quoted(m_syntax.className.text) + ": " + failure.what());
   }
 }
 

@@ -1,5 +1,6 @@
 #include "havcore/client/TPluginLoader.h"
 
+#include <mutex>
 #include <system_error>
 
 #define BOOST_DLL_USE_STD_FS
@@ -35,16 +36,23 @@ std::string SystemMessage(const std::system_error& failure) {
   return text.substr(first, text.rfind(')') - first);
 }
 
-// Makes a manager the host's for as long as the plug-in registers itself.
+// Makes a manager the host's for as long as the plug-in registers itself. There is one at a time,
+// or a plug-in that another thread loads would register with it; but a plug-in may load others.
 class TManagerInUse {
  public:
   explicit TManagerInUse(const boost::shared_ptr<INamespaceProviderManager>& manager)
-      : m_before(TRootObject::SetNamespaceProviderManager(manager)) {}
+      : m_lock(Mutex()), m_before(TRootObject::SetNamespaceProviderManager(manager)) {}
   ~TManagerInUse() { TRootObject::SetNamespaceProviderManager(m_before); }
   TManagerInUse(const TManagerInUse&) = delete;
   TManagerInUse& operator=(const TManagerInUse&) = delete;
 
  private:
+  static std::recursive_mutex& Mutex() {
+    static std::recursive_mutex mutex;
+    return mutex;
+  }
+
+  std::lock_guard<std::recursive_mutex> m_lock;
   boost::shared_ptr<INamespaceProviderManager> m_before;
 };
 

@@ -8,7 +8,7 @@
 //            be gone before the loader is, because its code is unloaded with it: namespaces,
 //            classes, instances and all other elements, references that are bound to them,
 //            callbacks that hold them, and exceptions that were caught.
-// Threads:   one thread at a time.
+// Threads:   one thread at a time for each; several may be made and used at once.
 // Errors:    TPluginError, with the path of the library and what failed.
 #pragma once
 
@@ -34,7 +34,7 @@ class TPluginLoader {
   static constexpr char kProviderName[] = "inmem";
 
   // Loads `library`, calls its entry point, `TInmemNamespaceProvider::Initialize`, and takes
-  // the provider that it registers. The manager of the process's host stays as it was.
+  // the provider that it registers. The manager of the process's host is as it was afterwards.
   explicit TPluginLoader(const std::filesystem::path& library);
   ~TPluginLoader();
   TPluginLoader(const TPluginLoader&) = delete;

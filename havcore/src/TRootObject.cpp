@@ -1,6 +1,8 @@
 #include "havcore/TRootObject.h"
 
+#include <atomic>
 #include <iostream>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -19,8 +21,9 @@ class TStandardErrorLogger : public ILogger {
 
 struct TServices {
   TStandardErrorLogger firstLogger;
-  ILogger* logger = &firstLogger;
+  std::atomic<ILogger*> logger{&firstLogger};
 
+  std::mutex managerMutex;
   TNamespaceProviderManager firstManager;
   boost::shared_ptr<INamespaceProviderManager> manager = FirstManager();
 
@@ -44,16 +47,19 @@ ILogger* TRootObject::GetCoreLogger() { return Services().logger; }
 
 ILogger* TRootObject::SetCoreLogger(ILogger* logger) {
   TServices& services = Services();
-  return std::exchange(services.logger, logger ? logger : &services.firstLogger);
+  return services.logger.exchange(logger ? logger : &services.firstLogger);
 }
 
 boost::shared_ptr<INamespaceProviderManager> TRootObject::GetNamespaceProviderManager() {
-  return Services().manager;
+  TServices& services = Services();
+  const std::lock_guard<std::mutex> lock(services.managerMutex);
+  return services.manager;
 }
 
 boost::shared_ptr<INamespaceProviderManager> TRootObject::SetNamespaceProviderManager(
     const boost::shared_ptr<INamespaceProviderManager>& manager) {
   TServices& services = Services();
+  const std::lock_guard<std::mutex> lock(services.managerMutex);
   return std::exchange(services.manager, manager ? manager : services.FirstManager());
 }
 

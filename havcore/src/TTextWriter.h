@@ -26,6 +26,7 @@ class TTextWriter {
   }
   // In double quotes, with \ before each " and \ in it.
   void AddQuoted(std::string_view text) noexcept {
+    if (text.size() + 2 > Room()) return GiveUp();  // before a look at what may be endless
     Add('"');
     for (std::size_t plain; !text.empty(); text.remove_prefix(plain)) {
       plain = PlainSize(text);

@@ -126,7 +126,6 @@ void TInmemClass::SetUpInheritance() {
     superclass->EnumerateMethodDecls(take, TOptions());
   });
   auto qualifiers = PropagatedQualifiers(*superclass);
-  if (const auto* own = Own(*superclass)) m_someKey = own->m_someKey;
   m_properties.Swap(properties);
   properties.ForEach([&](const auto& entry) {
     const auto now = m_properties.Find(entry.name);
@@ -218,17 +217,25 @@ bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
   return false;
 }
 
-// In a deep hierarchy the key is often that of a class far above.
+// In a deep hierarchy the key is often that of a class far above, which the class above knows.
 bool TInmemClass::HasKey() const {
-  if (const auto known = m_someKey.lock())
-    if (typeid(*known) == typeid(TInmemPropertyDecl) && known->GetClass(TOptions()).get() != this &&
-        IsKey(*known) && m_properties.Find(CimName(known->GetName(TOptions())).Folded()) == known)
-      return true;
-  const auto decls = PropertyDecls();
-  const auto found =
-      std::find_if(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); });
-  if (found != decls.end()) m_someKey = *found;
-  return found != decls.end();
+  const auto isInherited = [this](const boost::shared_ptr<ICIMPropertyDecl>& decl) {
+    return decl && typeid(*decl) == typeid(TInmemPropertyDecl) &&
+           decl->GetClass(TOptions()).get() != this && IsKey(*decl) &&
+           m_properties.Find(CimName(decl->GetName(TOptions())).Folded()) == decl;
+  };
+  const auto superclass = m_superclass.lock();
+  const auto* above = superclass ? Own(*superclass) : nullptr;
+  auto key = above ? above->m_someKey.lock() : boost::shared_ptr<ICIMPropertyDecl>();
+  if (!isInherited(key)) {
+    const auto decls = PropertyDecls();
+    const auto found =
+        std::find_if(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); });
+    if (found == decls.end()) return false;
+    key = *found;
+  }
+  m_someKey = key;
+  return true;
 }
 
 void TInmemClass::EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,

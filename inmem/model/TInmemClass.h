@@ -230,7 +230,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   std::string m_name;
   boost::weak_ptr<ICIMClass> m_superclass;
   TQualifierTable m_qualifiers;
-  // One that was a key when it was last looked for, to be looked at first.
+  // One that was a key when it was last looked for, for subclasses to look at first.
   mutable boost::weak_ptr<ICIMPropertyDecl> m_someKey;
   TPropertyTable m_properties;
   TMethodTable m_methods;

@@ -2,7 +2,7 @@
 //
 // Ownership: one object, made on first use, shared with the host's provider manager; it keeps
 //            no list of the namespaces that it makes.
-// Threads:   the first use is unguarded: the host initialises the plug-in on one thread.
+// Threads:   any, the first use included; each namespace then has one thread at a time.
 // Errors:    none of its own; what the manager or an allocation throws passes through.
 #pragma once
 

@@ -1,7 +1,7 @@
 // ILogger: where the object model writes what happened.
 //
 // Ownership: not owned by those who write to it.
-// Threads:   one thread at a time.
+// Threads:   all those on which the host uses namespaces.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // TRootObject: the way to the host's services.
 //
-// Threads: one thread sets a service before others use it.
+// Threads: any. A logger that is replaced may still be in use by another thread.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
