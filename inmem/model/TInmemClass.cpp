@@ -219,15 +219,15 @@ bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
 
 // In a deep hierarchy the key is often that of a class far above, which the class above knows.
 bool TInmemClass::HasKey() const {
-  const auto isInherited = [this](const boost::shared_ptr<ICIMPropertyDecl>& decl) {
+  const auto isInherited = [this](ICIMPropertyDecl* decl) {
     return decl && typeid(*decl) == typeid(TInmemPropertyDecl) &&
            decl->GetClass(TOptions()).get() != this && IsKey(*decl) &&
-           m_properties.Find(CimName(decl->GetName(TOptions())).Folded()) == decl;
+           m_properties.Find(CimName(decl->GetName(TOptions())).Folded()).get() == decl;
   };
   const auto superclass = m_superclass.lock();
   const auto* above = superclass ? Own(*superclass) : nullptr;
   auto key = above ? above->m_someKey.lock() : boost::shared_ptr<ICIMPropertyDecl>();
-  if (!isInherited(key)) {
+  if (!isInherited(key.get())) {
     const auto decls = PropertyDecls();
     const auto found =
         std::find_if(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); });
