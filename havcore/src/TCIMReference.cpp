@@ -16,6 +16,8 @@
 namespace NORVHAV20 {
 namespace {
 
+using TKey = std::pair<std::string, TCIMValue>;
+
 // A key may have any name; a class is not asked for what it could only complain about.
 boost::shared_ptr<ICIMPropertyDecl> FindDeclaration(const ICIMClass& cls, const std::string& name) {
   if (!IsCimName(name)) return {};

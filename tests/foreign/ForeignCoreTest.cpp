@@ -29,5 +29,28 @@ TEST(ForeignCore, HasReferencesWhoseDefaultTheHostMakes) {
   EXPECT_EQ(link->GetReferenceDecl("End", {})->GetDefaultValue({}).GetReferencedClass(), target);
 }
 
+TEST(ForeignCore, KeepsNoValueOfAnInstanceThatLacksMemoryWhileItIsMade) {
+  Repository repository;
+  const auto cls = repository.Class("Thing");
+  for (const char* name : {"A", "B", "C", "D"}) repository.Property(cls, name, TCIMValue("text"));
+  cls->AllocateInstance({});  // what the class keeps for all of them
+  bool made = false;
+  for (long after = 0; !made; ++after) {
+    ASSERT_LT(after, 1000);
+    const long before = TCIMValue::Living();
+    TCIMValue::FailAfter(after);
+    try {
+      cls->AllocateInstance({});
+      made = true;
+    } catch (const std::bad_alloc&) {
+    }
+    TCIMValue::FailAfter(-1);
+    EXPECT_EQ(TCIMValue::Living(), before) << "after " << after;
+    if (made) {
+      EXPECT_GT(after, 3);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace havtest

@@ -208,4 +208,33 @@ TEST_F(TClassSetOf, AWalkOutlivesTheSet) {
   EXPECT_EQ(Rest(walk), classes);
 }
 
+TEST_F(TClassSetOf, AnySizeEndsAWalkThatLacksMemoryWhenItChangesWithBadAlloc) {
+  TClassSet many;
+  const Classes classes = Make(5);
+  for (const auto& cls : classes) many.Add(cls);
+  TClassSet::TWalk walk(many);
+  EXPECT_EQ(walk.Next(), classes[0].get());
+  {
+    FailingAllocation failure(0, FailingAllocation::kFromThenOn);
+    EXPECT_TRUE(many.Remove(classes[1].get()));
+    EXPECT_TRUE(failure.HasFailed());
+  }
+  EXPECT_THROW(walk.Next(), std::bad_alloc);
+  EXPECT_EQ(many.All(), (Classes{classes[0], classes[2], classes[3], classes[4]}));
+}
+
+TEST_F(TClassSetOf, AnySizeGoesOnWithAPreparedWalkWhateverMemoryThereIs) {
+  TClassSet many;
+  const Classes classes = Make(5);
+  for (const auto& cls : classes) many.Add(cls);
+  TClassSet::TWalk walk(many);
+  walk.Prepare();
+  {
+    FailingAllocation failure(0, FailingAllocation::kFromThenOn);
+    EXPECT_TRUE(many.Remove(classes[1].get()));
+    EXPECT_FALSE(failure.HasFailed());
+  }
+  EXPECT_EQ(Rest(walk), classes);
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <locale>
+#include <new>
 #include <sstream>
 #include <utility>
 #include <variant>
@@ -27,6 +28,15 @@ std::string IntegerText(std::uint64_t magnitude, bool negative, unsigned radix) 
     magnitude /= radix;
   } while (magnitude != 0);
   return negative ? '-' + text : text;
+}
+
+long g_living = 0;
+long g_left = -1;
+
+// Counts one that is being made.
+long CountOne() {
+  if (g_left >= 0 && g_left-- == 0) throw std::bad_alloc();
+  return ++g_living;
 }
 
 std::string RealText(double number) {
@@ -65,7 +75,17 @@ std::ostream& operator<<(std::ostream& out, const TCIMValue::TCIMType& type) {
 TCIMValue::TCIMValue(const TContent& content)
     : m_self(this),
       m_typeName(kTypeNames[ElementOf(content.type)]),
-      m_content(new TContent(content)) {}
+      m_content(new TContent(content)) {
+  try {
+    CountOne();
+  } catch (...) {
+    delete m_content;
+    throw;
+  }
+}
+
+long TCIMValue::Living() { return g_living; }
+void TCIMValue::FailAfter(long count) { g_left = count; }
 
 TCIMValue::TCIMValue() : TCIMValue(TContent::Null(kCIMNone)) {}
 TCIMValue::TCIMValue(bool value) : TCIMValue(TContent::Of(kCIMBoolean, std::uint64_t{value})) {}
@@ -114,6 +134,7 @@ TCIMValue::~TCIMValue() {
   Content();
   delete m_content;
   m_self = nullptr;
+  --g_living;
 }
 
 TCIMValue& TCIMValue::operator=(const TCIMValue& other) {

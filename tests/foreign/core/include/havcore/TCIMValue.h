@@ -91,6 +91,11 @@ class HAVCORE_API TCIMValue {
   explicit operator std::int64_t() const;
   explicit operator TCIMDateTime() const;
   std::string GetReferencedClassName() const;
+
+  // How many values there are, and after how many more the making of one lacks memory; negative:
+  // never.
+  static long Living();
+  static void FailAfter(long count);
 #endif
 
  private:
