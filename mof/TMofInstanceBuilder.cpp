@@ -210,13 +210,17 @@ void TMofInstanceBuilder::Set(TItem& item, const TMofAssignment& assignment, con
   slot.isGiven = !value->IsNull();
   if (!IsSound(item, assignment, slot, *value)) return;
   if (slot.type == kCIMReference && !value->IsNull()) m_references.push_back(*value);
-  if (slot.isKey && !value->IsNull()) HashKey(slot, *value);
   try {
+    if (slot.isKey && !value->IsNull()) HashKey(slot, *value);
     item.object->SetPropertyValue(slot.name, *value, {});
   } catch (const THAVException& failure) {
     // What is left out refers to what nobody knows.
-    if (!item.isLost)
-      Fail(item, assignment.value.offset, Quoted(assignment.name.text) + ": " + failure.what());
+    if (item.isLost) return;
+    const bool isTooLong = value->IsReference() && failure.GetStatusCode() == kHAVNotSupported;
+    Fail(item, assignment.value.offset,
+         isTooLong ? "property " + Quoted(assignment.name.text) +
+                         " refers to an object whose path is too long"
+                   : Quoted(assignment.name.text) + ": " + failure.what());
   }
 }
 

@@ -105,13 +105,13 @@ TEST(Size, OfPathsThatDoubleIsRefusedWhereTheyAreTooLong) {
     repository.Reference(link, "Next", node, {{"Key", TCIMValue(true)}});
     link->AddToNamespace({});
     InstancePtr before = repository.Instance(node, {{"Name", TCIMValue("")}});
-    for (int level = 0; level < 20; ++level) {
+    for (int level = 0; level < 12; ++level) {
       before = repository.Instance(
           link, {{"Name", TCIMValue("")}, {"Next", TCIMValue(before->GetReference({}))}});
       ASSERT_TRUE(repository.ns->GetInstance(before->GetReference({}), {})) << level;
     }
     EXPECT_EQ(repository.TakeLog(), kNothingLogged);
-    for (int level = 0; level < 4; ++level) {
+    for (int level = 0; level < 12; ++level) {
       const InstancePtr next = link->AllocateInstance({});
       next->SetPropertyValue("Name", TCIMValue(""), {});
       next->SetPropertyValue("Next", TCIMValue(before->GetReference({})), {});
@@ -128,7 +128,7 @@ TEST(Size, OfPathsThatDoubleIsRefusedWhereTheyAreTooLong) {
               (LogLines{refused, {ILogger::kNote, "Inmem: Instance Link: invalid references"}}));
     int stored = 0;
     link->EnumerateInstances([&](const InstancePtr&) { return ++stored; }, false, {});
-    EXPECT_EQ(stored, 20);
+    EXPECT_EQ(stored, 12);
   });
 }
 

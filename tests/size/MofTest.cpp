@@ -106,7 +106,7 @@ TEST(MofSize, OfPathsThatDoubleIsAnErrorAtItsPlace) {
         "class Node { [Key] string Name; };\n"
         "[Association] class Link : Node { [Key] Node ref Next; };\n"
         "instance of Node as $a0 { Name = \"\"; };\n";
-    for (int i = 1; i < 40; ++i)
+    for (int i = 1; i < 26; ++i)
       text += "instance of Link as $a" + Number(i) + " { Name = \"\"; Next = $a" + Number(i - 1) +
               "; };\n";
     const auto loaded = LoadText(text);
@@ -123,7 +123,7 @@ TEST(MofSize, OfObjectsThatEmbedObjectsIsAnErrorAtItsPlace) {
         "Qualifier EmbeddedInstance : string = null, Scope(property);\n"
         "class Box { [Key] string Name; [EmbeddedInstance(\"Box\")] string Inside; };\n"
         "instance of Box as $a0 { Name = \"\"; };\n";
-    for (int i = 1; i < 60; ++i)
+    for (int i = 1; i < 40; ++i)
       text += "instance of Box as $a" + Number(i) + " { Name = \"" + Number(i) + "\"; Inside = $a" +
               Number(i - 1) + "; };\n";
     const auto loaded = LoadText(text);
