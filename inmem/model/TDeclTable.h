@@ -33,6 +33,8 @@ class TDeclTable {
   using TEntryPtr = boost::intrusive_ptr<const TEntry>;
 
   std::size_t Size() const noexcept { return m_size; }
+  // How many entries a search asks at most: at most half as many again as their number halves.
+  int Height() const noexcept { return Height(m_root); }
 
   // Returns the declaration of a folded name, empty when there is none. Complexity: O(log n).
   boost::shared_ptr<TDecl> Find(std::string_view name) const {
