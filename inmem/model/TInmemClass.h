@@ -206,6 +206,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   void PlanLinks(TLinks& links, const boost::shared_ptr<TInmemClass>& displaced) const;
   TClasses ClassesToRegisterWith() const;
   void RefuseCycle(const TInmemClass& displaced, ICIMClass* superclass) const;
+  bool IsWithin(const ICIMClass& cls, const TInmemClass& displaced) const;
   void Commit(TLinks& links) noexcept;
   void TakeOver(TInmemClass& displaced, TClassSet& associations) noexcept;
   void LeaveAssociationSets(std::vector<boost::weak_ptr<ICIMClass>>& classes) noexcept;

@@ -144,12 +144,23 @@ TInmemClass::TClasses TInmemClass::ClassesToRegisterWith() const {
 void TInmemClass::RefuseCycle(const TInmemClass& displaced, ICIMClass* superclass) const {
   boost::shared_ptr<ICIMClass> above;
   for (const ICIMClass* cls = superclass; cls; cls = above.get()) {
-    if (cls == this || displaced.m_subclasses.Contains(cls)) Throw(kHAVAlreadyDefined);
+    if (IsWithin(*cls, displaced)) Throw(kHAVAlreadyDefined);
     above = cls->GetSuperClass(TOptions());
   }
   const auto* own = dynamic_cast<const TInmemClass*>(superclass);
   const bool listed = !own || own->m_subclasses.Contains(&displaced);
   if (displaced.Reaches(*this) || (!listed && displaced.Reaches(*own))) Throw(kHAVAlreadyDefined);
+}
+
+// Whether `cls` is this class or one that it takes over. A class of another make may stand for one
+// of them: its name tells.
+bool TInmemClass::IsWithin(const ICIMClass& cls, const TInmemClass& displaced) const {
+  if (Own(cls)) return &cls == this || displaced.m_subclasses.Contains(&cls);
+  const std::string& name = cls.GetName(TOptions());
+  if (name == m_name) return true;
+  const auto taken = displaced.m_subclasses.All();
+  return std::any_of(taken.begin(), taken.end(),
+                     [&](const auto& each) { return each->GetName(TOptions()) == name; });
 }
 
 void TInmemClass::Commit(TLinks& links) noexcept {

@@ -210,5 +210,18 @@ TEST(HostClass, KeepsWhatItListsWhenARegistrationIsRepeatedInVain) {
   EXPECT_EQ(associated(), (std::vector<std::string>{"Above", "Link"}));
 }
 
+TEST(HostClass, InFrontOfASubclassThatIsTakenOverClosesNoCircle) {
+  Repository repository(true);
+  auto redefining = repository.Allocate("Node");
+  auto under = repository.Class("Under");
+  auto host = boost::make_shared<ForeignClass>(under);
+  auto standing = repository.Class("Node", host);
+  under->RemoveSubclass(standing, {});
+  standing->AddSubclass(under, {});
+  EXPECT_STATUS(16, redefining->AddToNamespace({}));
+  EXPECT_EQ(standing, repository.ns->GetClass("Node", {}));
+  EXPECT_FALSE(under->IsA(standing, {}));
+}
+
 }  // namespace
 }  // namespace havtest

@@ -422,9 +422,17 @@ void TModel::AddClass(Id id) {
   }
   const Id superclass = displaced == kNone ? classes[id].superclass : classes[displaced].superclass;
   if (displaced != kNone) {
-    const auto& taken = classes[displaced].subclasses;
+    auto taken = classes[displaced].subclasses;
+    taken.push_back(id);
+    // A host's object may stand for any class of its name.
+    const auto isTaken = [&](Id above) {
+      return std::any_of(taken.begin(), taken.end(), [&](Id each) {
+        return each == above ||
+               (classes[above].behind != kNone && classes[each].name == classes[above].name);
+      });
+    };
     for (Id above = superclass; above != kNone; above = classes[OwnClass(above)].superclass)
-      if (above == id || Contains(taken, above)) throw TStatus{16};
+      if (isTaken(above)) throw TStatus{16};
     if (Reaches(displaced, id) || Reaches(displaced, superclass)) throw TStatus{16};
   }
   std::vector<Id> referenced;
