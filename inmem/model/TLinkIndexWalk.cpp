@@ -56,9 +56,10 @@ void TLinkIndex::TWalk::FetchEnds() const noexcept {
   for (const TCandidate& candidate : m_candidates) {
     if (candidate.link == kNone) continue;
     for (std::uint32_t link = m_index->FirstLinkOf(candidate.link); link != kNone;
-         link = m_index->m_links[link].next)
-      if (link != candidate.link)
-        Prefetch(m_index->m_targets[m_index->m_links[link].target].end, sizeof(TInmemInstance));
+         link = m_index->m_links[link].next) {
+      const auto* end = m_index->m_targets[m_index->m_links[link].target].end;
+      if (end && link != candidate.link) Prefetch(end, sizeof(TInmemInstance));
+    }
   }
 }
 

@@ -14,7 +14,7 @@ inline void Prefetch(const void* address) noexcept {
 #endif
 }
 
-// All of an object that is not large.
+// All of an object that is there and is not large.
 inline void Prefetch(const void* object, std::size_t size) noexcept {
   Prefetch(object);
   Prefetch(static_cast<const char*>(object) + size - 1);
