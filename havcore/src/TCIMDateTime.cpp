@@ -1,7 +1,9 @@
 #include "havcore/TCIMDateTime.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <string_view>
+#include <tuple>
 
 #include "havcore/THAVException.h"
 
@@ -80,7 +82,7 @@ std::int64_t Join(const TTime& time) {
 
 void AppendPadded(std::string& out, std::uint64_t number, std::size_t width) {
   const std::string digits = std::to_string(number);
-  if (digits.size() < width) out.append(width - digits.size(), '0');
+  out.append(width - std::min(width, digits.size()), '0');
   out += digits;
 }
 
@@ -110,7 +112,6 @@ class TDigits {
     const std::size_t at = m_at;
     m_at += width;
     if (m_precision <= at) return absent;
-    Require(m_precision >= m_at);
     return ReadDigits(std::string_view(m_digits).substr(at, width));
   }
 
@@ -157,7 +158,7 @@ void AppendDate(std::string& out, const TDate& date, unsigned precision) {
 }
 
 void AppendOffset(std::string& out, std::int32_t minutes) {
-  const auto distance = static_cast<std::uint32_t>(minutes < 0 ? -minutes : minutes);
+  const auto distance = static_cast<std::uint32_t>(std::abs(minutes));
   out += minutes < 0 ? '-' : '+';
   AppendPadded(out, distance / 60, 2);
   out += ':';
@@ -243,7 +244,7 @@ std::string TCIMDateTime::ToString() const {
   std::fill(text.begin() + m_precision, text.end(), '*');
   text.insert(kPointAt, 1, '.');
   text += m_interval ? ':' : m_utcOffset < 0 ? '-' : '+';
-  AppendPadded(text, static_cast<std::uint64_t>(m_utcOffset < 0 ? -m_utcOffset : m_utcOffset), 3);
+  AppendPadded(text, static_cast<std::uint64_t>(std::abs(m_utcOffset)), 3);
   return text;
 }
 
@@ -274,9 +275,8 @@ bool operator==(const TCIMDateTime& a, const TCIMDateTime& b) noexcept {
 }
 
 bool operator<(const TCIMDateTime& a, const TCIMDateTime& b) noexcept {
-  if (a.m_interval != b.m_interval) return a.m_interval;
-  if (a.m_microseconds != b.m_microseconds) return a.m_microseconds < b.m_microseconds;
-  return a.m_precision < b.m_precision;
+  return std::make_tuple(!a.m_interval, a.m_microseconds, a.m_precision) <
+         std::make_tuple(!b.m_interval, b.m_microseconds, b.m_precision);
 }
 
 }  // namespace NORVHAV20

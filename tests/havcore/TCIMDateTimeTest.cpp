@@ -95,7 +95,8 @@ TEST(TCIMDateTime, EveryDayOfFourCenturiesIsWrittenAsItWasRead) {
 
 TEST(TCIMDateTime, TimestampRefusesAFieldOutOfRange) {
   EXPECT_STATUS(0, TCIMDateTime::Timestamp(2024, 1, 1, 0, 0, 0, 0, 0));
-  EXPECT_STATUS(14, TCIMDateTime::Timestamp(10000, 1, 1, 0, 0, 0, 0, 0));
+  for (const std::uint32_t year : {10000u, 300000u, 500000u, 1000000u, 4294967295u})
+    EXPECT_STATUS(14, TCIMDateTime::Timestamp(year, 1, 1, 0, 0, 0, 0, 0));
   EXPECT_STATUS(14, TCIMDateTime::Timestamp(2024, 0, 1, 0, 0, 0, 0, 0));
   EXPECT_STATUS(14, TCIMDateTime::Timestamp(2024, 13, 1, 0, 0, 0, 0, 0));
   EXPECT_STATUS(14, TCIMDateTime::Timestamp(2024, 1, 0, 0, 0, 0, 0, 0));

@@ -68,6 +68,18 @@ TEST(TCIMReferenceParse, ReadsAClass) {
   EXPECT_EQ(Parse("<root>").GetClassName(), "<root>");
 }
 
+TEST(TCIMReferenceParse, NamesMayHaveEveryLetter) {
+  const std::string letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_";
+  for (const char c : letters)
+    for (const std::string& name : {std::string(1, c), std::string("a") + c, letters + "0189"}) {
+      EXPECT_EQ(Parse(name + "." + name + "=1").GetClassName(), name);
+      EXPECT_EQ(Parse("C." + name + "=1").GetPath(), "C." + name + "=1");
+    }
+  // What stands beside the letters and digits.
+  for (const char c : std::string("@[`{/:^-"))
+    EXPECT_STATUS(15, Parse(std::string("C.a") + c + "=1"));
+}
+
 TEST(TCIMReferenceParse, ReadsANamespaceName) {
   EXPECT_EQ(Parse("root/cimv2:C").GetNameSpaceName(), "root/cimv2");
   EXPECT_EQ(Parse("root/cimv2:C").GetClassName(), "C");
@@ -89,6 +101,8 @@ TEST(TCIMReferenceParse, ValuesTakeTheTypeOfTheirTextWithoutAHome) {
   EXPECT_EQ(KeyOf("18446744073709551616"), TCIMValue(18446744073709551616.0));
   EXPECT_EQ(KeyOf("-0"), TCIMValue(-0.0));
   EXPECT_EQ(KeyOf("1.5"), TCIMValue(1.5));
+  EXPECT_EQ(KeyOf(".5"), TCIMValue(0.5));
+  EXPECT_EQ(KeyOf("-.5"), TCIMValue(-0.5));
   EXPECT_EQ(KeyOf("-1e-3"), TCIMValue(-0.001));
   EXPECT_EQ(KeyOf("inf"), TCIMValue(std::numeric_limits<double>::infinity()));
   EXPECT_EQ(KeyOf("-inf"), TCIMValue(-std::numeric_limits<double>::infinity()));
@@ -120,6 +134,11 @@ TEST(TCIMReferenceParse, RefusesTextThatIsNoObjectPath) {
            "C.K=1, L=2",
            "C.K=1;L=2",
            "C.K=1,L",
+           "C.NULL",
+           "C.TRUE",
+           "C.K=1,NULL",
+           R"(C.K="a";L="b")",
+           R"(C.K="a"xL=1)",
            "C.K=1,K=2",
            "C.K=1,k=1",
            R"(C.K=")",
@@ -229,6 +248,25 @@ TEST_F(TypedParseTest, ValuesThatDoNotFitKeepTheTypeOfTheirText) {
   EXPECT_EQ(KeyOf("Reference", R"("no path")"), TCIMValue("no path"));
   EXPECT_EQ(KeyOf("Strings", R"("{a}")"), TCIMValue("{a}"));
   EXPECT_EQ(KeyOf("Undeclared", "5"), TCIMValue(std::uint64_t{5}));
+}
+
+TEST_F(TypedParseTest, WhatTheNamespaceThrowsForAReferenceInAKeyPassesThrough) {
+  struct THome : FakeNamespace {
+    boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TOptions options) override {
+      if (name == "D") throw THAVException(static_cast<EHAVStatusCode>(status));
+      return FakeNamespace::GetClass(name, options);
+    }
+    unsigned status = 1;
+  };
+  const auto failing = boost::make_shared<THome>();
+  failing->AddClass("C", {{"Reference", kCIMReference}});
+  for (const unsigned status : {1u, 16u}) {
+    failing->status = status;
+    EXPECT_STATUS(status, TCIMReference::Parse(R"(C.Reference="D.N=1")", failing));
+  }
+  failing->status = 14;
+  EXPECT_EQ(TCIMReference::Parse(R"(C.Reference="D.N=1")", failing).GetKeyValues().at("Reference"),
+            TCIMValue("D.N=1"));
 }
 
 TEST_F(TypedParseTest, RefusesANumberThatFitsNoType) {

@@ -68,6 +68,10 @@ TEST_F(TCIMReferenceTest, GetPathWritesEveryTypeOfKey) {
   EXPECT_EQ(PathText(TCIMValue()), "C.K=NULL");
   EXPECT_EQ(PathText(TCIMValue::Null(kCIMString)), "C.K=NULL");
   EXPECT_EQ(PathText(TCIMValue(kCIMString, {TCIMValue("a"), TCIMValue("b")})), R"(C.K="{a, b}")");
+  EXPECT_EQ(
+      PathText(TCIMValue(kCIMUInt8, {TCIMValue(std::uint8_t{12}), TCIMValue(std::uint8_t{255})})),
+      R"(C.K="{12, 255}")");
+  EXPECT_EQ(PathText(TCIMValue(std::uint32_t{4294967295})), "C.K=4294967295");
   EXPECT_EQ(PathText(TCIMValue(Path("D", {{"N", TCIMValue("x\"")}}))), R"(C.K="D.N=\"x\\\"\"")");
 }
 
@@ -266,6 +270,13 @@ TEST_F(TCIMReferenceTest, NamesCompareIgnoringCaseAndStringsDoNot) {
   EXPECT_NE(path, with("root/a", "C", "Kez", "v"));
   EXPECT_NE(path, with("root/a", "C", "Key", "V"));
   EXPECT_NE(path, with("", "C", "Key", "v"));
+  EXPECT_NE(path, with("root/ab", "C", "Key", "v"));
+  EXPECT_NE(with("root/a", "Cz", "Key", "v"), path);
+  EXPECT_EQ(with("", "AZ", "Key", "v"), with("", "az", "Key", "v"));
+  // Characters that differ from others by as much as a letter's cases do.
+  EXPECT_NE(with("a?", "C", "Key", "v"), with("a_", "C", "Key", "v"));
+  EXPECT_NE(with("a@", "C", "Key", "v"), with("a`", "C", "Key", "v"));
+  EXPECT_NE(with("a[", "C", "Key", "v"), with("a{", "C", "Key", "v"));
 }
 
 TEST_F(TCIMReferenceTest, PathsReadWithoutTypesEqualTheOnesTheyWereWrittenFrom) {
