@@ -100,6 +100,7 @@ TEST(TCIMReferenceParse, ValuesTakeTheTypeOfTheirTextWithoutAHome) {
   EXPECT_EQ(KeyOf("-9223372036854775808"), TCIMValue(std::numeric_limits<std::int64_t>::min()));
   EXPECT_EQ(KeyOf("18446744073709551616"), TCIMValue(18446744073709551616.0));
   EXPECT_EQ(KeyOf("-0"), TCIMValue(-0.0));
+  EXPECT_EQ(KeyOf("-0").ToString(10), "-0");
   EXPECT_EQ(KeyOf("1.5"), TCIMValue(1.5));
   EXPECT_EQ(KeyOf(".5"), TCIMValue(0.5));
   EXPECT_EQ(KeyOf("-.5"), TCIMValue(-0.5));

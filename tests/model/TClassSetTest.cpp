@@ -181,6 +181,33 @@ TEST_F(TClassSetOf, AWalkThatIsPreparedLetsItsSetChangeWithoutMemory) {
   EXPECT_EQ(Rest(walk), classes);
 }
 
+TEST_F(TClassSetOf, AnAdditionThatLacksMemoryChangesNothing) {
+  for (std::size_t count = 0; count < 70; ++count) {
+    const Classes classes = Make(count);
+    const auto one = Make();
+    for (std::size_t allowed = 0;; ++allowed) {
+      TClassSet set;
+      for (const auto& cls : classes) set.Add(cls);
+      bool failed = false;
+      {
+        FailingAllocation failure(allowed);
+        try {
+          set.Add(one);
+        } catch (const std::bad_alloc&) {
+          failed = true;
+        }
+        ASSERT_EQ(failure.HasFailed(), failed);
+      }
+      if (!failed) break;
+      ASSERT_FALSE(set.Contains(one.get())) << count << ", " << allowed;
+      ASSERT_EQ(set.All(), classes);
+      ASSERT_FALSE(set.Remove(one.get()));
+      set.Add(one);
+      ASSERT_EQ(set.All().size(), count + 1);
+    }
+  }
+}
+
 // As many as a set ever had at a time, and as many again that it has lost.
 TEST_F(TClassSetOf, MemoryIsThatOfTheClassesThatAreThere) {
   const Classes classes = Make(6);

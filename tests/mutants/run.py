@@ -86,6 +86,16 @@ def instrument(names, jobs):
     return {name: result for unit in units for name, result in known[key(unit)].items()}
 
 
+def tell_apart(mutants):
+    """Numbers the changes of one file that are alike: `#2` is the second one."""
+    seen = collections.Counter()
+    for mutant in mutants:
+        key = key_of(mutant)
+        seen[key] += 1
+        if seen[key] > 1:
+            mutant.change += f" #{seen[key]}"
+
+
 def write(path, text, encoding="utf-8"):
     """Writes a file when that changes it, so that what is built of it stays."""
     data = text.encode(encoding)
@@ -124,6 +134,16 @@ def write_copy(instrumented):
                 "target_link_libraries(mutants_main PUBLIC GTest::gtest hav::core)\n"
                 "add_library(GTest::mutants_main ALIAS mutants_main)\n")
     write(SHADOW / "cmake/HavGoogleTest.cmake", own_main)
+    # What reads past an end, or leaves a function without its value, ends the program.
+    write(SHADOW / "cmake/HavTarget.cmake", (ROOT / "cmake/HavTarget.cmake").read_text() + """
+macro(hav_target name)
+  _hav_target(${name})
+  if("${name}" MATCHES "^(havcore|inmem_objects)$")
+    target_compile_options(${name} PRIVATE -D_GLIBCXX_ASSERTIONS -fsanitize=return
+                           -fsanitize-trap=return)
+  endif()
+endmacro()
+""")
     # The suites keep their CMakeLists.txt; only their main program is another one.
     shutil.rmtree(SHADOW / "tests", ignore_errors=True) if not (
         SHADOW / "tests").is_symlink() else (SHADOW / "tests").unlink()
@@ -136,9 +156,7 @@ def write_copy(instrumented):
 
 
 def build(jobs):
-    # What reads past an end is noticed; and a branch that leaves a function without a value is no
-    # reason to leave that branch out.
-    flags = ("-D_GLIBCXX_ASSERTIONS -w -Wno-c++11-narrowing -O1 -fno-strict-return "
+    flags = ("-w -Wno-c++11-narrowing -O1 -fno-strict-return "
              f"-I{SHADOW} -include {SHADOW}/tests/mutants/Mutants.h")
     log = WORK / "build.log"
     with log.open("w") as out:
@@ -402,6 +420,8 @@ def main():
             parser.error(f"{name} is none of the sources in {', '.join(FOLDERS)}")
     print("finding the places ...", file=sys.stderr, flush=True)
     instrumented = instrument(names, options.jobs)
+    for mutants, _ in instrumented.values():
+        tell_apart(mutants)
     everything = [mutant for _, (mutants, _) in sorted(instrumented.items())
                   for mutant in mutants]
     chosen = [m for m in everything if not options.only or m.file in options.only]
