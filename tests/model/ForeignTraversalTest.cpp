@@ -35,6 +35,26 @@ class GappyClass : public ForeignClass {
   }
 };
 
+// Stops where a callback answers false, as a host's class may.
+class StoppingClass : public ForeignClass {
+ public:
+  using ForeignClass::ForeignClass;
+
+  void EnumerateInstances(const TEnumCallback<ICIMInstance>& callback, bool deep,
+                          TOptions o) override {
+    bool goesOn = true;
+    ForeignClass::EnumerateInstances(
+        [&](InstancePtr instance) { return goesOn = goesOn && callback(instance); }, deep, o);
+  }
+  void EnumerateAssociationClasses(const TEnumCallback<ICIMClass>& callback,
+                                   const std::string& resultClass, const std::string& role,
+                                   TOptions o) const override {
+    bool goesOn = true;
+    ForeignClass::EnumerateAssociationClasses(
+        [&](ClassPtr cls) { return goesOn = goesOn && callback(cls); }, resultClass, role, o);
+  }
+};
+
 struct Model {
   Repository repository;
   ClassPtr node = repository.Class("Node");
@@ -68,6 +88,32 @@ TEST(ForeignTraversal, EmptyAssociationClassesArePassedOver) {
     EXPECT_EQ(References(instance, "", "From").size(), 1u);
     EXPECT_EQ(Associators(instance), (Names{"Node.Name=\"b\""}));
   }
+}
+
+TEST(ForeignTraversal, AClassThatStopsWhereItIsToldToIsWalkedToItsEnd) {
+  Model model;
+  const auto other = model.repository.Association("Other", "From", model.node, "To", model.node);
+  const auto c = model.repository.Instance(model.node, {{"Name", TCIMValue("c")}});
+  for (const auto& cls : {model.link, other}) {
+    model.repository.Link(cls, "From", c, "To", model.b);
+    model.repository.Link(cls, "From", model.b, "To", model.a);
+    model.repository.Link(cls, "From", model.a, "To", c);
+    model.node->RemoveAssociation(cls, {});
+    model.node->AddAssociation(boost::make_shared<StoppingClass>(cls), {});
+  }
+  EXPECT_EQ(References(model.a).size(), 4u);
+  EXPECT_EQ(References(model.a, "", "From").size(), 2u);
+  EXPECT_EQ(References(model.a, "", "To").size(), 2u);
+  EXPECT_EQ(Associators(model.a).size(), 4u);
+  EXPECT_EQ(Associators(model.a, {"", "<root>", "", "To"}).size(), 4u);
+
+  const boost::shared_ptr<ICIMClass> stopping = boost::make_shared<StoppingClass>(model.node);
+  const InstancePtr instance = boost::make_shared<TInmemInstance>(stopping, 0);
+  instance->SetPropertyValue("Name", TCIMValue("d"), {});
+  model.node->AddInstance(instance, {});
+  for (const auto& cls : {model.link, other}) model.repository.Link(cls, "From", instance, "To", c);
+  EXPECT_EQ(References(instance).size(), 2u);
+  EXPECT_EQ(Associators(instance).size(), 2u);
 }
 
 }  // namespace

@@ -6,6 +6,9 @@
 
 namespace havtest {
 
+// How many blocks of memory there are now.
+long LiveAllocations() noexcept;
+
 // While it lives, the allocation after the next `allowed` ones throws std::bad_alloc. The ones
 // after that succeed again, so that undoing may allocate; or, with kFromThenOn, they fail too.
 class FailingAllocation {

@@ -1,5 +1,6 @@
 #include "support/FailingAllocations.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
@@ -10,6 +11,7 @@ long g_left = -1;
 bool g_failed = false;
 bool g_goOn = false;
 int g_paused = 0;
+std::atomic<long> g_live{0};
 
 bool Fails() noexcept {
   if (g_paused != 0) return false;
@@ -19,10 +21,21 @@ bool Fails() noexcept {
   return true;
 }
 
+void* AllocateOrNull(std::size_t size) noexcept {
+  void* const block = std::malloc(size == 0 ? 1 : size);
+  if (block) ++g_live;
+  return block;
+}
+
 void* Allocate(std::size_t size) {
   if (Fails()) throw std::bad_alloc();
-  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
+  if (void* block = AllocateOrNull(size)) return block;
   throw std::bad_alloc();
+}
+
+void Free(void* block) noexcept {
+  if (block) --g_live;
+  std::free(block);
 }
 
 }  // namespace
@@ -30,14 +43,20 @@ void* Allocate(std::size_t size) {
 void* operator new(std::size_t size) { return Allocate(size); }
 void* operator new[](std::size_t size) { return Allocate(size); }
 // Who asks for it can do without: that is no failure to be told of.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete[](void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return AllocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return AllocateOrNull(size);
+}
+void operator delete(void* block) noexcept { Free(block); }
+void operator delete[](void* block) noexcept { Free(block); }
+void operator delete(void* block, std::size_t) noexcept { Free(block); }
+void operator delete[](void* block, std::size_t) noexcept { Free(block); }
 
 namespace havtest {
+
+long LiveAllocations() noexcept { return g_live; }
 
 FailingAllocation::FailingAllocation(std::size_t allowed, ELength length) noexcept
     : m_allowed(allowed) {
