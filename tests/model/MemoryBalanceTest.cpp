@@ -102,6 +102,22 @@ TEST(MemoryBalance, OfSlotsPreviousValuesAndDerivedProperties) {
             0);
 }
 
+TEST(MemoryBalance, OfValuesOfEveryKind) {
+  EXPECT_EQ(LeftBehindBy([] {
+              TCIMReference path({}, {{"Name", TCIMValue(std::string(100, 'n'))}});
+              TCIMValue value;
+              for (const TCIMValue& next :
+                   {TCIMValue(std::string(100, 't')), TCIMValue("short"), TCIMValue(TCIMDateTime()),
+                    TCIMValue(path), TCIMValue(kCIMString, {TCIMValue("a"), TCIMValue()}),
+                    TCIMValue::Null(kCIMString), TCIMValue(std::uint8_t{1})}) {
+                const TCIMValue copy = next;
+                value = copy;
+                value = TCIMValue(value);
+              }
+            }),
+            0);
+}
+
 TEST(MemoryBalance, OfWholeNamespaces) {
   EXPECT_EQ(LeftBehindBy([&] {
               Model model;
