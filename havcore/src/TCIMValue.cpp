@@ -265,8 +265,8 @@ int CompareOf(const T& a, const T& b) {
 
 template <class T>
 int CompareReals(T a, T b) {
-  if (std::isnan(a) || std::isnan(b)) return CompareOf(std::isnan(a), std::isnan(b));
-  return CompareOf(a, b);
+  if (std::isnan(b)) return std::isnan(a) ? 0 : -1;
+  return CompareOf(a, b);  // which puts what is no number last
 }
 
 }  // namespace

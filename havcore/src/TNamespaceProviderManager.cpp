@@ -7,8 +7,8 @@ namespace NORVHAV20 {
 void TNamespaceProviderManager::RegisterNamespaceProvider(
     boost::shared_ptr<INamespaceProvider> provider) {
   if (!provider) throw THAVException(kHAVNotFound);
-  const auto [entry, inserted] = m_providers.emplace(provider->GetName({}), provider);
-  if (!inserted && entry->second != provider) throw THAVException(kHAVAlreadyDefined);
+  const auto entry = m_providers.emplace(provider->GetName({}), provider).first;
+  if (entry->second != provider) throw THAVException(kHAVAlreadyDefined);
 }
 
 boost::shared_ptr<INamespaceProvider> TNamespaceProviderManager::FindNamespaceProvider(
