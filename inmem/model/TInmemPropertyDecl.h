@@ -28,7 +28,7 @@ class TInmemPropertyDecl final : public TInmemDecl<ICIMPropertyDecl, TInmemPrope
   const TCIMValue& GetDefaultValue(TOptions options) const override;
   void SetDefaultValue(const TCIMValue& value, TOptions options) override;
 
-  ECIMType Type() const noexcept { return m_defaultValue.GetType(); }
+  ECIMType Type() const { return m_defaultValue.GetType(); }
 
   boost::shared_ptr<const TKnownValueMap>* KnownValueMap() const noexcept override {
     return &m_knownValueMap;

@@ -5,10 +5,12 @@
 #include <locale>
 #include <new>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 #include <variant>
 
 #include "havcore/ICIMClass.h"
+#include "havcore/InterruptedValues.h"
 #include "havcore/TCIMDateTime.h"
 #include "havcore/TCIMReference.h"
 #include "havcore/THAVException.h"
@@ -20,6 +22,16 @@ namespace {
 const char* const kTypeNames[] = {"none",   "boolean", "uint8",    "sint8",    "uint16", "sint16",
                                   "uint32", "sint32",  "uint64",   "sint64",   "real32", "real64",
                                   "char16", "string",  "datetime", "reference"};
+
+long g_allowed = -1;
+bool g_interrupted = false;
+
+// Every use of a value comes here.
+void Use() {
+  if (g_allowed < 0 || g_allowed-- != 0) return;
+  g_interrupted = true;
+  throw std::runtime_error("a value refuses to be used");
+}
 
 std::string IntegerText(std::uint64_t magnitude, bool negative, unsigned radix) {
   std::string text;
@@ -48,6 +60,13 @@ std::string RealText(double number) {
 
 }  // namespace
 
+void InterruptValues(long allowed) {
+  g_allowed = allowed;
+  g_interrupted = false;
+}
+
+bool AreInterrupted() { return g_interrupted; }
+
 struct TCIMValue::TContent {
   using THeldValue = std::variant<std::uint64_t, std::int64_t, double, std::string, TCIMDateTime,
                                   TCIMReference, std::vector<TCIMValue>>;
@@ -73,7 +92,7 @@ std::ostream& operator<<(std::ostream& out, const TCIMValue::TCIMType& type) {
 }
 
 TCIMValue::TCIMValue(const TContent& content)
-    : m_self(this),
+    : m_self((Use(), this)),
       m_typeName(kTypeNames[ElementOf(content.type)]),
       m_content(new TContent(content)) {
   try {
@@ -131,7 +150,7 @@ TCIMValue TCIMValue::NullReference(const boost::shared_ptr<ICIMClass>& reference
 }
 
 TCIMValue::~TCIMValue() {
-  Content();
+  RequireMade();
   delete m_content;
   m_self = nullptr;
   --g_living;
@@ -144,11 +163,15 @@ TCIMValue& TCIMValue::operator=(const TCIMValue& other) {
   return *this;
 }
 
+void TCIMValue::RequireMade() const {
+  if (m_self == this) return;
+  std::cerr << "a value is used where none was constructed\n";
+  std::abort();
+}
+
 const TCIMValue::TContent& TCIMValue::Content() const {
-  if (m_self != this) {
-    std::cerr << "a value is used where none was constructed\n";
-    std::abort();
-  }
+  RequireMade();
+  Use();
   return *m_content;
 }
 

@@ -105,6 +105,7 @@ class HAVCORE_API TCIMValue {
   // What a value of this type holds that is not NULL; throws 14 for any other.
   template <class T>
   const T& Read(ECIMType type) const;
+  void RequireMade() const;
   const TContent& Content() const;
   static int Compare(const TCIMValue& a, const TCIMValue& b);
 
