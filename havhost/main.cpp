@@ -58,6 +58,9 @@ std::vector<std::string> Arguments(int, char**) {
 void PrepareStreams() {
   SetConsoleOutputCP(CP_UTF8);
   _setmode(_fileno(stdout), _O_BINARY);
+  // A console would be given one byte at a time, and characters of several bytes in pieces.
+  constexpr std::size_t kPiece = 1 << 16;
+  std::setvbuf(stdout, nullptr, _IOFBF, kPiece);
 }
 
 bool IsTerminal(std::FILE* file) { return _isatty(_fileno(file)) != 0; }

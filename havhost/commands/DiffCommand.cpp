@@ -39,6 +39,8 @@ bool Differ(const std::string& before, const std::string& after, const TSettings
   const auto changes = ReadSnapshot(after, settings, console).Since(old);
   if (settings.IsJson())
     PrintJson(console.out, ToJson(changes));
+  else if (changes.empty() && settings.style.isShown)
+    console.out << settings.style.Ink(TTextStyle::kFaint, "nothing is different") << '\n';
   else
     PrintChanges(console.out, changes, settings.style);
   return !changes.empty();

@@ -219,6 +219,8 @@ void PrintListing(std::ostream& out, std::vector<boost::shared_ptr<ICIMInstance>
                                 : columns);
   else if (settings.IsMof())
     PrintMof(out, reports, instances);
+  else if (reports.empty() && settings.style.isShown)
+    out << settings.style.Ink(TTextStyle::kFaint, "no instances") << '\n';
   else if (!columns.empty())
     PrintTable(out, reports, columns, settings);
   else

@@ -237,8 +237,9 @@ std::vector<std::string> Wrap(std::string_view text, std::size_t width) {
     for (std::size_t column = 0; column < width && end < text.size(); ++column)
       end += std::max<std::size_t>(Utf8Length(text, end), 1);
     if (end >= text.size()) break;
+    // Blanks before the first word set it in.
     const auto blank = text.rfind(' ', end);
-    if (blank != std::string_view::npos && blank != 0) end = blank;
+    if (blank != std::string_view::npos && blank > text.find_first_not_of(' ')) end = blank;
     lines.emplace_back(text.substr(0, end));
     text.remove_prefix(std::min(text.find_first_not_of(' ', end), text.size()));
   }

@@ -27,6 +27,7 @@ TEST(Text, LinesAreBrokenAtBlanksElseWhereTheyEnd) {
   EXPECT_EQ(Wrap("ab cd ef", 5), (TLines{"ab cd", "ef"}));
   EXPECT_EQ(Wrap("abcdefgh", 5), (TLines{"abcde", "fgh"}));
   EXPECT_EQ(Wrap("a bcdefgh", 5), (TLines{"a", "bcdef", "gh"}));
+  EXPECT_EQ(Wrap("  abcdefgh", 5), (TLines{"  abc", "defgh"}));
   EXPECT_EQ(Wrap("\xC3\xA4\xC3\xA4\xC3\xA4", 2), (TLines{"\xC3\xA4\xC3\xA4", "\xC3\xA4"}));
 }
 
@@ -152,6 +153,19 @@ TEST_F(Terminal, WhatIsLongerThanTheScreenIsPaged) {
 TEST_F(Terminal, HeadersOfTablesAreBold) {
   EXPECT_EQ(Shown({"instances", "T_Disk", "--columns", "Name,Size"}),
             "\x1b[1mName\x1b[0m   \x1b[1mSize\x1b[0m\ndisk2  1.5 KB\n");
+}
+
+// A file or a pipe gets nothing then.
+TEST_F(Terminal, WhatIsEmptyIsSaid) {
+  m_terminal.hasColour = false;
+  const std::vector<std::string> none = {"instances", "T_Disk", "--where", "Size > 9999"};
+  EXPECT_EQ(Shown(none), "no instances\n");
+  EXPECT_EQ(RunOn(none).out, "");
+  std::ostringstream out, err;
+  EXPECT_EQ(havhost::Run({"diff", File(), File(), "--plugin", HAVHOST_PLUGIN},
+                         {out, err, false, nullptr, m_terminal}),
+            0);
+  EXPECT_EQ(out.str(), "nothing is different\n");
 }
 
 TEST_F(Terminal, SummariesAndComparisonsLookLikeTheRest) {
