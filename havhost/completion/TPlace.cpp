@@ -32,9 +32,8 @@ TPlace TPlace::After(const CLI::App& tree, const std::vector<std::string>& words
       place.Pass(word);
       continue;
     }
-    const auto found = std::find_if(commands.begin(), commands.end(), [&](const auto* command) {
-      return command->get_name() == word;
-    });
+    const auto found = std::find_if(commands.begin(), commands.end(),
+                                    [&](const auto* each) { return each->get_name() == word; });
     if (found != commands.end()) place.command = *found;
   }
   return place;

@@ -73,7 +73,16 @@ std::vector<std::string> Shown(Model& model) {
   return shown;
 }
 
-void ExpectAllOrNothing(const Change& change, bool redefinitionAllowed = false) {
+// On Windows text has its memory from the library of the C++ runtime, where none is made to fail.
+#if defined(_WIN32)
+constexpr std::size_t kAllocationsOfText = 0;
+#else
+constexpr std::size_t kAllocationsOfText = 1;
+#endif
+
+// `least`: how many allocations the change makes at the least.
+void ExpectAllOrNothing(const Change& change, bool redefinitionAllowed = false,
+                        std::size_t least = 1) {
   for (std::size_t allowed = 0; allowed < 5000; ++allowed) {
     Model model(redefinitionAllowed);
     Model untouched(redefinitionAllowed);
@@ -89,7 +98,7 @@ void ExpectAllOrNothing(const Change& change, bool redefinitionAllowed = false) 
       failed = failure.HasFailed();
     }
     if (!failed) {
-      EXPECT_GT(allowed, 0u);
+      EXPECT_GE(allowed, least);
       return;
     }
     ASSERT_TRUE(threw) << "allocation " << allowed << " failed and nobody was told";
@@ -118,7 +127,8 @@ TEST(AllocationFailure, RegisteringAClassAgainWhereRedefinitionIsAllowedNeedsNoM
 }
 
 TEST(AllocationFailure, RegisteringAClassOfALongNameAgain) {
-  ExpectAllOrNothing([](Model& model) { model.longNamed->AddToNamespace({}); }, true);
+  ExpectAllOrNothing([](Model& model) { model.longNamed->AddToNamespace({}); }, true,
+                     kAllocationsOfText);
 }
 
 TEST(AllocationFailure, RegisteringAnAssociationOfALongNameAgain) {
@@ -226,10 +236,12 @@ TEST(AllocationFailure, ReadingADerivedProperty) {
 }
 
 TEST(AllocationFailure, AllocatingARegisteredClassOfALongName) {
-  ExpectAllOrNothing([](Model& model) {
-    const ClassPtr registered = model.longNamed;
-    ASSERT_EQ(model.repository.ns->AllocateClass(kLongName, {}, {}), registered);
-  });
+  ExpectAllOrNothing(
+      [](Model& model) {
+        const ClassPtr registered = model.longNamed;
+        ASSERT_EQ(model.repository.ns->AllocateClass(kLongName, {}, {}), registered);
+      },
+      false, kAllocationsOfText);
 }
 
 // Processors, whose walk logs, with a subclass of the host's making among the subclasses.
