@@ -7,6 +7,7 @@
 #include <optional>
 #include <sstream>
 #include <utility>
+#include <vector>
 
 #include "havcore/TCIMDateTime.h"
 #include "havcore/THAVException.h"
@@ -193,11 +194,14 @@ class TFilterParser {
   static constexpr std::size_t kDeepest = 100;
 
   [[noreturn]] void Fail(const std::string& expected) const {
-    throw TUsageError("--where: " + expected + " is expected at " +
-                      (m_kind == EKind::kEnd
-                           ? "the end"
-                           : "character " + std::to_string(Width(m_text.substr(0, m_at)) + 1)) +
-                      " of '" + std::string(m_text) + "'");
+    throw TUsageError("--where: " + expected + " is expected" + Place());
+  }
+
+  std::string Place() const {
+    return (m_kind == EKind::kEnd
+                ? " at the end"
+                : " at character " + std::to_string(Width(m_text.substr(0, m_at)) + 1)) +
+           " of '" + std::string(m_text) + "'";
   }
 
   void Advance() {
@@ -253,7 +257,7 @@ class TFilterParser {
   // A sign belongs to a number at its beginning and behind the e of its exponent.
   void ReadNumber() {
     m_kind = EKind::kNumber;
-    const bool isHex = m_text.find_first_of("xX", m_at) <= m_at + 2;
+    const bool isHex = m_text.substr(m_at, 3).find_first_of("xX") != std::string_view::npos;
     TakeWhile([&](char c) {
       const bool isSign = c == '-' || c == '+';
       const char before = m_next == m_at ? 'e' : Folded(m_text[m_next - 1]);
@@ -292,40 +296,43 @@ class TFilterParser {
     Advance();
     return true;
   }
-  bool TakeSign(std::string_view sign) {
-    if (m_kind != EKind::kSign || m_token != sign) return false;
-    Advance();
-    return true;
-  }
+  bool IsSign(std::string_view sign) const { return m_kind == EKind::kSign && m_token == sign; }
 
+  // Side by side, not one within another: there can be thousands.
   TCondition Alternatives() {
-    auto condition = Conjunction();
-    while (TakeWord("or"))
-      condition = [a = std::move(condition), b = Conjunction()](const TInstanceReport& instance) {
-        return a(instance) || b(instance);
-      };
-    return condition;
+    std::vector<TCondition> any;
+    do any.push_back(Conjunction());
+    while (TakeWord("or"));
+    if (any.size() == 1) return std::move(any.front());
+    return [any = std::move(any)](const TInstanceReport& instance) {
+      return std::any_of(any.begin(), any.end(), [&](const auto& one) { return one(instance); });
+    };
   }
 
   TCondition Conjunction() {
-    auto condition = Factor();
-    while (TakeWord("and"))
-      condition = [a = std::move(condition), b = Factor()](const TInstanceReport& instance) {
-        return a(instance) && b(instance);
-      };
-    return condition;
+    std::vector<TCondition> all;
+    do all.push_back(Factor());
+    while (TakeWord("and"));
+    if (all.size() == 1) return std::move(all.front());
+    return [all = std::move(all)](const TInstanceReport& instance) {
+      return std::all_of(all.begin(), all.end(), [&](const auto& one) { return one(instance); });
+    };
   }
 
   TCondition Factor() {
-    if (++m_depth > kDeepest) throw TUsageError("--where: the condition is nested too deeply");
+    const bool isNot = IsWord("not");
+    if (!isNot && !IsSign("(")) return Comparison();
+    if (++m_depth > kDeepest)
+      throw TUsageError("--where: parentheses and 'not' nest deeper than " +
+                        std::to_string(kDeepest) + Place());
+    Advance();
     TCondition condition;
-    if (TakeWord("not")) {
+    if (isNot) {
       condition = [inner = Factor()](const TInstanceReport& instance) { return !inner(instance); };
-    } else if (TakeSign("(")) {
-      condition = Alternatives();
-      if (!TakeSign(")")) Fail("')'");
     } else {
-      condition = Comparison();
+      condition = Alternatives();
+      if (!IsSign(")")) Fail("')'");
+      Advance();
     }
     --m_depth;
     return condition;

@@ -4,7 +4,7 @@
 //
 //   condition  NAME = VALUE, also != <> < <= > >=; NAME like 'TEXT', where % stands for any text
 //              and _ for any character, and letters match in either case; NAME is [not] null;
-//              and, or, not, parentheses
+//              and, or, not, parentheses, of which `not` and parentheses nest 100 deep at most
 //   value      a number (also 0x2A), 'text' or "text" (the quotation mark doubled stands for
 //              itself), true, false, null
 //

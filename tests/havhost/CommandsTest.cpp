@@ -767,7 +767,8 @@ TEST_F(Ports, WrongConditionsSayWhere) {
   for (const auto& [condition, error] : wrong)
     EXPECT_EQ(Wrong({"--where", condition}), "havhost: --where: " + std::string(error) + "\n");
   EXPECT_EQ(Wrong({"--where", std::string(1000, '(')}),
-            "havhost: --where: the condition is nested too deeply\n");
+            "havhost: --where: parentheses and 'not' nest deeper than 100 at character 101 of '" +
+                std::string(1000, '(') + "'\n");
 }
 
 TEST_F(Ports, PropertiesThatAreNotThereAreNamed) {
