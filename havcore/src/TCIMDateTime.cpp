@@ -60,12 +60,12 @@ std::int64_t DaysFromDate(const TDate& date) {
 }
 
 TDate DateFromDays(std::int64_t days) {
-  TDate date{days / 366, 1, 1};
-  while (DaysBefore(date.year + 1) <= days) ++date.year;
-  days -= DaysBefore(date.year);
-  while (days >= DaysOfMonth(date.year, date.month)) days -= DaysOfMonth(date.year, date.month++);
-  date.day = static_cast<unsigned>(days) + 1;
-  return date;
+  std::int64_t year = days / 366;
+  while (DaysBefore(year + 1) <= days) ++year;
+  days -= DaysBefore(year);
+  unsigned month = 1;
+  while (days >= DaysOfMonth(year, month)) days -= DaysOfMonth(year, month++);
+  return {year, month, static_cast<unsigned>(days) + 1};
 }
 
 TTime Split(std::int64_t microseconds) {

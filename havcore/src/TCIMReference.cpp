@@ -187,17 +187,16 @@ void TCIMReference::AppendKeyText(std::string& out, const TCIMValue& value, bool
     return;
   }
   std::string text;
-  switch (value.GetType()) {
+  switch (const ECIMType type = value.GetType()) {
     case kCIMString: return AppendQuoted(out, static_cast<std::string_view>(value));
     case kCIMReference:
       static_cast<const TCIMReference&>(value).AppendPath(text, withNamespaces, nesting + 1);
-      return AppendQuoted(out, text);
-    case kCIMChar16:
-    case kCIMDateTime: return AppendQuoted(out, value.ToString(10));
-    default: break;
+      break;
+    default:
+      if (!value.IsArray() && type != kCIMChar16 && type != kCIMDateTime)
+        return value.AppendTo(out, 10, nesting);
+      value.AppendTo(text, 10, nesting + 1);
   }
-  if (!value.IsArray()) return value.AppendTo(out, 10, nesting);
-  value.AppendTo(text, 10, nesting + 1);
   AppendQuoted(out, text);
 }
 
@@ -282,8 +281,7 @@ int TCIMReference::CompareKeys(const TKey& a, const TKey& b) {
   if (names != 0) return names;
   // The text decides, for keys read from text may lack their declared type; the values are
   // asked first because they usually share what they hold.
-  const bool strings = a.second.GetType() == kCIMString && b.second.GetType() == kCIMString;
-  if (strings && a.second == b.second) return 0;
+  if (a.second.GetType() == kCIMString && a.second == b.second) return 0;
   if (IsSameReference(a.second, b.second)) return 0;
   std::string texts[2];
   AppendKeyText(texts[0], a.second, true, 0);

@@ -110,11 +110,6 @@ struct TCIMValue::TEnding {
   static bool MayHold(const TCIMValue& value) noexcept {
     return value.m_shares && value.m_type != kCIMString && value.m_type != kCIMDateTime;
   }
-  bool HoldsHolders() const noexcept {
-    for (std::size_t i = 0; i < Size(); ++i)
-      if (MayHold(At(i))) return true;
-    return false;
-  }
   void Free() const noexcept {
     if (type == kCIMReference)
       delete static_cast<TSharedReference*>(shared);
@@ -128,25 +123,21 @@ struct TCIMValue::TEnding {
     return static_cast<TSharedArray*>(shared)->value;
   }
 
-  // Takes from `value` what ends with it and holds values of its own; false when that is nothing.
-  bool TakeFrom(TCIMValue& value) noexcept {
-    if (!MayHold(value)) return false;
+  // Takes from `value` what ends with it and holds values of its own, if there is anything.
+  static TEnding TakenFrom(TCIMValue& value) noexcept {
+    if (!MayHold(value)) return {};
     value.m_shares = false;
-    *this = {static_cast<ECIMType>(value.m_type), value.m_content.shared};
-    return shared->references.fetch_sub(1, std::memory_order_acq_rel) == 1;
+    const TEnding taken{static_cast<ECIMType>(value.m_type), value.m_content.shared};
+    if (taken.shared->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return {};
+    return taken;
   }
   // Puts this before `list`, and before it what its first value holds, and so on.
   void PutBefore(TEnding& list) const noexcept {
     for (TEnding next = *this; next.shared;) {
       const TEnding current = next;
-      next.shared = nullptr;
-      if (current.Size() == 0) {
-        current.Free();
-        continue;
-      }
+      if (current.Size() == 0) return current.Free();
       TCIMValue& first = current.At(0);
-      TEnding inner{};
-      if (inner.TakeFrom(first)) next = inner;
+      next = TakenFrom(first);
       first = Null(list.type);
       first.m_content.shared = list.shared;
       list = current;
@@ -158,15 +149,14 @@ void TCIMValue::Destroy(ECIMType type, TShared* shared) noexcept {
   if (type == kCIMString) return TSharedText::Destroy(static_cast<TSharedText*>(shared));
   if (type == kCIMDateTime) return delete static_cast<TSharedDateTime*>(shared);
   const TEnding ending{type, shared};
-  if (type != kCIMReference && type != ArrayOf(kCIMReference)) return ending.Free();
-  if (!ending.HoldsHolders()) return ending.Free();
+  if (type != kCIMReference) return ending.Free();  // an array: its elements end one by one
   TEnding list{};
   ending.PutBefore(list);
   while (list.shared) {
     const TEnding current = list;
     list = {static_cast<ECIMType>(current.At(0).m_type), current.At(0).m_content.shared};
     for (std::size_t i = 1; i < current.Size(); ++i)
-      if (TEnding inner{}; inner.TakeFrom(current.At(i))) inner.PutBefore(list);
+      TEnding::TakenFrom(current.At(i)).PutBefore(list);
     current.Free();
   }
 }

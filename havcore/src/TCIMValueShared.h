@@ -8,6 +8,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -28,7 +29,7 @@ struct TCIMValue::TSharedText : TShared {
     return made;
   }
   static void Destroy(TSharedText* text) noexcept {
-    text->~TSharedText();
+    static_assert(std::is_trivially_destructible_v<TSharedText>);
     ::operator delete(text);
   }
   std::string_view Text() const noexcept {

@@ -1,5 +1,6 @@
 #include "ValueText.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -53,8 +54,8 @@ void AppendChar16(std::string& out, char16_t unit) {
 }
 
 std::optional<char16_t> ReadChar16(std::string_view text) {
-  if (text.empty() || text.size() > 3) return std::nullopt;
-  constexpr unsigned kLeadBits[] = {0x7F, 0x1F, 0x0F};
+  constexpr std::array<unsigned, 3> kLeadBits{0x7F, 0x1F, 0x0F};
+  if (text.empty() || text.size() > kLeadBits.size()) return std::nullopt;
   unsigned code = static_cast<unsigned char>(text.front()) & kLeadBits[text.size() - 1];
   for (const char c : text.substr(1)) code = (code << 6) | (static_cast<unsigned char>(c) & 0x3F);
   const auto unit = static_cast<char16_t>(code);

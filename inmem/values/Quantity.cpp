@@ -63,13 +63,13 @@ std::string NumberText(float number) {
   char* const end =
       std::to_chars(buffer, buffer + sizeof buffer, double{number}, std::chars_format::fixed, 1)
           .ptr;
-  std::string text(buffer, end);
-  if (text.compare(text.size() - 2, 2, ".0") == 0) text.resize(text.size() - 2);
-  return text;
+  const bool isWhole = end[-1] == '0';  // behind the point
+  return {buffer, isWhole ? end - 2 : end};
 }
 
+// Letters and blanks, which have the bit already that makes letters small.
 void AppendLowered(std::string& out, std::string_view text) {
-  for (const char c : text) out += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  for (const char c : text) out += static_cast<char>(c | 0x20);
 }
 
 std::optional<std::string> FormatScaled(ICIMPropertyDecl& decl, std::uint64_t number,

@@ -10,12 +10,15 @@ constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
 
 bool IsBlank(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// The value of a digit of any radix up to 16; 16 for every other character.
+constexpr unsigned kNoDigit = 16;
+
+// The value of a digit of any radix up to 16; kNoDigit for every other character.
 unsigned DigitOf(char c) noexcept {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10;
-  return 16;
+  const unsigned byte = static_cast<unsigned char>(c);
+  const unsigned digit = byte - '0';  // huge where the byte comes before
+  if (digit < 10) return digit;
+  const unsigned letter = (byte | 0x20) - 'a';
+  return letter < 6 ? letter + 10 : kNoDigit;
 }
 
 }  // namespace
@@ -26,18 +29,12 @@ bool TPatternReader::IsAtEnd() noexcept {
 }
 
 bool TPatternReader::ReadCharacter(char expected) noexcept {
-  if (m_failed || IsAtEnd()) {
-    m_failed = true;
-    return false;
-  }
+  if (m_failed || IsAtEnd()) return false;
   return *m_next++ == expected;
 }
 
 std::uint64_t TPatternReader::ReadNumber() noexcept {
-  if (m_failed || IsAtEnd()) {
-    m_failed = true;
-    return 0;
-  }
+  if (m_failed || IsAtEnd()) return 0;
   const bool negative = *m_next == '-';
   if (negative || *m_next == '+') ++m_next;
   const std::uint64_t magnitude = ReadMagnitude();
@@ -45,9 +42,11 @@ std::uint64_t TPatternReader::ReadNumber() noexcept {
 }
 
 std::uint64_t TPatternReader::ReadMagnitude() noexcept {
-  if (m_next == m_end || *m_next != '0') return ReadDigits<10>();
-  if (m_end - m_next < 2 || (m_next[1] != 'x' && m_next[1] != 'X')) return ReadDigits<8>();
-  m_next += 2;
+  const std::string_view rest(m_next, static_cast<std::size_t>(m_end - m_next));
+  if (rest.substr(0, 1) != "0") return ReadDigits<10>();
+  const std::string_view prefix = rest.substr(0, 2);
+  if (prefix != "0x" && prefix != "0X") return ReadDigits<8>();
+  m_next += prefix.size();
   return ReadDigits<16>();
 }
 

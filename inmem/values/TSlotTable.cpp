@@ -15,11 +15,10 @@ namespace NORVHAV20 {
 namespace {
 
 constexpr std::size_t kBits = 32;
+constexpr std::size_t kBitOf = kBits - 1;
 
 // Of the bits that do not stand in the object itself.
-std::size_t BitsSize(std::size_t slots) {
-  return slots <= kBits ? 0 : (slots - 1) / kBits * sizeof(std::uint32_t);
-}
+std::size_t BitsSize(std::size_t slots) { return slots / kBits * sizeof(std::uint32_t); }
 
 }  // namespace
 
@@ -80,7 +79,7 @@ std::uint32_t& TSlotTable::AssignedBits(std::size_t index) noexcept {
 
 const TCIMValue* TSlotTable::Assigned(std::size_t index) const noexcept {
   const std::uint32_t bits = const_cast<TSlotTable*>(this)->AssignedBits(index);
-  return (bits >> (index % kBits)) & 1 ? Values() + index : nullptr;
+  return (bits >> (index & kBitOf)) & 1 ? Values() + index : nullptr;
 }
 
 void TSlotTable::Assign(std::size_t index, const TCIMValue& value) {
@@ -89,7 +88,7 @@ void TSlotTable::Assign(std::size_t index, const TCIMValue& value) {
   IReferenceWatcher* const watcher = refers ? m_layout->Watcher() : nullptr;
   if (watcher) watcher->Assigning(*this);
   Values()[index] = m_layout->Share(index, value);
-  AssignedBits(index) |= 1U << (index % kBits);
+  AssignedBits(index) |= 1U << (index & kBitOf);
   if (watcher) watcher->Assigned(*this);
 }
 

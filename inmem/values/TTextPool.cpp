@@ -9,10 +9,10 @@ const TCIMValue& TTextPool::Share(std::size_t slot, const TCIMValue& text) noexc
   if (record.leftAlone) return text;
   const auto& wanted = HeldText(text);
   const std::size_t hash = std::hash<std::string_view>()(wanted);
-  const auto tag = static_cast<std::uint32_t>(hash >> 16);
+  const auto tag = static_cast<std::uint32_t>(hash >> 16) | 1U;  // none is that of a free place
   const std::size_t set = hash % kSets;
   for (std::size_t i = set * kWays; i < (set + 1) * kWays; ++i) {
-    if (m_hashes[i] != tag || m_texts[i].IsNull() || HeldText(m_texts[i]) != wanted) continue;
+    if (m_hashes[i] != tag || HeldText(m_texts[i]) != wanted) continue;
     Count(record, true);
     return m_texts[i];
   }

@@ -138,7 +138,6 @@ boost::shared_ptr<const TValueMap> MapOf(const boost::shared_ptr<const TKnownVal
 // The numbers at which another entry may begin to count.
 std::vector<std::uint64_t> Bounds(const std::vector<TValueMap::TEntry>& entries) {
   std::vector<std::uint64_t> bounds{0};
-  bounds.reserve(2 * entries.size() + 1);
   for (const auto& entry : entries) {
     if (entry.low > entry.high) continue;
     bounds.push_back(entry.low);
@@ -198,7 +197,7 @@ boost::shared_ptr<const TValueMap> FindValueMap(ICIMPropertyDecl& decl) {
   made->isMap = Read(qualifiers, made->map);
   made->values = *std::move(qualifiers.values);
   made->valueMap = std::move(qualifiers.valueMap);
-  if (place && made->isMap) IndexValueMap(made->map);
+  if (place) IndexValueMap(made->map);
   boost::shared_ptr<const TKnownValueMap> kept = made;
   if (place) boost::atomic_store(place, kept);
   return MapOf(kept);

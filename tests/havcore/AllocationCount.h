@@ -1,5 +1,5 @@
-// AllocationCount: how often this program has asked operator new for memory. The suite
-// replaces operator new to know it.
+// AllocationCount: how often this program has asked operator new for memory, and how many blocks
+// it has. The suite replaces operator new to know it.
 #pragma once
 
 #include <cstddef>
@@ -7,5 +7,6 @@
 namespace havtest {
 
 std::size_t AllocationCount() noexcept;
+long LiveAllocations() noexcept;
 
 }  // namespace havtest

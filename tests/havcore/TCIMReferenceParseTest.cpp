@@ -241,6 +241,8 @@ TEST_F(TypedParseTest, ValuesThatDoNotFitKeepTheTypeOfTheirText) {
   EXPECT_EQ(KeyOf("SInt64", "9223372036854775808"), TCIMValue(std::uint64_t{1} << 63));
   EXPECT_EQ(KeyOf("Real32", "1e300"), TCIMValue(1e300));
   EXPECT_EQ(KeyOf("Char16", R"("ab")"), TCIMValue("ab"));
+  EXPECT_EQ(KeyOf("Char16", R"("four")"), TCIMValue("four"));
+  EXPECT_EQ(KeyOf("Char16", "\"\xF0\x9F\x98\x80\""), TCIMValue("\xF0\x9F\x98\x80"));
   EXPECT_EQ(KeyOf("Char16", R"("")"), TCIMValue(""));
   EXPECT_EQ(KeyOf("Char16", "\"\xE2\x82\""), TCIMValue("\xE2\x82"));
   EXPECT_EQ(KeyOf("Char16", "\"\xC1\x81\""), TCIMValue("\xC1\x81"));

@@ -150,6 +150,24 @@ TEST_F(TCIMReferenceTest, GetPathAllocatesItsTextOnce) {
   EXPECT_EQ(havtest::AllocationCount(), before + 1);
   EXPECT_EQ(text.size(), 1 + 2 * (4 + 202u));
 }
+
+TEST_F(TCIMReferenceTest, GetPathTakesTheMemoryOfItsTextAndNoMore) {
+  TKeys keys;
+  for (int i = 100; i < 200; ++i) keys["K" + std::to_string(i)] = TCIMValue("text");
+  const std::string text = Path("C", keys).GetPath();
+  EXPECT_EQ(text.size(), 1 + 100 * (1 + 4 + 1 + 6u));
+  EXPECT_LT(text.capacity(), text.size() + 50);
+}
+
+TEST_F(TCIMReferenceTest, HasRoomForTwoKeysFromTheFirstOn) {
+  TCIMReference path({}, {});
+  const std::size_t before = havtest::AllocationCount();
+  path.AddKeyValue("A", TCIMValue(true));
+  path.AddKeyValue("B", TCIMValue(true));
+  EXPECT_EQ(havtest::AllocationCount(), before + 1);
+  path.AddKeyValue("C", TCIMValue(true));
+  EXPECT_EQ(havtest::AllocationCount(), before + 2);
+}
 #endif
 
 TEST_F(TCIMReferenceTest, HasTheNamespaceOfItsHomeElseOfItsClass) {
@@ -167,6 +185,21 @@ TEST_F(TCIMReferenceTest, HasTheNamespaceOfItsHomeElseOfItsClass) {
   EXPECT_EQ(atHome.GetNamespace(), other);
   atHome.SetNamespace(home);
   EXPECT_EQ(atHome.GetNamespace(), home);
+}
+
+TEST_F(TCIMReferenceTest, TheNamespaceThatItIsGivenIsItsHome) {
+  TCIMReference path({}, {});
+  path.SetNamespace({});
+  EXPECT_EQ(path.GetNamespace(), NamespacePtr());
+  const auto other = boost::make_shared<FakeNamespace>();
+  path.SetNamespace(other);
+  path.SetClass(disk);
+  EXPECT_EQ(path.GetNamespace(), other);
+  path.SetNamespace({});
+  path.SetClass(other->AddClass("Disk"));
+  EXPECT_EQ(path.GetNamespace(), other);
+  path.SetClass(disk);
+  EXPECT_EQ(path.GetNamespace(), home);
 }
 
 TEST_F(TCIMReferenceTest, FollowsItsClassToAnotherNamespace) {
@@ -203,6 +236,25 @@ TEST_F(TCIMReferenceTest, GetClassIsEmptyForAnUnknownClassAndPassesOtherFailures
   EXPECT_EQ(path.GetClass(), ClassPtr());
   home->classFailure = 16;
   EXPECT_STATUS(16, path.GetClass());
+}
+
+TEST_F(TCIMReferenceTest, WithoutANameOfAClassTheNamespaceIsNotAsked) {
+  home->classFailure = 16;
+  const TCIMReference path(home, {});
+  EXPECT_EQ(path.GetClass(), ClassPtr());
+  EXPECT_STATUS(15, path.GetCIMElement(false));
+}
+
+TEST_F(TCIMReferenceTest, AnEmptyAnswerOfTheNamespaceIsNoClass) {
+  home->classes["nothing"] = ClassPtr();
+  home->AddInstance("Nothing");
+  const TCIMReference path = TCIMReference::Parse("Nothing", home);
+  EXPECT_EQ(path.GetClass(), ClassPtr());
+  EXPECT_STATUS(15, path.GetCIMElement(false));
+  home->classes["disk"] = ClassPtr();
+  TCIMReference bound(home, {});
+  bound.SetClass(disk);
+  EXPECT_STATUS(15, bound.GetCIMElement(false));
 }
 
 TEST_F(TCIMReferenceTest, ResolvesToTheInstance) {
@@ -279,6 +331,16 @@ TEST_F(TCIMReferenceTest, NamesCompareIgnoringCaseAndStringsDoNot) {
   EXPECT_NE(with("a[", "C", "Key", "v"), with("a{", "C", "Key", "v"));
 }
 
+TEST_F(TCIMReferenceTest, KeyValuesCompareByTheirText) {
+  const auto with = [](const TCIMValue& key) { return Path("C", {{"K", key}}); };
+  EXPECT_EQ(TCIMValue(0.0), TCIMValue(-0.0));
+  EXPECT_NE(with(TCIMValue(0.0)), with(TCIMValue(-0.0)));
+  EXPECT_EQ(with(TCIMValue(std::uint8_t{7})), with(TCIMValue(7.0)));
+  EXPECT_EQ(with(TCIMValue("a")), with(TCIMValue(u'a')));
+  EXPECT_NE(with(TCIMValue("7")), with(TCIMValue(std::uint8_t{7})));
+  EXPECT_EQ(with(TCIMValue::Null(kCIMString)), with(TCIMValue()));
+}
+
 TEST_F(TCIMReferenceTest, PathsReadWithoutTypesEqualTheOnesTheyWereWrittenFrom) {
   const TKeys keys = {{"A", TCIMValue(std::uint8_t{5})},
                       {"B", TCIMValue(true)},
@@ -340,10 +402,13 @@ TEST(TCIMReferenceCopyPath, WritesWhatGetPathReturns) {
 }
 
 TEST(TCIMReferenceCopyPath, NeedsAsMuchRoomAsTheTextTakes) {
-  const TCIMReference path = Path("C", {{"K", std::string("a\"b")}});
-  const std::string text = path.GetPath();
-  EXPECT_EQ(Copied(path, text.size()), text);
-  for (std::size_t size = 0; size < text.size(); ++size) EXPECT_EQ(Copied(path, size), "") << size;
+  for (const char* key : {"a\"b", "plain", ""}) {
+    const TCIMReference path = Path("C", {{"K", TCIMValue(key)}});
+    const std::string text = path.GetPath();
+    EXPECT_EQ(Copied(path, text.size()), text);
+    for (std::size_t size = 0; size < text.size(); ++size)
+      EXPECT_EQ(Copied(path, size), "") << size;
+  }
 }
 
 TEST(TCIMReferenceCopyPath, LeavesOtherKeysToGetPath) {

@@ -169,6 +169,7 @@ TEST(TCIMValue, AnArrayTakesNullsAndRefusesOtherTypes) {
     EXPECT_EQ(element, TCIMValue::Null(kCIMUInt8));
   EXPECT_STATUS(14, TCIMValue(kCIMUInt8, {TCIMValue(std::uint16_t{1})}));
   EXPECT_STATUS(14, TCIMValue(kCIMNone, TElements()));
+  EXPECT_STATUS(14, TCIMValue(ArrayOf(kCIMNone), TElements()));
   EXPECT_STATUS(14, TCIMValue(ArrayOf(kCIMUInt8), TElements()));
   EXPECT_STATUS(14, TCIMValue(static_cast<ECIMType>(32), TElements()));
 }
@@ -304,7 +305,11 @@ TEST(TCIMValue, ToStringOfRealsReadsBack) {
 
 TEST(TCIMValue, ToStringOfCharactersIsUtf8) {
   EXPECT_EQ(TCIMValue(u'A').ToString(10), "A");
+  EXPECT_EQ(TCIMValue(char16_t{0x7F}).ToString(10), "\x7F");
+  EXPECT_EQ(TCIMValue(char16_t{0x80}).ToString(10), "\xC2\x80");
   EXPECT_EQ(TCIMValue(u'\u00E9').ToString(10), "\xC3\xA9");
+  EXPECT_EQ(TCIMValue(char16_t{0x7FF}).ToString(10), "\xDF\xBF");
+  EXPECT_EQ(TCIMValue(char16_t{0x800}).ToString(10), "\xE0\xA0\x80");
   EXPECT_EQ(TCIMValue(char16_t{0xFFFF}).ToString(10), "\xEF\xBF\xBF");
   EXPECT_EQ(TCIMValue(char16_t{0}).ToString(10), std::string(1, '\0'));
 }
