@@ -185,6 +185,19 @@ TEST(PreviousValue, OfAReferenceThatIsDeclaredToNoClassMayBeOfAnyClass) {
   EXPECT_EQ(log.Take(), LogLines{});
 }
 
+TEST(PreviousValue, OfAReferenceToAClassWithoutANameIsHeldToThatClass) {
+  Ends ends;
+  auto nameless = ends.repository.Class("");
+  auto link = ends.repository.Allocate("Narrow", {}, {{"Association", TCIMValue(true)}});
+  ends.repository.Reference(link, "End", nameless);
+  auto slot = link->AllocateInstance({})->GetProperty("End", {});
+  RecordingLogger log;
+  EXPECT_STATUS(14, slot->SetPrevValue(ends.To(ends.other), {}));
+  EXPECT_EQ(log.Take(),
+            (LogLines{{3, "SetPrevValue: decl references type  but value references Other"}}));
+  EXPECT_STATUS(0, slot->SetPrevValue(ends.To(nameless), {}));
+}
+
 TEST(PreviousValue, OfAReferenceWhoseDeclaredClassIsGoneThrows15) {
   Ends ends;
   auto link = ends.repository.Allocate("Lost", {}, {{"Association", TCIMValue(true)}});

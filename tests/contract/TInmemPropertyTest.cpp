@@ -214,6 +214,10 @@ TEST(TInmemProperty, OfAnotherDeclarationIsUnequalAndOrderedOneWayWhateverTheVal
   EXPECT_NE(before, *q < *p);
   p->SetValue(Number(9), {});
   EXPECT_EQ(*p < *q, before);
+  EXPECT_NE(before, *q < *p);
+  q->SetValue(Number(90), {});
+  EXPECT_EQ(*p < *q, before);
+  EXPECT_NE(before, *q < *p);
 }
 
 TEST(TInmemProperty, AssignmentOfSlotsCopiesNothing) {

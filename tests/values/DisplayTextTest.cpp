@@ -261,8 +261,8 @@ TEST(DisplayTexts, FailureOfTheNullTextItselfIsThrown) {
 }
 
 TEST(DisplayTexts, NullTextOfAnotherTypeIsShownAsText) {
-  EXPECT_EQ(Strings{"5"},
-            AllShown(Plain(kUInt8Array).With("NULLDISPLAY", std::uint8_t{5}), Null(kUInt8Array)));
+  EXPECT_EQ(Strings{"50"},
+            AllShown(Plain(kUInt8Array).With("NULLDISPLAY", std::uint8_t{50}), Null(kUInt8Array)));
 }
 
 TEST(DisplayTexts, FailureKeepsTheTextsMadeBefore) {

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+
 #include "inmem/values/DisplayText.h"
+#include "inmem/values/IQualifierFinder.h"
 #include "support/Status.h"
 #include "tests/values/FakeDecl.h"
 
@@ -279,6 +282,98 @@ TEST(ValueMap, KeepsItsTextsWhenTheQualifierGoes) {
   decl.Without("Values");
   EXPECT_EQ("a text that is too long to stand in a short string",
             LookupValueMap(TCIMValue(std::uint8_t{1}), map));
+}
+
+// A declaration that keeps the value map that was read last, as those of the plug-in do.
+class TKeepingDecl : public FakeDecl, public IQualifierFinder {
+ public:
+  explicit TKeepingDecl(const FakeDecl& decl) : FakeDecl(decl) {}
+
+  boost::shared_ptr<ICIMQualifier> FindOrNull(const std::string& name) const override {
+    try {
+      return const_cast<TKeepingDecl*>(this)->GetQualifier(name, {});
+    } catch (const THAVException&) {
+      return {};
+    }
+  }
+  boost::shared_ptr<const TKnownValueMap>* KnownValueMap() const noexcept override {
+    return &m_known;
+  }
+
+ private:
+  mutable boost::shared_ptr<const TKnownValueMap> m_known;
+};
+
+TEST(ValueMap, IsKeptAndIndexedWhereItCanBeKept) {
+  TKeepingDecl decl(Mapped({"1", "3..5"}, {"One", "Some"}));
+  const auto map = FindValueMap(decl);
+  ASSERT_TRUE(map);
+  EXPECT_EQ(FindValueMap(decl), map);
+  EXPECT_FALSE(map->steps.empty());
+  EXPECT_EQ("Some", LookupValueMap(TCIMValue(std::uint8_t{4}), *map));
+}
+
+TEST(ValueMap, IsNeitherKeptNorIndexedWhereItCannotBeKept) {
+  FakeDecl decl = Mapped({"1", "3..5"}, {"One", "Some"});
+  const auto map = FindValueMap(decl);
+  ASSERT_TRUE(map);
+  EXPECT_TRUE(map->steps.empty());
+  EXPECT_NE(FindValueMap(decl), map);
+}
+
+TEST(ValueMap, IsReadAnewWhenOneOfItsQualifiersChanges) {
+  TKeepingDecl decl(Mapped({"1", "2"}, {"One", "Two"}));
+  const auto map = FindValueMap(decl);
+  decl.With("Values", Texts({"Eins", "Zwei"}));
+  EXPECT_EQ("Eins", LookupValueMap(TCIMValue(std::uint8_t{1}), *FindValueMap(decl)));
+  decl.With("ValueMap", Texts({"2", "1"}));
+  EXPECT_EQ("Zwei", LookupValueMap(TCIMValue(std::uint8_t{1}), *FindValueMap(decl)));
+  decl.Without("ValueMap");
+  EXPECT_EQ("Eins", LookupValueMap(TCIMValue(std::uint8_t{0}), *FindValueMap(decl)));
+  decl.With("ValueMap", Texts({"1"}));
+  EXPECT_FALSE(FindValueMap(decl));
+  EXPECT_FALSE(FindValueMap(decl));
+  decl.Without("Values");
+  EXPECT_FALSE(FindValueMap(decl));
+  EXPECT_EQ("One", LookupValueMap(TCIMValue(std::uint8_t{1}), *map));
+}
+
+// The steps of an index: "number: text", or "number" where no entry counts.
+Strings Steps(const Strings& patterns) {
+  FakeDecl decl = Mapped(patterns, patterns);
+  TValueMap map;
+  EXPECT_TRUE(BuildValueMap(decl, map));
+  IndexValueMap(map);
+  Strings steps;
+  for (const auto& [low, entry] : map.steps)
+    steps.push_back(std::to_string(low) +
+                    (entry ? ": " + static_cast<std::string>(*entry->text) : ""));
+  return steps;
+}
+
+TEST(ValueMap, AnIndexHasAStepWhereAnotherEntryMayCount) {
+  EXPECT_EQ((Strings{"0"}), Steps({}));
+  EXPECT_EQ((Strings{"0: 0", "1"}), Steps({"0"}));
+  EXPECT_EQ((Strings{"0", "1: 1", "2"}), Steps({"1"}));
+  EXPECT_EQ((Strings{"0", "1: 1", "2: 2..5", "6"}), Steps({"1", "2..5"}));
+  EXPECT_EQ((Strings{"0", "1: 1..3", "3: 1..3", "4"}), Steps({"1..3", "3"}));
+  EXPECT_EQ((Strings{"0", "3: 3", "4: 4..9", "5: 5", "6: 4..9", "10"}),
+            Steps({"5", "3", "4..9", "3"}));
+  EXPECT_EQ((Strings{"0", "7: 7.."}), Steps({"7.."}));
+  EXPECT_EQ((Strings{"0"}), Steps({"9..5", ".."}));
+}
+
+TEST(ValueMap, AnIndexedMapNamesWhatTheMapNames) {
+  FakeDecl decl = Mapped({"5", "1..9", "3..", "..", "..20", "18446744073709551615", "0"},
+                         {"a", "b", "c", "d", "e", "f", "g"});
+  TValueMap plain;
+  TValueMap indexed;
+  ASSERT_TRUE(BuildValueMap(decl, plain));
+  ASSERT_TRUE(BuildValueMap(decl, indexed));
+  IndexValueMap(indexed);
+  for (std::uint64_t number = 0; number < 30; ++number)
+    for (const TCIMValue& value : {TCIMValue(number), TCIMValue(kLargest - number)})
+      EXPECT_EQ(LookupValueMap(value, indexed), LookupValueMap(value, plain)) << number;
 }
 
 // How patterns read.
