@@ -35,8 +35,8 @@ struct TSlotTable::TExtras {
     std::uninitialized_default_construct_n(made->Slots(), slots);
     return made;
   }
-  static void Destroy(TExtras* extras, std::size_t slots) noexcept {
-    std::destroy_n(extras->Slots(), slots);
+  // None of the slots is left: each of them holds the table.
+  static void Destroy(TExtras* extras) noexcept {
     extras->~TExtras();
     ::operator delete(extras);
   }
@@ -64,7 +64,7 @@ TSlotTable::TSlotTable(boost::intrusive_ptr<const TSlotLayout> layout)
 }
 
 TSlotTable::~TSlotTable() {
-  if (m_extras) TExtras::Destroy(m_extras, m_layout->Size());
+  if (m_extras) TExtras::Destroy(m_extras);
   for (std::size_t i = 0; i < m_layout->Size(); ++i) Values()[i].~TCIMValue();
 }
 
