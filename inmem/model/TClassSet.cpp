@@ -32,9 +32,14 @@ void TClassSet::Add(const boost::shared_ptr<ICIMClass>& cls) {
     for (std::size_t i = 0; i < m_classes.size(); ++i) places->emplace(m_classes[i].get(), i);
     m_places = std::move(places);
   }
-  if (m_classes.size() == m_classes.capacity()) m_classes.reserve(2 * m_classes.size() + 1);
-  if (m_places) m_places->emplace(cls.get(), m_classes.size());
   m_classes.push_back(cls);
+  if (!m_places) return;
+  try {
+    m_places->emplace(cls.get(), m_classes.size() - 1);
+  } catch (...) {
+    m_classes.pop_back();
+    throw;
+  }
 }
 
 bool TClassSet::Remove(const ICIMClass* cls) noexcept {
@@ -44,7 +49,7 @@ bool TClassSet::Remove(const ICIMClass* cls) noexcept {
   const auto last = std::move(m_classes[place]);
   ++m_gaps;
   if (m_places) m_places->erase(cls);
-  if (m_gaps > kFew && m_gaps > m_classes.size() / 2) CloseGaps();
+  if (m_gaps > m_classes.size() / 2) CloseGaps();
   return true;
 }
 

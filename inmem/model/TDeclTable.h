@@ -41,8 +41,12 @@ class TDeclTable {
     const TNode* node = m_root.get();
     while (node) {
       const int order = name.compare(node->entry->name);
-      if (order == 0) return node->entry->decl;
-      node = (order < 0 ? node->left : node->right).get();
+      if (order < 0)
+        node = node->left.get();
+      else if (order > 0)
+        node = node->right.get();
+      else
+        return node->entry->decl;
     }
     return {};
   }
@@ -119,9 +123,9 @@ class TDeclTable {
   static TNodePtr With(const TNodePtr& node, const TEntryPtr& entry) {
     if (!node) return Make(entry, {}, {});
     const int order = entry->name.compare(node->entry->name);
-    if (order == 0) return Make(entry, node->left, node->right);
     if (order < 0) return Balanced(node->entry, With(node->left, entry), node->right);
-    return Balanced(node->entry, node->left, With(node->right, entry));
+    if (order > 0) return Balanced(node->entry, node->left, With(node->right, entry));
+    return Make(entry, node->left, node->right);
   }
 
   static TNodePtr Without(const TNodePtr& node, std::string_view name) {

@@ -41,12 +41,12 @@ boost::shared_ptr<Decl> FindDecl(const TDeclTable<Decl>& table, const std::strin
   return found;
 }
 
-std::uint64_t NewNumber() noexcept {
-  static std::atomic<std::uint64_t> given{0};
-  return given.fetch_add(1, std::memory_order_relaxed) + 1;
-}
-
 constexpr std::uint64_t kNoNumber = 0;
+
+std::uint64_t NewNumber() noexcept {
+  static std::atomic<std::uint64_t> last{kNoNumber};
+  return ++last;
+}
 
 template <class Decls, class Callback>
 void EnumerateDecls(const Decls& decls, const Callback& callback) {
@@ -79,7 +79,6 @@ void TInmemClass::ReleaseOneByOne(TClassSet& set) noexcept {
     if (!cls) continue;
     for (TClassSet* list : {&cls->m_subclasses, &cls->m_associations}) {
       try {
-        classes.reserve(classes.size() + list->Size());
         for (auto& next : list->TakeAll())
           if (next) classes.push_back(std::move(next));
       } catch (const std::bad_alloc&) {
@@ -219,15 +218,14 @@ bool TInmemClass::IsA(boost::shared_ptr<ICIMClass> other, TOptions) const {
 
 // In a deep hierarchy the key is often that of a class far above, which the class above knows.
 bool TInmemClass::HasKey() const {
-  const auto isInherited = [this](ICIMPropertyDecl* decl) {
-    return decl && typeid(*decl) == typeid(TInmemPropertyDecl) &&
-           decl->GetClass(TOptions()).get() != this && IsKey(*decl) &&
+  const auto isKeyHere = [this](ICIMPropertyDecl* decl) {
+    return decl && TInmemPropertyDecl::Own(*decl) && IsKey(*decl) &&
            m_properties.Find(CimName(decl->GetName(TOptions())).Folded()).get() == decl;
   };
   const auto superclass = m_superclass.lock();
   const auto* above = superclass ? Own(*superclass) : nullptr;
   auto key = above ? above->m_someKey.lock() : boost::shared_ptr<ICIMPropertyDecl>();
-  if (!isInherited(key.get())) {
+  if (!isKeyHere(key.get())) {
     const auto decls = PropertyDecls();
     const auto found =
         std::find_if(decls.begin(), decls.end(), [](const auto& decl) { return IsKey(*decl); });
@@ -280,7 +278,7 @@ bool TInmemClass::IsPredictable() const noexcept {
     above = own->m_superclass.lock();
   }
   return !m_lostNames && !m_hadStrangers && m_properties.ForEach([](const auto& entry) {
-    return typeid(*entry.decl) == typeid(TInmemPropertyDecl);
+    return TInmemPropertyDecl::Own(*entry.decl) != nullptr;
   });
 }
 

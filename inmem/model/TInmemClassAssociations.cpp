@@ -107,14 +107,11 @@ void TInmemClass::EnumeratePopulatedAssociations(const TEnumCallback<ICIMClass>&
       foreign.Add(cls);
     walks.emplace_back(foreign);
   }
-  bool prepared = false;
   for (auto walk = walks.begin(); walk != walks.end(); ++walk) {
     while (const ICIMClass* cls = walk->Next()) {
       if (const auto* own = Own(*cls); own && !own->HasInstances()) continue;
       if (std::any_of(walks.begin(), walk, [&](const auto& w) { return w.Covers(cls); })) continue;
-      if (!prepared)
-        for (auto& each : walks) each.Prepare();
-      prepared = true;
+      for (auto& each : walks) each.Prepare();
       const auto association = walk->Current();
       DropExceptions([&] { callback(association); });
     }

@@ -129,7 +129,7 @@ TInmemClass::TClasses TInmemClass::ClassesToRegisterWith() const {
   TClasses chosen;
   for (std::size_t i = 0; i < referenced.size(); ++i) {
     const auto covers = [&](std::size_t j) {
-      return j != i && referenced[i]->IsA(referenced[j], TOptions()) &&
+      return referenced[i]->IsA(referenced[j], TOptions()) &&
              (j < i || !referenced[j]->IsA(referenced[i], TOptions()));
     };
     bool covered = false;

@@ -89,9 +89,8 @@ void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& 
 // The usual case without going through the declaration's weak link: nothing that it calls may
 // let the instance go, and nothing is to be said.
 void TInmemInstance::SetSlot(std::size_t index, const TCIMValue& value) {
-  const ICIMPropertyDecl& decl = DeclAt(index);
-  if (typeid(decl) == typeid(TInmemPropertyDecl) &&
-      static_cast<const TInmemPropertyDecl&>(decl).Type() == value.GetType())
+  const auto* own = TInmemPropertyDecl::Own(DeclAt(index));
+  if (own && own->Type() == value.GetType())
     m_values->Assign(index, value);
   else
     SlotHandle(index).SetValue(value, TOptions());

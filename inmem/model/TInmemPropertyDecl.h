@@ -6,6 +6,8 @@
 // Errors:    THAVException; the status with each operation of the interface.
 #pragma once
 
+#include <typeinfo>
+
 #include <boost/weak_ptr.hpp>
 
 #include "havcore/ICIMPropertyDecl.h"
@@ -27,6 +29,13 @@ class TInmemPropertyDecl final : public TInmemDecl<ICIMPropertyDecl, TInmemPrope
   bool IsArray(TOptions options) const override;
   const TCIMValue& GetDefaultValue(TOptions options) const override;
   void SetDefaultValue(const TCIMValue& value, TOptions options) override;
+
+  // The declaration itself when it is of this make, else null.
+  static const TInmemPropertyDecl* Own(const ICIMPropertyDecl& decl) noexcept {
+    return typeid(decl) == typeid(TInmemPropertyDecl)
+               ? static_cast<const TInmemPropertyDecl*>(&decl)
+               : nullptr;
+  }
 
   ECIMType Type() const { return m_defaultValue.GetType(); }
 

@@ -55,7 +55,6 @@ boost::shared_ptr<ICIMQualifier> AllocateQualifierOf(
     const boost::shared_ptr<ICIMNamedElement>& element,
     const boost::shared_ptr<ICIMQualifierDecl>& decl, const TCIMValue& value,
     const ICIMQualifierDecl::EFlavor* flavor) {
-  Require(decl);
   const auto qualifier = flavor ? boost::make_shared<TInmemQualifier>(element, decl, value, *flavor)
                                 : boost::make_shared<TInmemQualifier>(element, decl, value);
   element->AddQualifier(qualifier, TOptions());

@@ -60,7 +60,6 @@ TInmemNamespace& TInmemNamespace::operator=(const TInmemNamespace& other) {
   m_lastFound = copy.m_lastFound = nullptr;
   m_root.swap(copy.m_root);
   m_redefinitionAllowed = copy.m_redefinitionAllowed;
-  m_census->Paths().Turn();
   copy.m_census->Paths().Turn();
   // Each takes the other's place in what it shares; the copy then leaves in this one's stead.
   if (m_census != copy.m_census) {

@@ -159,6 +159,14 @@ TEST_F(AssociationClasses, OfAnUnknownResultClassAreNone) {
   EXPECT_EQ(repository.TakeLog(), kNothingLogged);
 }
 
+TEST_F(AssociationClasses, OfAResultClassThatIsNoNameAreRefusedWith25) {
+  const auto ignore = [](ClassPtr) { return true; };
+  EXPECT_STATUS(25, system->EnumerateAssociationClasses(ignore, "no name", "", {}));
+  EXPECT_STATUS(25, system->EnumerateAssociatedClasses(ignore, "no name", "", "", "", {}));
+  EXPECT_STATUS(25, system->EnumerateAssociatedClasses(ignore, "", "no name", "", "", {}));
+  EXPECT_EQ(repository.TakeLog(), LogLines(3, Error("Inmem: CIM name 'no name' is invalid")));
+}
+
 TEST_F(AssociationClasses, CanBeLimitedToARole) {
   EXPECT_EQ(AssociationNames(port, "", "part"), (Names{"Component", "SystemDevice"}));
   EXPECT_EQ(AssociationNames(port, "", "FROM"), Names{"Wire"});

@@ -223,6 +223,35 @@ TEST_F(ClassRedefinition, ThatWouldCloseACircleOfListsAloneIsRefused) {
   EXPECT_EQ(SubclassNames(upper), Names{});
 }
 
+TEST_F(ClassRedefinition, OfAClassThatListsWhatIsFurtherAboveItIsRefused) {
+  auto top = repository.Allocate("Top", {}, kAbstract);
+  auto upper = repository.Allocate("Upper", top, kAbstract);
+  auto thing = repository.Allocate("Thing", upper, kAbstract);
+  auto other = repository.Allocate("Thing", upper, kAbstract);
+  for (const auto& cls : {top, upper, thing}) cls->AddToNamespace({});
+  top->RemoveSubclass(upper, {});
+  thing->AddSubclass(top, {});
+  EXPECT_STATUS(16, other->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Thing", {}), thing);
+  EXPECT_FALSE(top->IsA(thing, {}));
+}
+
+TEST_F(ClassRedefinition, OfAClassThatItsSuperclassHasLostListsTheNewOne) {
+  base->RemoveSubclass(first, {});
+  base->AddToNamespace({});
+  EXPECT_STATUS(0, second->AddToNamespace({}));
+  EXPECT_EQ(SubclassNames(base), Names{"a"});
+}
+
+TEST_F(ClassRedefinition, LeavesTheDisplacedClassNoSubclasses) {
+  auto taken = repository.Class("Taken", first);
+  auto lost = repository.Allocate("Lost", second);
+  second->AddSubclass(lost, {});
+  second->AddToNamespace({});
+  EXPECT_EQ(SubclassNames(second), Names{"Taken"});
+  EXPECT_EQ(SubclassNames(first), Names{});
+}
+
 class NetworkPort : public testing::TestWithParam<const char*> {};
 
 TEST_P(NetworkPort, IsNotRedefinedAndNothingIsSaid) {

@@ -1,5 +1,7 @@
 // A class in its namespace: registration, deletion, and the links between a class and its
 // superclass.
+#include <algorithm>
+
 #include "support/ForeignDecls.h"
 #include "support/Instances.h"
 #include "support/LoggedRepository.h"
@@ -68,6 +70,44 @@ TEST(ClassRegistration, UnderASuperclassThatIsNotRegisteredLinksAllTheSame) {
   repository.Allocate("Sub", base, kAbstract)->AddToNamespace({});
   EXPECT_EQ(SubclassNames(base), Names{"Sub"});
   EXPECT_STATUS(15, repository.ns->GetClass("Base", {}));
+}
+
+TEST(ClassRegistration, OfAClassWhoseSuperclassIsGoneSucceedsWithoutOne) {
+  LoggedRepository repository;
+  auto base = repository.Allocate("Base");
+  repository.Key(base, "Name");
+  auto sub = repository.Allocate("Sub", base);
+  base.reset();
+  EXPECT_STATUS(0, sub->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Sub", {}), sub);
+  EXPECT_FALSE(sub->GetSuperClass({}));
+  EXPECT_EQ(RootClassNames(repository.ns), Names{});
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+}
+
+TEST(ClassRegistration, InAnyOrderLinksEachClassUnderItsSuperclass) {
+  std::vector<std::size_t> order{0, 1, 2, 3};
+  do {
+    LoggedRepository repository;
+    std::vector<ClassPtr> levels;
+    for (const char* name : {"Level0", "Level1", "Level2", "Level3"})
+      levels.push_back(
+          repository.Allocate(name, levels.empty() ? nullptr : levels.back(), kAbstract));
+    for (const auto level : order) ASSERT_STATUS(0, levels[level]->AddToNamespace({}));
+    EXPECT_EQ(RootClassNames(repository.ns), Names{"Level0"});
+    EXPECT_EQ(SubclassNames(levels[0]), Names{"Level1"});
+    EXPECT_EQ(SubclassNames(levels[1]), Names{"Level2"});
+    EXPECT_EQ(SubclassNames(levels[2]), Names{"Level3"});
+  } while (std::next_permutation(order.begin(), order.end()));
+}
+
+TEST(ClassRegistration, OfAClassWhoseInheritedKeyIsNoneAnyMoreWarns) {
+  LoggedRepository repository;
+  auto base = repository.Class("Base");
+  auto sub = repository.Allocate("Sub", base);
+  base->GetPropertyDecl("Name", {})->GetQualifier("Key", {})->SetValue(TCIMValue(false), {});
+  sub->AddToNamespace({});
+  EXPECT_EQ(repository.TakeLog(), LogLines{Error("Inmem: Class Sub has no keys")});
 }
 
 TEST(ClassRegistration, DeleteTakesTheClassFromItsSuperclass) {
@@ -182,6 +222,17 @@ TEST(ClassRegistration, AssociationWithItselfCanBeDeleted) {
   link->AddToNamespace({});
   EXPECT_STATUS(0, link->Delete({}));
   EXPECT_EQ(AssociationNames(link), Names{});
+}
+
+TEST(ClassRegistration, DeleteOfAnAssociationWithItselfIsRefusedWhileAnotherRefersToIt) {
+  LoggedRepository repository;
+  auto ring = repository.Allocate("Ring", {}, {{"Association", TCIMValue(true)}});
+  repository.Reference(ring, "Self", ring, {{"Key", TCIMValue(true)}});
+  ring->AddToNamespace({});
+  auto other = repository.Association("Other", "From", ring, "To", ring);
+  EXPECT_STATUS(17, ring->Delete({}));
+  other->Delete({});
+  EXPECT_STATUS(0, ring->Delete({}));
 }
 
 TEST(ClassRegistration, DeleteUndoesTheRegistrationAlsoOfReferencesThatAreGone) {

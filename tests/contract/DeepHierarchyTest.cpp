@@ -99,6 +99,23 @@ TEST(DeepHierarchyEnd, ComesWhenItsTopGoes) {
   });
 }
 
+TEST(DeepHierarchyEnd, ComesForAssociationsOfAssociationsToo) {
+  OnSmallStack([] {
+    Repository repository;
+    auto first = repository.Allocate("Level0");
+    auto last = first;
+    for (int level = 1; level < kLevels; ++level) {
+      auto next = repository.Allocate("Level" + std::to_string(level));
+      last->AddAssociation(next, {});
+      last = next;
+    }
+    const boost::weak_ptr<ICIMClass> end = last;
+    last.reset();
+    first.reset();
+    EXPECT_TRUE(end.expired());
+  });
+}
+
 TEST(DeepHierarchyEnd, LeavesTheBottomToWhoeverHoldsIt) {
   OnSmallStack([] {
     DeepHierarchy deep;

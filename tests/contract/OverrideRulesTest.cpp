@@ -2,6 +2,8 @@
 // what is thrown. Properties are tolerated, methods are refused.
 #include <stdexcept>
 
+#include <boost/make_shared.hpp>
+
 #include "support/ForeignDecls.h"
 #include "support/LoggedRepository.h"
 #include "support/PrintValue.h"
@@ -124,6 +126,39 @@ TEST_F(PropertyOverride, ArrayIsOfAnotherTypeThanItsElement) {
   EXPECT_EQ(repository.TakeLog(),
             LogLines{Error("Inmem: Attempt to override property Size in class Sub: different "
                            "types")});
+}
+
+TEST_F(PropertyOverride, OfAPortTypeFollowsTheRulesOfAnyProperty) {
+  auto inherited = Declare(base, "MyPortType", TCIMValue(true));
+  Declare(Sub(), "MyPortType", TCIMValue(std::uint8_t{1}), kOverride);
+  EXPECT_EQ(repository.TakeLog(), LogLines{Error("Inmem: Attempt to override property MyPortType "
+                                                 "in class Sub: different types")});
+  EXPECT_EQ(sub->GetPropertyDecl("MyPortType", {}), inherited);
+  auto own = Declare(Sub(), "MyPortType", TCIMValue(false), kOverride);
+  Declare(Sub(), "MyPortType", TCIMValue(false), kOverride);
+  EXPECT_EQ(sub->GetPropertyDecl("MyPortType", {}), own);
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+}
+
+// An inherited declaration of a host's making may fail to tell its type: with 15 that counts as no
+// "OVERRIDE".
+TEST_F(PropertyOverride, OfADeclarationWithoutATypeNeedsAKey) {
+  struct Typeless : ForeignPropertyDecl {
+    using ForeignPropertyDecl::ForeignPropertyDecl;
+    bool hasType = true;
+    TCIMValue::TCIMType GetType(TOptions o) const override {
+      return hasType ? ForeignPropertyDecl::GetType(o) : throw THAVException(kHAVNotFound);
+    }
+  };
+  auto inherited = boost::make_shared<Typeless>(base, "Size", TCIMValue(true));
+  base->AddPropertyDecl(inherited, {});
+  inherited->hasType = false;
+  Declare(Sub(), "Size", TCIMValue(true), kOverride);
+  EXPECT_EQ(sub->GetPropertyDecl("Size", {}), inherited);
+  auto key = Declare(Sub(), "Size", TCIMValue(true),
+                     {{"Override", TCIMValue("X")}, {"Key", TCIMValue(true)}});
+  EXPECT_EQ(sub->GetPropertyDecl("Size", {}), key);
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
 }
 
 TEST_F(PropertyOverride, WithOverrideOfTheClassesOwnIsDroppedSilently) {

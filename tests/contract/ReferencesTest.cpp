@@ -27,6 +27,23 @@ TEST(References, AreTheAssociationsThatReferToTheInstanceFromEitherEnd) {
   EXPECT_EQ(References(other), (Names{"Link.Id=\"2\""}));
 }
 
+// An association that was made before its class declared such a reference has no slot for it, and
+// answers what the class declares; a "speedDuplex" it declares itself.
+TEST(References, InARoleThatEveryInstanceAnswersAreFoundThoughTheyHaveNoSlotForIt) {
+  for (const auto& [role, found] : {std::pair<const char*, Names>{"Description", {"Link.Id=\"1\""}},
+                                    {"HealthState", {"Link.Id=\"1\""}},
+                                    {"speedDuplex", {}}}) {
+    LinkedModel model;
+    model.Link("1");
+    const auto decl =
+        model.link->AllocatePropertyDecl(role, TCIMValue(model.s->GetReference({})), {});
+    decl->AddToClass({});
+    for (int time = 0; time < 3; ++time) EXPECT_EQ(References(model.s).size(), 1u);
+    EXPECT_EQ(References(model.s, "", role), found) << role;
+    EXPECT_EQ(model.link->GetPropertyDecl(role, {}) == decl, !found.empty());
+  }
+}
+
 TEST(References, AreTheVeryInstancesOfTheStore) {
   LinkedModel model;
   auto link = model.Link("1");

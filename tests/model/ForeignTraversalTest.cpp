@@ -53,6 +53,18 @@ class StoppingClass : public ForeignClass {
     ForeignClass::EnumerateAssociationClasses(
         [&](ClassPtr cls) { return goesOn = goesOn && callback(cls); }, resultClass, role, o);
   }
+  void EnumeratePropertyDecls(const TEnumCallback<ICIMPropertyDecl>& callback,
+                              TOptions o) const override {
+    bool goesOn = true;
+    ForeignClass::EnumeratePropertyDecls(
+        [&](PropertyDeclPtr decl) { return goesOn = goesOn && callback(decl); }, o);
+  }
+  void EnumerateKeyNames(const boost::function<bool(const std::string*)>& callback,
+                         TOptions o) const override {
+    bool goesOn = true;
+    ForeignClass::EnumerateKeyNames(
+        [&](const std::string* name) { return goesOn = goesOn && callback(name); }, o);
+  }
 };
 
 struct Model {
@@ -114,6 +126,19 @@ TEST(ForeignTraversal, AClassThatStopsWhereItIsToldToIsWalkedToItsEnd) {
   for (const auto& cls : {model.link, other}) model.repository.Link(cls, "From", instance, "To", c);
   EXPECT_EQ(References(instance).size(), 2u);
   EXPECT_EQ(Associators(instance).size(), 2u);
+}
+
+TEST(ForeignTraversal, AClassThatStopsWhereItIsToldToTellsAllOfItsKeys) {
+  Model model;
+  model.repository.Key(model.node, "Unit");
+  const boost::shared_ptr<ICIMClass> stopping = boost::make_shared<StoppingClass>(model.node);
+  const InstancePtr instance =
+      boost::make_shared<TInmemInstance>(stopping, TInmemInstance::kValidateKeysNonNull);
+  instance->SetPropertyValue("Name", TCIMValue("a"), {});
+  EXPECT_STATUS(18, instance->Validate({}));
+  instance->SetPropertyValue("Unit", TCIMValue("b"), {});
+  EXPECT_STATUS(0, instance->Validate({}));
+  EXPECT_EQ(PathOf(instance), "Node.Name=\"a\",Unit=\"b\"");
 }
 
 }  // namespace

@@ -73,6 +73,15 @@ TEST(HostClass, IsAskedForTheCollectionTimeOfAnInstance) {
   EXPECT_FALSE(ValueOf(model.New(), "DateTimeOfCollection").IsNull());
 }
 
+TEST(HostClass, IsAskedForTheCollectionTimeThoughItEnumeratesNone) {
+  Repository repository;
+  const auto cls = boost::make_shared<HostClass>(repository.Class("Thing"));
+  int asked = 0;
+  cls->whenAskedForADeclaration = [&] { ++asked; };
+  boost::make_shared<TInmemInstance>(cls, kKeys);
+  EXPECT_EQ(asked, 1);
+}
+
 TEST(HostClass, ThatRefusesTheCollectionTimeLeavesItOut) {
   Model model;
   for (const unsigned status : {1u, 15u, 25u}) {

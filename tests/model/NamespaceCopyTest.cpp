@@ -122,6 +122,8 @@ TEST_F(NamespaceCopy, CanBeAssigned) {
   static_cast<TInmemNamespace&>(*other.ns) = static_cast<const TInmemNamespace&>(*repository.ns);
   EXPECT_STATUS(15, other.ns->GetClass("Own", {}));
   EXPECT_EQ(other.ns->GetClass("Thing", {}), thing);
+  EXPECT_EQ(other.ns->GetQualifierDecl("Association", {}),
+            repository.ns->GetQualifierDecl("Association", {}));
   EXPECT_STATUS(16, thing->AddToNamespace({}));
   EXPECT_EQ(thing->GetNamespace({}), repository.ns);
   repository.ns.reset();
@@ -130,6 +132,16 @@ TEST_F(NamespaceCopy, CanBeAssigned) {
   EXPECT_STATUS(15, own->AddInstance(own->AllocateInstance({}), {}));
   other.ns.reset();
   EXPECT_EQ(Stored(thing), Names{});
+}
+
+TEST_F(NamespaceCopy, ThatIsAssignedHasTheOthersClassOfANameAndItsRule) {
+  const Repository other(true);
+  const auto own = other.Class("Thing");
+  ASSERT_EQ(other.ns->GetClass("Thing", {}), own);
+  auto& assigned = static_cast<TInmemNamespace&>(*other.ns);
+  assigned = static_cast<const TInmemNamespace&>(*repository.ns);
+  EXPECT_EQ(other.ns->GetClass("Thing", {}), thing);
+  EXPECT_STATUS(16, other.ns->AllocateQualifierDecl("Key", TCIMValue(true), {}, {}, {}));
 }
 
 TEST_F(NamespaceCopy, CanBeAssignedToItselfAndToItsOriginal) {

@@ -185,6 +185,7 @@ TEST_F(TClassSetOf, AnAdditionThatLacksMemoryChangesNothing) {
   for (std::size_t count = 0; count < 70; ++count) {
     const Classes classes = Make(count);
     const auto one = Make();
+    const auto other = Make();
     for (std::size_t allowed = 0;; ++allowed) {
       TClassSet set;
       for (const auto& cls : classes) set.Add(cls);
@@ -202,10 +203,37 @@ TEST_F(TClassSetOf, AnAdditionThatLacksMemoryChangesNothing) {
       ASSERT_FALSE(set.Contains(one.get())) << count << ", " << allowed;
       ASSERT_EQ(set.All(), classes);
       ASSERT_FALSE(set.Remove(one.get()));
+      // Nor does it stand in another's place.
+      set.Add(other);
+      ASSERT_FALSE(set.Contains(one.get())) << count << ", " << allowed;
       set.Add(one);
-      ASSERT_EQ(set.All().size(), count + 1);
+      ASSERT_EQ(set.All().size(), count + 2);
+      ASSERT_EQ(set.All().back(), one);
     }
   }
+}
+
+TEST_F(TClassSetOf, AnySizeHasNoEmptyClassWhateverIsRemoved) {
+  TClassSet set;
+  const Classes classes = Make(60);
+  for (std::size_t i = 0; i < classes.size(); ++i) {
+    set.Add(classes[i]);
+    if (i % 5 == 4) {
+      EXPECT_TRUE(set.Remove(classes[i - 2].get()));
+    }
+    EXPECT_FALSE(set.Contains(nullptr)) << i;
+    EXPECT_FALSE(set.Remove(nullptr)) << i;
+  }
+  EXPECT_EQ(set.Size(), 48u);
+}
+
+// A place in a table for each class; what they stand in doubles.
+TEST_F(TClassSetOf, AnySizeGrowsByAnAllocationForEachClass) {
+  const Classes classes = Make(1000);
+  TClassSet set;
+  const FailingAllocation allocations(1000000);
+  for (const auto& cls : classes) set.Add(cls);
+  EXPECT_LE(allocations.Count(), 1060u);
 }
 
 // As many as a set ever had at a time, and as many again that it has lost.

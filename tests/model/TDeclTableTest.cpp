@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <random>
@@ -96,6 +97,33 @@ TEST_F(TDeclTableOf, AnySizeSwapsWithAnother) {
   one.Swap(other);
   EXPECT_EQ(Contents(one), Expected());
   EXPECT_EQ(Contents(other), before);
+}
+
+// The fewest entries of a tree of a height, one of whose sides is at most one level lower.
+std::size_t FewestOf(int height) {
+  return height < 2 ? static_cast<std::size_t>(height)
+                    : FewestOf(height - 1) + FewestOf(height - 2) + 1;
+}
+
+TEST_F(TDeclTableOf, NamesInAnyOrderHasSidesOfAboutOneHeight) {
+  std::vector<std::string> names;
+  for (char first = 'a'; first <= 'z'; ++first)
+    for (char second = 'a'; second <= 'e'; ++second) names.push_back({first, second});
+  const std::vector<std::string> ascending = names;
+  const std::vector<std::string> descending(names.rbegin(), names.rend());
+  std::shuffle(names.begin(), names.end(), std::mt19937(7));
+  for (const auto& order : {ascending, descending, names}) {
+    Table table;
+    EXPECT_EQ(table.Height(), 0);
+    for (const auto& name : order) {
+      Set(table, name);
+      ASSERT_LE(FewestOf(table.Height()), table.Size());
+    }
+    for (const auto& name : order) {
+      table.Remove(name);
+      ASSERT_LE(FewestOf(table.Height()), table.Size());
+    }
+  }
 }
 
 // In order, as the names of a schema come, and in a tree: neither goes down the stack.
