@@ -190,9 +190,7 @@ INamespaceRegistry::TAdmission TInmemNamespace::AdmitClass(
 
 void TInmemNamespace::AddClass(boost::shared_ptr<TInmemClass> cls) {
   std::string key = NormalizeCimName(cls->GetName(TOptions()));
-  auto& place = m_classes[std::move(key)];
-  if (place && place != cls) m_census->Paths().Turn();
-  place = std::move(cls);
+  m_classes.insert_or_assign(std::move(key), std::move(cls));
 }
 
 void TInmemNamespace::RemoveClass(boost::shared_ptr<TInmemClass>) {}

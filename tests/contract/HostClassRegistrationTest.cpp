@@ -19,9 +19,13 @@ class AskedClass : public ForeignClass {
 
   std::function<void()> whenTold = [] {};
   bool isItself = true;
+  std::string name;  // in place of that of the class behind it
 
   Names Take() { return std::exchange(m_calls, {}); }
 
+  const std::string& GetName(TOptions o) const override {
+    return name.empty() ? ForeignClass::GetName(o) : name;
+  }
   bool IsA(ClassPtr other, TOptions o) const override {
     return isItself && ForeignClass::IsA(other, o);
   }
@@ -139,10 +143,10 @@ TEST_F(HostClassRegistration, OfANetworkPortWhoseNameASuperclassTakesMeanwhileLe
 }
 
 TEST_F(HostClassRegistration, UnderAClassOfTheNameThatIsRedefinedIsRefused) {
+  const auto standing = repository.Allocate("Node", base);
   const auto redefining = repository.Allocate("Node");
-  const auto host = boost::make_shared<AskedClass>(redefining);
-  const auto standing = repository.Allocate("Node", host);
   standing->AddToNamespace({});
+  base->name = "Node";
   EXPECT_STATUS(16, redefining->AddToNamespace({}));
   EXPECT_EQ(repository.ns->GetClass("Node", {}), standing);
 }

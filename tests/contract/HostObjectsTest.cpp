@@ -91,6 +91,18 @@ TEST(HostObjects, AQualifierMayDropItsDeclarationWhenOneIsAttached) {
   EXPECT_FALSE(decl);
 }
 
+TEST(HostObjects, AQualifierIsNotAskedForItsValueByASubclassThatHasItsOwn) {
+  Model model;
+  const auto sub = model.repository->Allocate("Sub", model.cls);
+  sub->AllocateQualifier(model.qualifier->GetQualifierDecl({}), TCIMValue("own"), {});
+  bool isAsked = false;
+  model.qualifier->whenAskedForValue = [&] { isAsked = true; };
+  sub->AddToNamespace({});
+  model.repository->ns->AllocateClass("Sub", model.cls, {});
+  EXPECT_FALSE(isAsked);
+  EXPECT_EQ(sub->GetQualifier("Q", {})->GetValue({}), TCIMValue("own"));
+}
+
 TEST(HostObjects, AQualifierThatEndsSeesTheOneThatTookItsPlace) {
   Model model;
   QualifierPtr seen;

@@ -147,7 +147,8 @@ TEST_F(PropertyOverride, OfADeclarationWithoutATypeNeedsAKey) {
     using ForeignPropertyDecl::ForeignPropertyDecl;
     bool hasType = true;
     TCIMValue::TCIMType GetType(TOptions o) const override {
-      return hasType ? ForeignPropertyDecl::GetType(o) : throw THAVException(kHAVNotFound);
+      if (!hasType) throw THAVException(kHAVNotFound);
+      return ForeignPropertyDecl::GetType(o);
     }
   };
   auto inherited = boost::make_shared<Typeless>(base, "Size", TCIMValue(true));

@@ -160,6 +160,9 @@ TEST_F(Paths, DoNotTellOfAnInstanceThatIsStoredInAnotherClassToo) {
   const auto instance = Node("a");
   base->AddInstance(instance, {});
   EXPECT_EQ(Own(instance).Standing(), TInmemInstance::kNotStanding);
+  const auto elsewhere = node->AllocateInstance({});
+  base->AddInstance(elsewhere, {});
+  EXPECT_EQ(Own(elsewhere).Standing(), TInmemInstance::kNotStanding);
 }
 
 TEST_F(Paths, OfInstancesWithKeysOfTextAreWrittenWithoutMemory) {
@@ -174,6 +177,7 @@ TEST_F(Paths, OfInstancesWithKeysOfTextAreWrittenWithoutMemory) {
 }
 
 TEST_F(Paths, NeedTheKeysOfAClassLookedForOnce) {
+  repository.Property(node, "Size", TCIMValue(true));
   node->EnumerateKeyNames([](const std::string*) { return true; }, {});
   int keys = 0;
   const FailingAllocation failure(0);

@@ -238,19 +238,21 @@ TEST_F(TClassSetOf, AnySizeGrowsByAnAllocationForEachClass) {
 
 // As many as a set ever had at a time, and as many again that it has lost.
 TEST_F(TClassSetOf, MemoryIsThatOfTheClassesThatAreThere) {
-  const Classes classes = Make(6);
-  TClassSet set;
-  const auto cycle = [&](int times) {
-    FailingAllocation count(1000000);
-    for (int time = 0; time < times; ++time) {
-      for (const auto& cls : classes) set.Add(cls);
-      for (const auto& cls : classes) set.Remove(cls.get());
-    }
-    return count.Count();
-  };
-  cycle(20);
-  const auto once = cycle(10);
-  EXPECT_EQ(cycle(1000), 100 * once);
+  for (const std::size_t size : {1u, 2u, 6u, 40u}) {
+    const Classes classes = Make(size);
+    TClassSet set;
+    const auto cycle = [&](int times) {
+      FailingAllocation count(1000000);
+      for (int time = 0; time < times; ++time) {
+        for (const auto& cls : classes) set.Add(cls);
+        for (const auto& cls : classes) set.Remove(cls.get());
+      }
+      return count.Count();
+    };
+    cycle(20);
+    const auto once = cycle(10);
+    EXPECT_EQ(cycle(1000), 100 * once) << size;
+  }
 }
 
 TEST_F(TClassSetOf, AWalkOutlivesTheSet) {

@@ -8,7 +8,8 @@ A change (a mutant) is one of
   + as - ...    arithmetic and bits of the built-in types
   N as N + 1     a number; true as false
 
-Constant expressions are left alone: they have no time at which they could be changed.
+Constant expressions are left alone: they have no time at which they could be changed. So are the
+initial values of what stands outside of functions: a program has them before it has a change.
 """
 import dataclasses
 import pathlib
@@ -211,7 +212,8 @@ class Instrumenter:
     def variable(self, cursor):
         head = self.bare[cursor.extent.start.offset:cursor.location.offset]
         constant = re.search(r"\bconstexpr\b", head) or cursor.semantic_parent.kind in (
-            K.CLASS_DECL, K.STRUCT_DECL)  # a static member
+            K.CLASS_DECL, K.STRUCT_DECL,  # a static member
+            K.NAMESPACE, K.TRANSLATION_UNIT)
         for child in cursor.get_children():
             if not child.kind.is_expression() or child.extent.start.offset < cursor.location.offset:
                 continue
