@@ -19,7 +19,7 @@ packages_layout=(clang-format)
 packages_tidy=(clang-tidy)
 # Mutation testing and coverage, scripts of their own.
 packages_mutants=(clang python3-clang-14)
-packages_coverage=(gcovr)
+packages_coverage=(clang libclang-rt-14-dev llvm-14 gcovr)
 # For the MSVC ABI: the headers that stand in for Microsoft's, and a reader of its objects.
 packages_msvc=(libc++-14-dev mingw-w64-common llvm-14)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 googletest)
@@ -64,6 +64,36 @@ need_packages() {
   fi
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null >/dev/null
+}
+
+# alone "$@": runs the script in a process group of its own. When what was called is interrupted or
+# ended, all that the script has started ends as well: builds, tests and what they have started.
+alone() {
+  if [[ ${hav_alone:-} ]]; then
+    unset hav_alone
+    return
+  fi
+  local script=$root/scripts/${0##*/} group status=0
+  set -m
+  (cd "$called_from" && hav_alone=1 exec "$script" "$@") </dev/null &
+  group=$!
+  set +m
+  trap "end_group $group" INT TERM HUP
+  wait "$group" || status=$?
+  exit "$status"
+}
+
+# end_group GROUP: ends its processes, with time to end what they have started, and exits.
+end_group() {
+  local tries
+  trap '' INT TERM HUP
+  kill -TERM -- "-$1" 2>/dev/null || true
+  for ((tries = 0; tries < 100; ++tries)); do
+    kill -0 -- "-$1" 2>/dev/null || break
+    sleep 0.1
+  done
+  kill -KILL -- "-$1" 2>/dev/null || true
+  exit 130
 }
 
 # build PRESET [TARGET...]: configures and builds into build/PRESET. Quiet unless it fails.
