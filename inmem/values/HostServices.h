@@ -98,6 +98,7 @@ class THeldElements {
   THeldElements& operator=(const THeldElements&) = delete;
 
   const std::vector<TCIMValue>& operator*() const noexcept { return m_elements; }
+  const std::vector<TCIMValue>* operator->() const noexcept { return &m_elements; }
 
  private:
   TCIMValue m_array;

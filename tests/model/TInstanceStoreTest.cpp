@@ -8,6 +8,7 @@
 #include <random>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "support/Instances.h"
 
@@ -81,6 +82,31 @@ TEST(TInstanceStore, AWalkVisitsWhatWasThereWhenItBegan) {
         false, {});
     ASSERT_EQ(visited, before);
     ASSERT_EQ(Stored(model.cls), model.Expected());
+  }
+}
+
+// Few are put where they belong, many are ordered with all the rest; either also while a walk goes
+// on over the order that was.
+TEST(TInstanceStore, FewOrManyAddedSinceAWalkStandInOrder) {
+  for (const int many : {3, 200}) {
+    Model model;
+    for (int number = 500; number < 600; ++number) model.Add(number);
+    const auto before = model.Expected();
+    Names walked;
+    bool added = false;
+    model.cls->EnumerateInstances(
+        [&](InstancePtr instance) {
+          walked.push_back(PathOf(instance));
+          if (std::exchange(added, true)) return true;
+          for (int number = 499 + many; number >= 500; --number) model.Add(number + 100);
+          model.Add(1);
+          EXPECT_EQ(Stored(model.cls), model.Expected());
+          return true;
+        },
+        false, {});
+    EXPECT_EQ(walked, before) << many;
+    for (int number = 0; number < many; ++number) model.Add(9000 - number);
+    EXPECT_EQ(Stored(model.cls), model.Expected()) << many;
   }
 }
 
