@@ -1,5 +1,6 @@
 // AssociationCallbacks: the links of the chain that association traversal is. Each is handed
-// to an enumeration of the class model and passes what survives on to the next.
+// to an enumeration of the class model and passes what survives on to the next. None of them ends
+// an enumeration, whatever the caller's callback answers.
 //
 // Ownership: each shares the instance whose associations are asked for; callbacks,
 //            strings and the watch belong to the traversal under way, which outlives its links.
@@ -18,15 +19,14 @@ namespace NORVHAV20 {
 // there was no memory: a traversal must not end in part of its answer.
 class TMemoryWatch {
  public:
-  // Calls `examine`, unless there was no memory before. Returns what it answers.
+  // Calls `examine`, unless there was no memory before.
   template <class F>
-  bool Over(F&& examine) {
-    if (m_out) return true;
+  void Over(F&& examine) {
+    if (m_out) return;
     try {
-      return examine();
+      examine();
     } catch (const std::bad_alloc&) {
       m_out = true;
-      return true;
     }
   }
   void ThrowWhenOut() const {
@@ -44,8 +44,8 @@ struct TReferencesCallback {
   TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMClass> candidate) const {
-    return memory->Over(
-        [&] { return instance->ExamineCandidateClass(*callback, *role, *memory, candidate); });
+    memory->Over([&] { instance->ExamineCandidateClass(*callback, *role, *memory, candidate); });
+    return true;
   }
 };
 
@@ -55,8 +55,8 @@ struct TExamineInstanceCallback {
   TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return memory->Over(
-        [&] { return instance->ExamineCandidateClassInstance(*callback, association); });
+    memory->Over([&] { instance->ExamineCandidateClassInstance(*callback, association); });
+    return true;
   }
 };
 
@@ -67,9 +67,9 @@ struct TExamineInstanceWithRoleCallback {
   TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return memory->Over([&] {
-      return instance->ExamineCandidateClassInstanceWithRole(*callback, *role, association);
-    });
+    memory->Over(
+        [&] { instance->ExamineCandidateClassInstanceWithRole(*callback, *role, association); });
+    return true;
   }
 };
 
@@ -81,10 +81,11 @@ struct TAssociatorsExamineCallback {
   TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return memory->Over([&] {
-      return instance->ExamineCandidate(*callback, resultClass, *role,
-                                        boost::dynamic_pointer_cast<TInmemInstance>(association));
+    memory->Over([&] {
+      instance->ExamineCandidate(*callback, resultClass, *role,
+                                 boost::dynamic_pointer_cast<TInmemInstance>(association));
     });
+    return true;
   }
 };
 
@@ -96,11 +97,12 @@ struct TAssociatorsExamineWithResultRoleCallback {
   TMemoryWatch* memory;
 
   bool operator()(boost::shared_ptr<ICIMInstance> association) const {
-    return memory->Over([&] {
-      return instance->ExamineCandidateWithResultRole(
+    memory->Over([&] {
+      instance->ExamineCandidateWithResultRole(
           *callback, resultClass, *resultRole,
           boost::dynamic_pointer_cast<TInmemInstance>(association));
     });
+    return true;
   }
 };
 

@@ -80,7 +80,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   boost::shared_ptr<const TPropertyDecls> KeyDecls() const;
   // The same, empty unless all declarations and what makes them keys are of this make.
   boost::shared_ptr<const TPropertyDecls> KnownKeys() const;
-  // How often an instance of this class has come or gone.
+  // How often an instance has come to stand in this class.
   std::uint64_t Moves() const noexcept { return m_instances.Moves(); }
   // Whether keys in paths, and paths in the store, are still spelt as they ever were, and will
   // be until the path clock moves; and whether IsA then asks nobody of another make. Complexity:

@@ -119,7 +119,7 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   bool IsOf(const ICIMClass& cls) const noexcept { return m_class.get() == &cls; }
   // Its class when that is of this make, else null.
   const TInmemClass* OwnClass() const noexcept;
-  // Compares different when the instance may have come to stand, or to go, anywhere.
+  // Compares different when the instance may have come to stand anywhere since.
   std::uint64_t Moves() const noexcept;
   void RememberStoreEntry(TInstanceStore::TEntry* entry) noexcept { m_storeEntry = entry; }
   void ForgetStoreEntry(const TInstanceStore::TEntry* entry) noexcept {
@@ -151,29 +151,27 @@ class HAV_TYPE TInmemInstance final : public ICIMInstance,
   boost::shared_ptr<ICIMProperty> DerivedProperty(const std::string& name,
                                                   const TCIMValue& defaultValue) const;
 
-  // Each answers whether the enumeration goes on.
-  bool ExamineCandidateClass(const TCallback& callback, const std::string& role,
+  void ExamineCandidateClass(const TCallback& callback, const std::string& role,
                              TMemoryWatch& memory, boost::shared_ptr<ICIMClass> candidate);
-  bool ExamineCandidateClassInstance(const TCallback& callback,
+  void ExamineCandidateClassInstance(const TCallback& callback,
                                      boost::shared_ptr<ICIMInstance> association);
-  bool ExamineCandidateClassInstanceWithRole(const TCallback& callback, const std::string& role,
+  void ExamineCandidateClassInstanceWithRole(const TCallback& callback, const std::string& role,
                                              boost::shared_ptr<ICIMInstance> association);
-  bool ExamineCandidate(const TCallback& callback, boost::shared_ptr<ICIMClass> resultClass,
+  void ExamineCandidate(const TCallback& callback, boost::shared_ptr<ICIMClass> resultClass,
                         const std::string& role, boost::shared_ptr<TInmemInstance> association);
-  bool ExamineCandidateWithResultRole(const TCallback& callback,
+  void ExamineCandidateWithResultRole(const TCallback& callback,
                                       boost::shared_ptr<ICIMClass> resultClass,
                                       const std::string& resultRole,
                                       boost::shared_ptr<TInmemInstance> association);
-  bool ExamineLinks(const TCallback& callback, const std::string& role, TMemoryWatch& memory,
+  void ExamineLinks(const TCallback& callback, const std::string& role, TMemoryWatch& memory,
                     TLinkIndex& index);
-  bool ExamineAssociation(const TCallback& callback, const std::string& role,
+  void ExamineAssociation(const TCallback& callback, const std::string& role,
                           const boost::shared_ptr<ICIMInstance>& association);
   TCallback ExamineCallback(const TCallback& callback, const std::string& role,
                             TMemoryWatch& memory);
   bool IsReferredToBy(const TCIMValue& value) const;
   static boost::shared_ptr<ICIMElement> End(const TInmemInstance& association, std::size_t slot,
-                                            const TCIMValue& value,
-                                            const boost::shared_ptr<ICIMClass>& referenced);
+                                            const TCIMValue& value);
   bool IsReferredToBySlot(const TInmemInstance& association, std::size_t slot) const;
 
   // Returns the number of a slot by name, kNone when there is none. Throws 25 for no name.

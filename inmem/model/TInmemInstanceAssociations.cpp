@@ -47,14 +47,17 @@ void ForEachValue(ICIMInstance& instance, F&& visit) {
     if (!visit([&]() -> TCIMValue { return slot->GetValue(TOptions()); })) return;
 }
 
-// Hands an instance to the caller's callback and returns what that answers. What it throws
-// concerns nobody else.
-bool Report(const TInmemInstance::TCallback& callback,
+// Hands an instance to the caller's callback. What that throws concerns nobody else.
+void Report(const TInmemInstance::TCallback& callback,
             const boost::shared_ptr<ICIMElement>& element) {
-  bool goesOn = true;
   if (const auto found = boost::dynamic_pointer_cast<ICIMInstance>(element))
-    DropExceptions([&] { goesOn = callback(found); });
-  return goesOn;
+    DropExceptions([&] { callback(found); });
+}
+
+// The index of the class that an instance is of, when there is one already.
+TLinkIndex* CurrentLinksOf(const TInmemInstance& association) noexcept {
+  const auto* cls = association.OwnClass();
+  return cls ? cls->CurrentLinks() : nullptr;
 }
 
 // What examining an association does for the associators of an instance without a role, from
@@ -87,17 +90,16 @@ void TInmemInstance::EnumerateAssociationInstances(const TCallback& callback,
   memory.ThrowWhenOut();
 }
 
-bool TInmemInstance::ExamineCandidateClass(const TCallback& callback, const std::string& role,
+void TInmemInstance::ExamineCandidateClass(const TCallback& callback, const std::string& role,
                                            TMemoryWatch& memory,
                                            boost::shared_ptr<ICIMClass> candidate) {
-  if (!candidate) return true;
+  if (!candidate) return;
   if (const auto* own = TInmemClass::Own(*candidate)) {
-    if (!own->HasInstances()) return true;
+    if (!own->HasInstances()) return;
     TLinkIndex* const links = m_strayed || IsDerivedName(role) ? nullptr : own->Links();
     if (links) return ExamineLinks(callback, role, memory, *links);
   }
   candidate->EnumerateInstances(ExamineCallback(callback, role, memory), false, TOptions());
-  return true;
 }
 
 TInmemInstance::TCallback TInmemInstance::ExamineCallback(const TCallback& callback,
@@ -109,45 +111,40 @@ TInmemInstance::TCallback TInmemInstance::ExamineCallback(const TCallback& callb
 
 // Finds what examining one association after the other finds, from those that the index offers.
 // Once a callback has changed the model by more than that, the rest is examined as it comes.
-bool TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& role,
+void TInmemInstance::ExamineLinks(const TCallback& callback, const std::string& role,
                                   TMemoryWatch& memory, TLinkIndex& index) {
   const CimName foldedRole(role);
   TLinkIndex::TWalk walk(index, *this);
+  // Associators ask for references in any role.
   const auto* const associators = callback.target<TAssociatorsExamineCallback>();
-  const bool byEnds = associators && associators->role->empty() && role.empty();
+  const bool byEnds = associators && associators->role->empty();
   if (byEnds) walk.FetchEnds();
   const void* done = nullptr;  // found, or ended by what resolving threw
   for (const auto& candidate : walk.Candidates()) {
     if (candidate.entry == done) continue;
     DropExceptions([&] {
       memory.Over([&] {
+        done = candidate.entry;
         const bool known = walk.IsKnown(candidate);
-        if (known && byEnds) {
-          done = candidate.entry;
-          if (ReportOtherEnd(*associators, walk, candidate)) return true;
-        }
+        if (known && byEnds && ReportOtherEnd(*associators, walk, candidate)) return;
         const auto association = TInstanceStore::InstanceOf(*candidate.entry);
         if (candidate.slot == TLinkIndex::TWalk::kEvery)
           return ExamineAssociation(callback, role, association);
         const auto& own = static_cast<TInmemInstance&>(*association);
-        if (!role.empty() && own.SlotName(candidate.slot) != foldedRole.Folded()) return true;
-        done = candidate.entry;
-        if (!known && !IsReferredToBySlot(own, candidate.slot)) {
+        const bool inRole = role.empty() || own.SlotName(candidate.slot) == foldedRole.Folded();
+        if (!inRole || !(known || IsReferredToBySlot(own, candidate.slot))) {
           done = nullptr;
-          return true;
+          return;
         }
         if (!known) walk.Found(candidate);
         DropExceptions([&] { callback(association); });
-        return true;
       });
     });
     if (walk.IsCurrent()) continue;
     for (const auto& next : walk.After(candidate))
-      DropExceptions(
-          [&] { memory.Over([&] { return ExamineAssociation(callback, role, next); }); });
-    return true;
+      DropExceptions([&] { memory.Over([&] { ExamineAssociation(callback, role, next); }); });
+    return;
   }
-  return true;
 }
 
 bool TInmemInstance::IsReferredToBySlot(const TInmemInstance& association, std::size_t slot) const {
@@ -155,22 +152,22 @@ bool TInmemInstance::IsReferredToBySlot(const TInmemInstance& association, std::
       [&] { return IsReferredToBy(association.SlotHandle(slot).GetValue(TOptions())); });
 }
 
-bool TInmemInstance::ExamineAssociation(const TCallback& callback, const std::string& role,
+void TInmemInstance::ExamineAssociation(const TCallback& callback, const std::string& role,
                                         const boost::shared_ptr<ICIMInstance>& association) {
-  return role.empty() ? ExamineCandidateClassInstance(callback, association)
-                      : ExamineCandidateClassInstanceWithRole(callback, role, association);
+  if (role.empty())
+    ExamineCandidateClassInstance(callback, association);
+  else
+    ExamineCandidateClassInstanceWithRole(callback, role, association);
 }
 
 // Where a reference of an association leads: to what an index knows, or to what resolving says.
 boost::shared_ptr<ICIMElement> TInmemInstance::End(const TInmemInstance& association,
-                                                   std::size_t slot, const TCIMValue& value,
-                                                   const boost::shared_ptr<ICIMClass>& referenced) {
-  const auto* cls = referenced ? association.OwnClass() : nullptr;
-  if (const auto* links = cls ? cls->CurrentLinks() : nullptr)
+                                                   std::size_t slot, const TCIMValue& value) {
+  if (const auto* links = CurrentLinksOf(association))
     if (auto known = links->KnownEnd(association.Values(), slot)) return known;
   auto end = Resolve(value);
   // Whoever was asked may have changed everything.
-  auto* links = cls ? cls->CurrentLinks() : nullptr;
+  auto* const links = CurrentLinksOf(association);
   if (const auto* own = links ? dynamic_cast<const TInmemInstance*>(end.get()) : nullptr)
     DropExceptions([&] { links->Know(association.Values(), slot, value, *own); });
   return end;
@@ -180,31 +177,29 @@ const TInmemClass* TInmemInstance::OwnClass() const noexcept { return TInmemClas
 
 std::uint64_t TInmemInstance::Moves() const noexcept {
   const auto* own = OwnClass();
-  return 2 * (own ? own->Moves() : 0) + m_strayed;
+  return (own ? own->Moves() : 0) + m_strayed;
 }
 
-bool TInmemInstance::ExamineCandidateClassInstance(const TCallback& callback,
+void TInmemInstance::ExamineCandidateClassInstance(const TCallback& callback,
                                                    boost::shared_ptr<ICIMInstance> association) {
-  if (!association) return true;
+  if (!association) return;
   ForEachValue(*association, [&](const auto& value) {
     if (!TrueUnlessNotFound([&] { return IsReferredToBy(value()); })) return true;
     DropExceptions([&] { callback(association); });
     return false;
   });
-  return true;
 }
 
-bool TInmemInstance::ExamineCandidateClassInstanceWithRole(
+void TInmemInstance::ExamineCandidateClassInstanceWithRole(
     const TCallback& callback, const std::string& role,
     boost::shared_ptr<ICIMInstance> association) {
-  if (!association) return true;
+  if (!association) return;
   const bool refers = TrueUnlessNotFound([&] {
     const auto slot = Require(association->GetProperty(role, TOptions()));
     const TCIMValue value = slot->GetValue(TOptions());
     return IsReferredToBy(value);
   });
   if (refers) DropExceptions([&] { callback(association); });
-  return true;
 }
 
 void TInmemInstance::EnumerateAssociatedInstances(const TCallback& callback,
@@ -233,42 +228,39 @@ void TInmemInstance::EnumerateAssociatedInstances(const TCallback& callback,
 // Walks the references of an association in the order of their names: one of them is this
 // instance itself, and the first other one whose class passes is the result, or ends the search
 // when no instance is there.
-bool TInmemInstance::ExamineCandidate(const TCallback& callback,
+void TInmemInstance::ExamineCandidate(const TCallback& callback,
                                       boost::shared_ptr<ICIMClass> resultClass,
                                       const std::string& role,
                                       boost::shared_ptr<TInmemInstance> association) {
-  if (!association) return true;
+  if (!association) return;
   const CimName foldedRole(role);
   bool selfSeen = false;
   for (std::size_t slot = 0; slot < association->SlotCount(); ++slot) {
     const TCIMValue value = association->SlotHandle(slot).GetValue(TOptions());
     if (!value.IsReference()) continue;
-    const bool inRole = association->SlotName(slot) == foldedRole.Folded();
-    if (!selfSeen && !role.empty() && (selfSeen = inRole)) continue;
     const auto referenced = value.GetReferencedClass();
-    if (!selfSeen && role.empty() && referenced == m_class) {
-      selfSeen = TrueUnlessNotFound(
-          [&] { return End(*association, slot, value, referenced).get() == this; });
-      if (selfSeen) continue;
-    }
+    const auto isSelf = [&] {
+      if (!role.empty()) return association->SlotName(slot) == foldedRole.Folded();
+      return referenced == m_class &&
+             TrueUnlessNotFound([&] { return End(*association, slot, value).get() == this; });
+    };
+    if (!selfSeen && (selfSeen = isSelf())) continue;
     if (referenced && referenced->IsA(resultClass, TOptions()))
-      return Report(callback, End(*association, slot, value, referenced));
+      return Report(callback, End(*association, slot, value));
   }
-  return true;
 }
 
-bool TInmemInstance::ExamineCandidateWithResultRole(const TCallback& callback,
+void TInmemInstance::ExamineCandidateWithResultRole(const TCallback& callback,
                                                     boost::shared_ptr<ICIMClass> resultClass,
                                                     const std::string& resultRole,
                                                     boost::shared_ptr<TInmemInstance> association) {
-  if (!association) return true;
+  if (!association) return;
   const TCIMValue value = association->ValueOf(resultRole);
-  if (!value.IsReference()) return true;
+  if (!value.IsReference()) return;
   const auto referenced = value.GetReferencedClass();
-  if (!referenced || !referenced->IsA(resultClass, TOptions())) return true;
+  if (!referenced || !referenced->IsA(resultClass, TOptions())) return;
   const std::size_t slot = association->m_values->Layout().Find(CimName(resultRole));
-  Report(callback, End(*association, slot, value, referenced));
-  return true;
+  Report(callback, End(*association, slot, value));
 }
 
 }  // namespace NORVHAV20

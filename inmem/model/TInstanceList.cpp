@@ -25,7 +25,6 @@ TInstanceList::TChunk& TInstanceList::Writable(std::size_t chunk) {
 }
 
 void TInstanceList::InsertAt(TPlace place, TItem item) {
-  if (m_chunks.empty()) return Append(std::move(item));
   TChunk& chunk = Writable(place.chunk);
   if (chunk.size() < kChunkSize) {
     chunk.insert(chunk.begin() + static_cast<std::ptrdiff_t>(place.item), std::move(item));

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -22,18 +23,14 @@ class TInstanceList {
     boost::shared_ptr<ICIMInstance> instance;
   };
 
-  // Calls `visit` with each instance, or with each item.
-  template <class Visit>
-  void ForEach(Visit&& visit) const {
-    ForEachItem([&](const TItem& item) { visit(item.instance); });
-  }
+  // Calls `visit` with each item.
   template <class Visit>
   void ForEachItem(Visit&& visit) const {
     for (const auto& chunk : m_chunks)
       for (const TItem& item : *chunk) visit(item);
   }
-  // The same for a visitor that is likely to read the instances: `fetch` is called before with
-  // each that comes soon, and then with whether it comes very soon.
+  // Calls `visit` with each instance, for a visitor that is likely to read it: `fetch` is called
+  // before with each that comes soon, and then with whether it comes very soon.
   template <class Fetch, class Visit>
   void ForEachFetched(Fetch&& fetch, Visit&& visit) const {
     for (const auto& chunk : m_chunks) {
@@ -53,6 +50,7 @@ class TInstanceList {
   // Complexity: O(log n) comparisons.
   template <class Before>
   void Insert(TItem item, Before&& isBefore) {
+    if (m_chunks.empty()) return Append(std::move(item));
     const TPlace place = Find(item.entry, isBefore);
     InsertAt(place, std::move(item));
   }
@@ -74,10 +72,9 @@ class TInstanceList {
     std::size_t item;
   };
 
-  // Where the entry stands, or would.
+  // Where the entry stands, or would among the others.
   template <class Before>
   TPlace Find(void* entry, Before&& isBefore) const {
-    if (m_chunks.empty()) return {0, 0};
     // The last chunk that does not begin behind the entry, then the place in it.
     const std::size_t chunk =
         CountNotAfter(1, m_chunks.size(),

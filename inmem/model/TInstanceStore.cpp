@@ -85,7 +85,7 @@ void TInstanceStore::Add(std::string_view path, const boost::shared_ptr<ICIMInst
                                                   &TEntry::Destroy);
   auto* own = TInmemInstance::Own(*instance);
   TEntry* const before = EntryOf(*instance);
-  const bool remembered = own && (!own->StoreEntry() || own->StoreEntry() == before);
+  const bool remembered = own && own->StoreEntry() == before;
   if (!remembered) m_others[instance.get()] = made.get();
   if (own && !remembered) own->Stray();
 
@@ -135,8 +135,6 @@ const boost::shared_ptr<ICIMInstance>& TInstanceStore::InstanceOf(const TEntry& 
 std::string_view TInstanceStore::PathOf(const TEntry& entry) noexcept { return entry.Path(); }
 
 void TInstanceStore::Swap(TInstanceStore& other) noexcept {
-  ++m_moves;
-  ++other.m_moves;
   m_table.swap(other.m_table);
   std::swap(m_size, other.m_size);
   m_all.swap(other.m_all);
@@ -209,7 +207,6 @@ boost::shared_ptr<ICIMInstance> TInstanceStore::Erase(TEntry& entry) noexcept {
   }
   m_table[hole] = nullptr;
   --m_size;
-  ++m_moves;
   LeaveOrder(entry);
   auto last = std::move(entry.instance);
   if (auto* own = TInmemInstance::Own(*last)) own->ForgetStoreEntry(&entry);

@@ -55,7 +55,7 @@ class TInstanceStore {
   // since the last time, else O(log n) for each that was; the first time O(n log n).
   boost::shared_ptr<const TInstances> All() const;
   std::size_t Size() const noexcept { return m_size; }
-  // How often an instance has come or gone.
+  // How often an instance has come.
   std::uint64_t Moves() const noexcept { return m_moves; }
   // Whom to tell of every change from now on; null: nobody.
   void Tell(TLinkIndex* links) noexcept { m_links = links; }

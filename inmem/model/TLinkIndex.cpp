@@ -70,7 +70,7 @@ boost::shared_ptr<ICIMElement> Resolve(const TCIMValue& reference) {
 
 TLinkIndex::TLinkIndex(const ICIMClass& cls, TInstanceStore& store)
     : m_class(cls), m_store(store), m_retyped(ReferenceDefaults::Retyped()) {
-  NewTarget(0);  // kAny
+  NewTarget();  // kAny
   try {
     // In the order of the paths, so that nothing has to be sorted.
     m_records.reserve(store.Size());
@@ -117,7 +117,7 @@ void TLinkIndex::Leaving(const TEntry& entry) noexcept {
 }
 
 void TLinkIndex::Assigning(const TSlotTable& values) noexcept {
-  if (!m_broken && RecordOf(&values) != kNone) BeforeChange();
+  if (RecordOf(&values) != kNone) BeforeChange();
 }
 
 void TLinkIndex::Assigned(const TSlotTable& values) noexcept {
@@ -175,32 +175,37 @@ bool TLinkIndex::LinkSlots(std::uint32_t record, const TInmemInstance& associati
     if (const TCIMValue* value = values.Assigned(slot)) {
       if (!value->IsReference()) continue;
       if (!IsToldByText(*value)) return false;
-      Link(record, slot, TargetOf(HashOfReference(*value)));
+      Link(record, static_cast<std::uint32_t>(slot), TargetOf(HashOfReference(*value)));
       continue;
     }
     const ICIMPropertyDecl& decl = association.DeclAt(slot);
     if (typeid(decl) != typeid(TInmemPropertyDecl)) return false;
     if (decl.GetType(TOptions()) == kCIMReference)
-      Link(record, slot, TargetOf(static_cast<const TInmemPropertyDecl&>(decl)));
+      Link(record, static_cast<std::uint32_t>(slot),
+           TargetOf(static_cast<const TInmemPropertyDecl&>(decl)));
   }
   return true;
 }
 
-void TLinkIndex::Link(std::uint32_t record, std::size_t slot, std::uint32_t target) {
-  std::uint32_t link = m_freeLink;
-  if (link == kNone) {
-    if (m_links.size() >= kNone) throw std::bad_alloc();
-    link = static_cast<std::uint32_t>(m_links.size());
-    m_links.emplace_back();
-    m_freeLink = link;
-  }
+std::uint32_t TLinkIndex::NewLink() {
+  if (m_freeLink != kNone) return std::exchange(m_freeLink, m_links[m_freeLink].next);
+  if (m_links.size() >= kNone) throw std::bad_alloc();
+  m_links.emplace_back();
+  return static_cast<std::uint32_t>(m_links.size() - 1);
+}
+
+void TLinkIndex::Link(std::uint32_t record, std::uint32_t slot, std::uint32_t target) {
+  const std::uint32_t link = NewLink();
   TTarget& to = m_targets[target];
   if (to.links.size() > 2 * (std::size_t{to.live} + 8)) CloseGaps(to);
   to.links.push_back(link);
-  m_freeLink = m_links[link].next;
   ++to.live;
-  m_links[link] = {record, static_cast<std::uint32_t>(slot), target,
-                   static_cast<std::uint32_t>(to.links.size() - 1), m_records[record].first};
+  m_links[link] = {record,
+                   slot,
+                   target,
+                   static_cast<std::uint32_t>(to.links.size() - 1),
+                   m_records[record].first,
+                   kUnknown};
   m_records[record].first = link;
   // What is made in order stays in order.
   if (to.ordered + 1 == to.links.size() &&
@@ -226,7 +231,8 @@ std::uint32_t TLinkIndex::TargetOf(std::uint64_t hash) {
   const auto isIt = [&](std::uint32_t id) { return m_targets[id].hash == hash; };
   const std::uint32_t known = m_byHash.Find(hash, isIt);
   if (known != kNone) return known;
-  const std::uint32_t target = NewTarget(hash);
+  const std::uint32_t target = NewTarget();
+  m_targets[target].hash = hash;
   m_byHash.Insert(target, [this](std::uint32_t id) { return m_targets[id].hash; });
   return target;
 }
@@ -234,20 +240,18 @@ std::uint32_t TLinkIndex::TargetOf(std::uint64_t hash) {
 std::uint32_t TLinkIndex::TargetOf(const TInmemPropertyDecl& decl) {
   for (const TDefault& known : m_defaults)
     if (known.decl == &decl) return known.target;
-  m_defaults.reserve(m_defaults.size() + 1);
-  const std::uint32_t target = NewTarget(0);
+  const std::uint32_t target = NewTarget();
   m_defaults.push_back({&decl, target});
   return target;
 }
 
-std::uint32_t TLinkIndex::NewTarget(std::uint64_t hash) {
+std::uint32_t TLinkIndex::NewTarget() {
   if (m_freeTarget == kNone) {
     m_targets.emplace_back();
     m_freeTarget = static_cast<std::uint32_t>(m_targets.size() - 1);
   }
   const std::uint32_t target = m_freeTarget;
   m_freeTarget = m_targets[target].ordered;
-  m_targets[target].hash = hash;
   m_targets[target].ordered = 0;
   return target;
 }
@@ -297,12 +301,12 @@ const std::vector<std::uint32_t>& TLinkIndex::InOrder(std::uint32_t id) {
   const auto before = [this](std::uint32_t a, std::uint32_t b) { return IsBefore(a, b); };
   const auto begin = links.begin();
   const auto added = begin + static_cast<std::ptrdiff_t>(target.ordered);
-  std::sort(added, links.end(), before);
   // A look-up for each costs less than going over all.
   if (links.end() - added < 8) {
     for (auto it = added; it != links.end(); ++it)
       std::rotate(std::upper_bound(begin, it, *it, before), it, it + 1);
   } else {
+    std::sort(added, links.end(), before);
     std::inplace_merge(begin, added, links.end(), before);
   }
   target.ordered = target.live;

@@ -76,7 +76,8 @@ class TLinkIndex final : public IReferenceWatcher {
 
  private:
   static constexpr std::uint32_t kNone = TIdTable::kNone;
-  static constexpr std::uint32_t kAny = 0;  // the target of what is offered to everybody
+  static constexpr std::uint32_t kAny = 0;      // the target of what is offered to everybody
+  static constexpr std::uint32_t kUnknown = 0;  // where no end has been found yet
 
   // An association instance that is stored.
   struct TRecord {
@@ -86,18 +87,18 @@ class TLinkIndex final : public IReferenceWatcher {
   };
   // One reference of an association.
   struct TLink {
-    std::uint32_t record = kNone;
-    std::uint32_t slot = 0;
-    std::uint32_t target = 0;
-    std::uint32_t place = 0;     // among the links of the target
-    std::uint32_t next = kNone;  // of the same association, in the order of the slots
-    std::uint32_t known = 0;     // as its target's, when it leads to its end
+    std::uint32_t record;
+    std::uint32_t slot;
+    std::uint32_t target;
+    std::uint32_t place;  // among the links of the target
+    std::uint32_t next;   // of the same association, in the order of the slots; or the next free
+    std::uint32_t known;  // as its target's, when it leads to its end
   };
   // The references that name one path, or that are the default of one declaration. In the order
   // of their associations, then slots, as far as `ordered`; then those that came since. kNone
   // where one has gone. `ordered` of a free target is the next free one.
   struct TTarget {
-    std::uint64_t hash = 0;
+    std::uint64_t hash = 0;  // of the path
     std::uint32_t live = 0;
     std::uint32_t ordered = kNone;
     // An instance of the class that links name, to which those that have the same `known` were
@@ -106,7 +107,7 @@ class TLinkIndex final : public IReferenceWatcher {
     const TInmemInstance* end = nullptr;
     boost::weak_ptr<TInmemInstance> guard;
     std::uint64_t paths = 0;
-    std::uint32_t known = 0;
+    std::uint32_t known = kUnknown;
     std::uint16_t standing = 0;
     std::vector<std::uint32_t> links;
 
@@ -136,11 +137,12 @@ class TLinkIndex final : public IReferenceWatcher {
   void Enter(const TEntry& entry);
   void LinkAll(std::uint32_t record);
   bool LinkSlots(std::uint32_t record, const TInmemInstance& association);
-  void Link(std::uint32_t record, std::size_t slot, std::uint32_t target);
+  void Link(std::uint32_t record, std::uint32_t slot, std::uint32_t target);
+  std::uint32_t NewLink();
   void UnlinkAll(std::uint32_t record) noexcept;
   std::uint32_t TargetOf(std::uint64_t hash);
   std::uint32_t TargetOf(const TInmemPropertyDecl& decl);
-  std::uint32_t NewTarget(std::uint64_t hash);
+  std::uint32_t NewTarget();
   void Release(std::uint32_t target) noexcept;
   bool IsByPath(std::uint32_t target) const noexcept;
   bool IsDefault(std::uint32_t target) const noexcept;
@@ -166,7 +168,7 @@ class TLinkIndex final : public IReferenceWatcher {
   TIdTable m_byHash;
   std::vector<TDefault> m_defaults;
   std::vector<boost::intrusive_ptr<const TSlotLayout>> m_layouts;
-  TWalk* m_walk = nullptr;  // those under way
+  TWalk* m_walk = nullptr;  // those under way, the one that began last before the others
   std::uint64_t m_retyped;
   bool m_broken = false;
 };
@@ -179,10 +181,10 @@ class TLinkIndex::TWalk {
   // An association, there as long as the walk is current.
   struct TCandidate {
     const TEntry* entry;
-    std::size_t slot;    // kEvery: any of them
-    std::uint32_t link;  // that names the path, kNone where it was offered for something else
+    std::uint32_t slot;  // kEvery: any of them
+    std::uint32_t link;
   };
-  static constexpr std::size_t kEvery = static_cast<std::size_t>(-1);
+  static constexpr std::uint32_t kEvery = static_cast<std::uint32_t>(-1);
 
   TWalk(TLinkIndex& index, const TInmemInstance& target);
   ~TWalk();
@@ -192,7 +194,7 @@ class TLinkIndex::TWalk {
   const std::vector<TCandidate>& Candidates() const noexcept { return m_candidates; }
   // Says that ForEachOtherEnd will be asked about the candidates.
   void FetchEnds() const noexcept;
-  // For a candidate by path that is known to refer to the instance: calls `visit` with the
+  // For a candidate that is known to refer to the instance: calls `visit` with the
   // instances that its references are known to lead to, in the order of its slots and without
   // the first one that leads to the instance itself, until it answers false. Returns false when
   // it comes to one that has to be resolved.
@@ -212,7 +214,7 @@ class TLinkIndex::TWalk {
  private:
   friend class TLinkIndex;
 
-  bool Take(std::uint32_t target);
+  void Take(std::uint32_t target);
   bool IsKnown(std::uint32_t link) const noexcept;
   void Keep() noexcept;
 

@@ -20,51 +20,44 @@ TLinkIndex::TWalk::TWalk(TLinkIndex& index, const TInmemInstance& target)
       m_defaults(ReferenceDefaults::Changed()) {
   const TEntry* entry = target.StoreEntry();
   const std::string_view path = entry ? TInstanceStore::PathOf(*entry) : std::string_view();
-  int sources = Take(kAny);
-  if (entry) sources += Take(index.TargetNaming(path));
+  Take(kAny);
+  if (entry) Take(index.TargetNaming(path));
   for (const TDefault& it : index.m_defaults)
-    if (MayLeadTo(path, *it.decl)) sources += Take(it.target);
-  if (sources > 1)
-    std::sort(m_candidates.begin(), m_candidates.end(), [](const auto& a, const auto& b) {
-      if (a.entry == b.entry) return a.slot < b.slot;
-      return TInstanceStore::PathOf(*a.entry) < TInstanceStore::PathOf(*b.entry);
-    });
+    if (MayLeadTo(path, *it.decl)) Take(it.target);
   m_other = std::exchange(index.m_walk, this);
 }
 
+// Of two walks under way the one that began last ends first.
 TLinkIndex::TWalk::~TWalk() {
-  if (!m_index) return;
-  TWalk** link = &m_index->m_walk;
-  while (*link != this) link = &(*link)->m_other;
-  *link = m_other;
+  if (m_index) m_index->m_walk = m_other;
 }
 
-// Returns whether that has added any candidates.
-bool TLinkIndex::TWalk::Take(std::uint32_t target) {
-  if (target == kNone || m_index->m_targets[target].live == 0) return false;
+void TLinkIndex::TWalk::Take(std::uint32_t target) {
+  if (target == kNone) return;
   const auto& links = m_index->InOrder(target);
-  const bool byPath = target != kAny && !m_index->IsDefault(target);
+  const auto before = static_cast<std::ptrdiff_t>(m_candidates.size());
   m_candidates.reserve(m_candidates.size() + links.size());
-  for (const std::uint32_t id : links) {
-    const std::size_t slot = target == kAny ? kEvery : m_index->m_links[id].slot;
-    m_candidates.push_back({m_index->EntryOf(id), slot, byPath ? id : kNone});
-  }
-  return true;
+  for (const std::uint32_t id : links)
+    m_candidates.push_back({m_index->EntryOf(id), m_index->m_links[id].slot, id});
+  // Mostly there is one target that has any.
+  std::inplace_merge(m_candidates.begin(), m_candidates.begin() + before, m_candidates.end(),
+                     [this](const TCandidate& a, const TCandidate& b) {
+                       return m_index->IsBefore(a.link, b.link);
+                     });
 }
 
 void TLinkIndex::TWalk::FetchEnds() const noexcept {
   for (const TCandidate& candidate : m_candidates) {
-    if (candidate.link == kNone) continue;
     for (std::uint32_t link = m_index->FirstLinkOf(candidate.link); link != kNone;
          link = m_index->m_links[link].next) {
       const auto* end = m_index->m_targets[m_index->m_links[link].target].end;
-      if (end && link != candidate.link) Prefetch(end, sizeof(TInmemInstance));
+      if (end) Prefetch(end, sizeof(TInmemInstance));
     }
   }
 }
 
 bool TLinkIndex::TWalk::IsKnown(const TCandidate& candidate) const noexcept {
-  return candidate.link != kNone && IsKnown(candidate.link);
+  return IsKnown(candidate.link);
 }
 
 bool TLinkIndex::TWalk::IsKnown(std::uint32_t id) const noexcept {
@@ -74,7 +67,7 @@ bool TLinkIndex::TWalk::IsKnown(std::uint32_t id) const noexcept {
 }
 
 void TLinkIndex::TWalk::Found(const TCandidate& candidate) noexcept {
-  if (candidate.link == kNone || !IsCurrent()) return;
+  if (!IsCurrent()) return;
   DropExceptions([&] { m_index->Know(candidate.link, m_target); });
 }
 
@@ -82,7 +75,6 @@ bool TLinkIndex::TWalk::IsCurrent() const noexcept {
   return m_index && m_moves == m_target.Moves() && m_defaults == ReferenceDefaults::Changed();
 }
 
-// Of two walks under way the one that began last stands first: it leaves first.
 void TLinkIndex::TWalk::Keep() noexcept {
   DropExceptions([&] { m_kept = m_index->m_store.All(); });
   m_index->m_walk = m_other;
