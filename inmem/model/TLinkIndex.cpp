@@ -258,7 +258,7 @@ std::uint32_t TLinkIndex::NewTarget() {
 
 // A target that nothing refers to any more.
 void TLinkIndex::Release(std::uint32_t target) noexcept {
-  m_targets[target].links = {};
+  m_targets[target].links = std::vector<std::uint32_t>();  // its memory goes as well
   m_targets[target].end = nullptr;
   m_targets[target].guard.reset();
   m_targets[target].ordered = 0;
