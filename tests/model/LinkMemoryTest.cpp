@@ -198,7 +198,8 @@ TEST(LinkMemory, AnIndexThatIsGoneIsToldOfNothing) {
   const auto a = model.Node("a");
   const auto association = model.Link(a, a);
   const auto& layout = Own(association).Values().Layout();
-  EXPECT_EQ(layout.Watcher(), &IndexOf(model.link));
+  const TLinkIndex& index = IndexOf(model.link);
+  EXPECT_EQ(layout.Watcher(), &index);
   model.repository.ns->ClearInstances();
   EXPECT_EQ(layout.Watcher(), nullptr);
 }

@@ -44,6 +44,11 @@ TEST(LinkWalks, AreCurrentUntilSomethingChangesByWhichOthersMayRefer) {
   const std::vector<std::pair<const char*, std::function<void(Walked&)>>> changes{
       {"an association comes", [](Walked& m) { m.Link(m.b, m.b); }},
       {"an association goes", [](Walked& m) { m.third->Delete({}); }},
+      {"one goes whose path can no longer be made",
+       [](Walked& m) {
+         m.repository.Key(m.link, "More");
+         m.third->Delete({});
+       }},
       {"it refers elsewhere", [](Walked& m) { m.third->SetPropertyValue("To", m.To(m.a), {}); }},
       {"it refers to nothing",
        [](Walked& m) { m.third->SetPropertyValue("To", TCIMValue::NullReference(m.node), {}); }},

@@ -10,6 +10,10 @@
 #include <unordered_map>
 #include <utility>
 
+#include <boost/make_shared.hpp>
+
+#include "inmem/model/TInmemClass.h"
+#include "support/ForeignInstance.h"
 #include "support/Instances.h"
 
 namespace {
@@ -136,6 +140,91 @@ TEST(TInstanceStore, TwoPathsOfOneHashStandBesideEachOther) {
     for (const auto& [path, instance] : model.expected)
       EXPECT_EQ(model.repository.ns->GetInstance(TCIMReference::Parse(path, {}), {}), instance);
   }
+}
+
+TEST(TInstanceStore, SwapsAllThatItHas) {
+  Repository repository;
+  const auto thing = repository.Class("Thing")->AllocateInstance({});
+  const auto foreign = boost::make_shared<ForeignInstance>(thing);
+  TInstanceStore store;
+  TInstanceStore other;
+  store.Add("own", thing);
+  store.Add("foreign", foreign);
+  store.Swap(other);
+  EXPECT_EQ(store.Size(), 0u);
+  EXPECT_EQ(store.All()->Size(), 0u);
+  EXPECT_EQ(store.Find("own"), nullptr);
+  EXPECT_FALSE(store.Remove(*foreign));
+  EXPECT_FALSE(store.Remove(*thing));
+  EXPECT_EQ(other.Size(), 2u);
+  EXPECT_EQ(other.Find("own"), thing);
+  EXPECT_TRUE(other.Remove(*foreign));
+  EXPECT_TRUE(other.Remove(*thing));
+  EXPECT_EQ(other.Size(), 0u);
+}
+
+TEST(TInstanceStore, AnInstanceOfAHostsMakingIsFoundUnderThePathThatItWasStoredWithLast) {
+  Repository repository;
+  const auto thing = repository.Class("Thing")->AllocateInstance({});
+  const auto foreign = boost::make_shared<ForeignInstance>(thing);
+  TInstanceStore store;
+  store.Add("1", foreign);
+  store.Add("2", foreign);
+  EXPECT_EQ(store.Size(), 1u);
+  EXPECT_EQ(store.Find("1"), nullptr);
+  EXPECT_EQ(store.Find("2"), foreign);
+  EXPECT_TRUE(store.Remove(*foreign));
+  EXPECT_FALSE(store.Remove(*foreign));
+  EXPECT_EQ(store.Size(), 0u);
+}
+
+// In two stores it remembers its place in the first; when it has left that, it stays in the other.
+TEST(TInstanceStore, AnInstanceInTwoStoresIsFoundInEach) {
+  Repository repository;
+  const auto thing = repository.Class("Thing")->AllocateInstance({});
+  TInstanceStore first;
+  TInstanceStore second;
+  first.Add("1", thing);
+  second.Add("2", thing);
+  EXPECT_TRUE(first.Remove(*thing));
+  EXPECT_EQ(second.Find("2"), thing);
+  second.Add("3", thing);
+  first.Add("4", thing);
+  EXPECT_EQ(second.Find("2"), nullptr);
+  EXPECT_EQ(second.Size(), 1u);
+  EXPECT_TRUE(second.Remove(*thing));
+  EXPECT_TRUE(first.Remove(*thing));
+  EXPECT_EQ(first.Size() + second.Size(), 0u);
+}
+
+// The end of a host's instance stores the others again, while their class lets them go.
+TEST(TInstanceStore, WhatIsStoredAgainWhileItsClassIsClearedIsFoundByItsLinks) {
+  Repository repository;
+  const auto node = repository.Class("Node");
+  const auto link = repository.Association("Link", "From", node, "To", node);
+  std::vector<InstancePtr> nodes;
+  std::vector<InstancePtr> links;
+  for (int i = 0; i < 12; ++i) {
+    if (i == 6) {
+      const auto behind = node->AllocateInstance({});
+      behind->SetPropertyValue("Name", TCIMValue("host"), {});
+      node->AddInstance(boost::make_shared<ForeignInstance>(behind,
+                                                            [&] {
+                                                              for (const auto& it : nodes)
+                                                                node->AddInstance(it, {});
+                                                            }),
+                        {});
+    }
+    nodes.push_back(repository.Instance(node, {{"Name", TCIMValue(std::to_string(i))}}));
+    links.push_back(repository.Link(link, "From", nodes.back(), "To", nodes.back()));
+  }
+  dynamic_cast<TInmemClass&>(*node).ClearInstances();
+  EXPECT_EQ(Stored(node).size(), nodes.size());
+  for (int time = 0; time < 3; ++time)
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+      EXPECT_EQ(References(nodes[i]), Names{PathOf(links[i])}) << i;
+  for (const auto& it : nodes) it->Delete({});
+  EXPECT_EQ(Stored(node), Names());
 }
 
 TEST(TInstanceStore, AnInstanceDeletedAfterAWalkIsFreed) {
