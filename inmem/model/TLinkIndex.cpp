@@ -357,7 +357,7 @@ void TLinkIndex::Know(const TSlotTable& values, std::size_t slot, const TCIMValu
 void TLinkIndex::Know(std::uint32_t id, const TInmemInstance& end) {
   TLink& link = m_links[id];
   const auto* cls = end.OwnClass();
-  if (!IsByPath(link.target) || !cls || !cls->IsPredictable()) return;
+  if (IsDefault(link.target) || !cls || !cls->IsPredictable()) return;
   if (end.Standing() == TInmemInstance::kNotStanding) return;
   const auto& association =
       static_cast<const TInmemInstance&>(*TInstanceStore::InstanceOf(*EntryOf(id)));
@@ -374,10 +374,6 @@ void TLinkIndex::Know(std::uint32_t id, const TInmemInstance& end) {
   link.known = target.known;
 }
 
-bool TLinkIndex::IsByPath(std::uint32_t target) const noexcept {
-  return target != kAny && !IsDefault(target);
-}
-
 bool TLinkIndex::IsDefault(std::uint32_t target) const noexcept {
   return std::any_of(m_defaults.begin(), m_defaults.end(),
                      [&](const TDefault& it) { return it.target == target; });
@@ -392,7 +388,7 @@ bool TLinkIndex::MayLeadTo(std::string_view path, const TInmemPropertyDecl& decl
   const TCIMValue& value = decl.GetDefaultValue(TOptions());
   if (!value.IsReference()) return false;
   if (!IsToldByText(value)) return true;
-  return !path.empty() && HashOfReference(value) == HashOfPath(path);
+  return HashOfReference(value) == HashOfPath(path);
 }
 
 }  // namespace NORVHAV20

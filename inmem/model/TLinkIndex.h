@@ -144,7 +144,6 @@ class TLinkIndex final : public IReferenceWatcher {
   std::uint32_t TargetOf(const TInmemPropertyDecl& decl);
   std::uint32_t NewTarget();
   void Release(std::uint32_t target) noexcept;
-  bool IsByPath(std::uint32_t target) const noexcept;
   bool IsDefault(std::uint32_t target) const noexcept;
   void Watch(const TSlotLayout& layout);
   void CloseGaps(TTarget& target) noexcept;
@@ -152,8 +151,8 @@ class TLinkIndex final : public IReferenceWatcher {
   bool IsBefore(std::uint32_t a, std::uint32_t b) const noexcept;
   // The target of the references that name a path, kNone when none does.
   std::uint32_t TargetNaming(std::string_view path) const;
-  // Whether the default of a declaration may lead to what is stored under a path; an empty one:
-  // to what is stored nowhere.
+  // Whether the default of a declaration may lead to what is stored under a path; under none, when
+  // that is empty.
   static bool MayLeadTo(std::string_view path, const TInmemPropertyDecl& decl);
 
   const ICIMClass& m_class;

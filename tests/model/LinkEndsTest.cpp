@@ -92,6 +92,17 @@ TEST(LinkEnds, AreKnownAgainWhenALinkWasMadeAgain) {
   }
 }
 
+TEST(LinkEnds, AreKnownAgainOnceTheNamespaceWasCleared) {
+  LinkedPair model;
+  for (int time = 0; time < 3; ++time) {
+    GetToKnow(model.a);
+    EXPECT_EQ(KnownEnd(model.joined, "To"), model.b);
+    model.repository.ns->ClearInstances();
+    for (const auto& instance : {model.a, model.b, model.joined}) instance->AddToNamespace({});
+    EXPECT_EQ(KnownEnd(model.joined, "To"), nullptr);
+  }
+}
+
 TEST(LinkEnds, AreAnotherInstanceWhenThatStandsInThePlace) {
   LinkedPair model;
   GetToKnow(model.a);

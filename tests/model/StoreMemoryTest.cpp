@@ -95,6 +95,9 @@ TEST(StoreMemory, AStoreGrowsWhenItIsThreeQuartersFull) {
   Stock stock(60);
   EXPECT_EQ(StepsThatAskForMore(60, 1, [&](int i) { stock.Add(i - 1); }),
             (std::vector<int>{1, 7, 13, 25, 49}));
+  // An entry and the table; there is nothing to put in order before a walk.
+  Stock another(1);
+  EXPECT_EQ(AllocationsOf([&] { another.Add(0); }), 2u);
 }
 
 TEST(StoreMemory, AStoreGrowsByThoseThatAreThere) {
