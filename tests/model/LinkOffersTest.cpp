@@ -113,9 +113,9 @@ TEST(LinkOffers, HaveAssociationsOfAHostsMakingForEverybodyInTheOrderOfTheirPath
   EXPECT_EQ(Offers(model.link, a), InRole({wrappers[0]}, "*"));
   model.link->AddInstance(wrappers[1], {});
   EXPECT_EQ(Offers(model.link, a), InRole({wrappers[0], wrappers[1]}, "*"));
-  for (const int gone : {0, 1}) model.link->RemoveInstance(wrappers[gone], {});
+  for (const std::size_t gone : {0u, 1u}) model.link->RemoveInstance(wrappers[gone], {});
   // As many as there were, from the last to the first.
-  for (const int again : {2, 0}) model.link->AddInstance(wrappers[again], {});
+  for (const std::size_t again : {2u, 0u}) model.link->AddInstance(wrappers[again], {});
   EXPECT_EQ(Offers(model.link, a), InRole({wrappers[0], wrappers[2]}, "*"));
 }
 
