@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "inmem/values/TSlotLayout.h"
 #include "support/FailingAllocations.h"
 #include "support/Instances.h"
 
@@ -32,25 +31,6 @@ TEST(WithoutMemory, ClassesEndAllTheSame) {
     EXPECT_TRUE(failing.HasFailed());
   }
   for (const auto& cls : ended) EXPECT_TRUE(cls.expired());
-}
-
-// Texts are shared once there have been many; where the pool cannot be made they stay what they
-// are until there have been as many again.
-TEST(WithoutMemory, TextsStayWhatTheyAre) {
-  constexpr int kMany = 1024;
-  const TSlotLayout layout(std::vector<TSlotLayout::TEntry>{{"text", {}}});
-  const TCIMValue first(std::string(100, 't'));
-  const TCIMValue second(std::string(100, 't'));
-  for (int given = 1; given < kMany; ++given) EXPECT_EQ(&layout.Share(0, first), &first);
-  {
-    const FailingAllocation failing(0);
-    EXPECT_EQ(&layout.Share(0, first), &first);
-    EXPECT_TRUE(failing.HasFailed());
-  }
-  for (int given = 1; given < kMany; ++given) EXPECT_EQ(&layout.Share(0, second), &second);
-  layout.Share(0, first);
-  EXPECT_NE(&layout.Share(0, second), &second);
-  EXPECT_EQ(layout.Share(0, second), second);
 }
 
 }  // namespace
