@@ -38,6 +38,10 @@ class Terminal:
                 return self.taken(len(self.text))
         return self.taken(self.text.index(until) + len(until))
 
+    def comes(self, seconds):
+        """Whether anything is shown within the time."""
+        return bool(self.text or select.select([self.file], [], [], seconds)[0])
+
     def taken(self, size):
         taken, self.text = self.text[:size], self.text[size:]
         return taken
