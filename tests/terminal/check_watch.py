@@ -66,7 +66,7 @@ class Watch(unittest.TestCase):
         self.first_lines(started, 3)
         beside, disk = self.root / "beside", self.root / "sys/block/vdb"
         shutil.copytree(self.root / "sys/block/vda", beside)
-        (beside / "dev").write_text("253:16\n")
+        (beside / "dev").write_text("254:16\n")
         beside.rename(disk)
         self.assertIn("\x1b[32m+ ORVSG_DiskDrive.Name=\"/dev/vdb\"\x1b[0m",
                       started.seen("/dev/vdb\"\x1b[0m"))
