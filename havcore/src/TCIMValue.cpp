@@ -110,6 +110,11 @@ struct TCIMValue::TEnding {
   static bool MayHold(const TCIMValue& value) noexcept {
     return value.m_shares && value.m_type != kCIMString && value.m_type != kCIMDateTime;
   }
+  bool HoldsHolders() const noexcept {
+    for (std::size_t i = 0; i < Size(); ++i)
+      if (MayHold(At(i))) return true;
+    return false;
+  }
   void Free() const noexcept {
     if (type == kCIMReference)
       delete static_cast<TSharedReference*>(shared);
@@ -150,6 +155,7 @@ void TCIMValue::Destroy(ECIMType type, TShared* shared) noexcept {
   if (type == kCIMDateTime) return delete static_cast<TSharedDateTime*>(shared);
   const TEnding ending{type, shared};
   if (type != kCIMReference) return ending.Free();  // an array: its elements end one by one
+  if (!ending.HoldsHolders()) return ending.Free();
   TEnding list{};
   ending.PutBefore(list);
   while (list.shared) {
