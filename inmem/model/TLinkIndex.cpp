@@ -207,11 +207,6 @@ void TLinkIndex::Link(std::uint32_t record, std::uint32_t slot, std::uint32_t ta
                    m_records[record].first,
                    kUnknown};
   m_records[record].first = link;
-  // What is made in order stays in order.
-  if (to.ordered + 1 == to.links.size() &&
-      (to.ordered == 0 ||
-       (to.links[to.ordered - 1] != kNone && IsBefore(to.links[to.ordered - 1], link))))
-    ++to.ordered;
 }
 
 void TLinkIndex::UnlinkAll(std::uint32_t record) noexcept {
@@ -300,7 +295,9 @@ const std::vector<std::uint32_t>& TLinkIndex::InOrder(std::uint32_t id) {
   if (target.ordered == links.size()) return links;
   const auto before = [this](std::uint32_t a, std::uint32_t b) { return IsBefore(a, b); };
   const auto begin = links.begin();
-  const auto added = begin + static_cast<std::ptrdiff_t>(target.ordered);
+  // What came in order stays in order.
+  const auto last = std::max(target.ordered, std::uint32_t{1}) - 1;
+  const auto added = std::is_sorted_until(begin + last, links.end(), before);
   // A look-up for each costs less than going over all.
   if (links.end() - added < 8) {
     for (auto it = added; it != links.end(); ++it)

@@ -95,7 +95,7 @@ class TLinkIndex final : public IReferenceWatcher {
     std::uint32_t known;  // as its target's, when it leads to its end
   };
   // The references that name one path, or that are the default of one declaration. In the order
-  // of their associations, then slots, as far as `ordered`; then those that came since. kNone
+  // of their associations, then slots, at least as far as `ordered`; then what came since. kNone
   // where one has gone. `ordered` of a free target is the next free one.
   struct TTarget {
     std::uint64_t hash = 0;  // of the path
