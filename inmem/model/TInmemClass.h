@@ -56,7 +56,7 @@ class TInmemClass final : public ICIMClass, public boost::enable_shared_from_thi
   // class's own declarations and qualifiers stay.
   void SetUpInheritance();
 
-  // Returns the instance stored under the path, empty when there is none.
+  // Returns the instance stored under the path, one of this class's, empty when there is none.
   boost::shared_ptr<ICIMInstance> FindInstance(const TCIMReference& path) const;
   // Empties the instance store; the instances are not told.
   void ClearInstances() noexcept;

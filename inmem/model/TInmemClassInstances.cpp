@@ -10,7 +10,6 @@
 #include "inmem/model/CacheSwitches.h"
 #include "inmem/model/TInmemClass.h"
 #include "inmem/model/TInmemInstance.h"
-#include "inmem/values/CimName.h"
 #include "inmem/values/Failure.h"
 #include "inmem/values/HostServices.h"
 #include "inmem/values/Prefetch.h"
@@ -98,7 +97,6 @@ boost::shared_ptr<ICIMInstance> TInmemClass::FindInstance(const TCIMReference& p
   if (auto found = m_instances.Find(TPathText(path))) return found;
   // A path made from text spells its names as it likes; bound to the class it spells them as
   // they are declared.
-  if (!IsSameName(path.GetClassName(), m_name)) return {};
   TCIMReference bound(path);
   bound.SetClass(Self());
   return m_instances.Find(TPathText(bound));

@@ -55,11 +55,6 @@ bool IsCimName(std::string_view text) noexcept {
                      [](char c) { return kFolded[static_cast<unsigned char>(c)] != 0; });
 }
 
-bool IsSameName(std::string_view a, std::string_view b) noexcept {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                            [](char x, char y) { return Lower(x) == Lower(y); });
-}
-
 std::string NormalizeCimName(std::string_view name) {
   std::string folded(name.size(), '\0');
   Fold(name, folded.data());

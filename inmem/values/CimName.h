@@ -32,9 +32,6 @@ class CimName {
 // Whether `text` is a CIM name; the empty one is.
 bool IsCimName(std::string_view text) noexcept;
 
-// Whether two texts are the same name, or would be if they were names: nothing is checked.
-bool IsSameName(std::string_view a, std::string_view b) noexcept;
-
 // Returns the folded name.
 std::string NormalizeCimName(std::string_view name);
 

@@ -1,5 +1,8 @@
 // Redefinition: a class that is registered under a taken name takes the place of the one
 // that stands there.
+#include <boost/make_shared.hpp>
+
+#include "support/ForeignClass.h"
 #include "support/Instances.h"
 #include "support/LoggedRepository.h"
 
@@ -241,6 +244,27 @@ TEST_F(ClassRedefinition, OfAClassThatItsSuperclassHasLostListsTheNewOne) {
   base->AddToNamespace({});
   EXPECT_STATUS(0, second->AddToNamespace({}));
   EXPECT_EQ(SubclassNames(base), Names{"a"});
+}
+
+TEST_F(ClassRedefinition, OfAClassWhoseSuperclassIsGoneLeavesTheNewOneNone) {
+  auto gone = repository.Allocate("Gone", {}, kAbstract);
+  auto thing = repository.Allocate("Thing", gone, kAbstract);
+  auto other = repository.Allocate("Thing", base, kAbstract);
+  thing->AddToNamespace({});
+  gone.reset();
+  EXPECT_STATUS(0, other->AddToNamespace({}));
+  EXPECT_EQ(repository.ns->GetClass("Thing", {}), other);
+  EXPECT_FALSE(other->GetSuperClass({}));
+  EXPECT_EQ(SubclassNames(base), Names{"A"});
+}
+
+TEST_F(ClassRedefinition, CarriesAnAssociationOfAHostsMakingOver) {
+  auto link = repository.Association("Link", "From", base, "To", base);
+  auto host = boost::make_shared<ForeignClass>(link);
+  first->AddAssociation(host, {});
+  second->AddToNamespace({});
+  EXPECT_STATUS(0, second->RemoveAssociation(host, {}));
+  EXPECT_STATUS(15, first->RemoveAssociation(host, {}));
 }
 
 TEST_F(ClassRedefinition, LeavesTheDisplacedClassNoSubclasses) {

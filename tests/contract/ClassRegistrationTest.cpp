@@ -110,6 +110,20 @@ TEST(ClassRegistration, OfAClassWhoseInheritedKeyIsNoneAnyMoreWarns) {
   EXPECT_EQ(repository.TakeLog(), LogLines{Error("Inmem: Class Sub has no keys")});
 }
 
+TEST(ClassRegistration, OfAClassThatDeclaresItsInheritedKeyAnewLooksAtItsOwn) {
+  LoggedRepository repository;
+  auto base = repository.Class("Base");
+  auto sub = repository.Allocate("Sub", base);
+  auto key = repository.Key(sub, "Name");
+  auto keyless = repository.Allocate("Keyless", base);
+  repository.Key(keyless, "Name")->GetQualifier("Key", {})->SetValue(TCIMValue(false), {});
+  ASSERT_NE(key, base->GetPropertyDecl("Name", {}));
+  sub->AddToNamespace({});
+  EXPECT_EQ(repository.TakeLog(), kNothingLogged);
+  keyless->AddToNamespace({});
+  EXPECT_EQ(repository.TakeLog(), LogLines{Error("Inmem: Class Keyless has no keys")});
+}
+
 TEST(ClassRegistration, DeleteTakesTheClassFromItsSuperclass) {
   LoggedRepository repository;
   auto base = repository.Class("Base");

@@ -160,6 +160,23 @@ TEST_F(HostClassRegistration, ListsASubclassOfAHostsMakingUntilItIsRemoved) {
   EXPECT_EQ(SubclassNames(behind), Names{});
 }
 
+TEST_F(HostClassRegistration, InheritsTheFirstOfTwoDeclarationsOfOneName) {
+  struct Repeating : ForeignClass {
+    using ForeignClass::ForeignClass;
+    PropertyDeclPtr again;
+    void EnumeratePropertyDecls(const TEnumCallback<ICIMPropertyDecl>& callback,
+                                TOptions o) const override {
+      ForeignClass::EnumeratePropertyDecls(callback, o);
+      callback(again);
+    }
+  };
+  const auto host = boost::make_shared<Repeating>(behind);
+  host->again = behind->AllocatePropertyDecl("NAME", TCIMValue(true), {});
+  const auto sub = repository.Class("Sub", host);
+  EXPECT_EQ(sub->GetPropertyDecl("Name", {}), behind->GetPropertyDecl("Name", {}));
+  EXPECT_EQ(PropertyNames(sub), Names{"Name"});
+}
+
 // The first key in the order of the folded names is enough.
 TEST_F(HostClassRegistration, AsksADeclarationOfAHostsMakingForNothingWhenThereIsAKeyBeforeIt) {
   struct AskedDecl : ForeignPropertyDecl {

@@ -138,6 +138,33 @@ TEST(MemoryBalance, OfWholeNamespaces) {
             0);
 }
 
+// Then they go one within the other.
+TEST(MemoryBalance, OfClassesThatEndWhenThereIsNoMemory) {
+  EXPECT_EQ(LeftBehindBy([&] {
+              const Repository repository;
+              auto top = repository.Allocate("Top");
+              std::vector<boost::weak_ptr<ICIMClass>> ends;
+              for (const char* below : {"Left", "Right"}) {
+                const auto middle = repository.Allocate(below);
+                top->AddSubclass(middle, {});
+                for (const char* leaf : {"One", "Two", "Three"}) {
+                  const auto last = repository.Allocate(leaf);
+                  middle->AddSubclass(last, {});
+                  ends.push_back(last);
+                }
+              }
+              bool isLacking = false;
+              {
+                const FailingAllocation failure(0, FailingAllocation::kFromThenOn);
+                top.reset();
+                isLacking = failure.HasFailed();
+              }
+              EXPECT_TRUE(isLacking);
+              for (const auto& end : ends) EXPECT_TRUE(end.expired());
+            }),
+            0);
+}
+
 }  // namespace
 
 #endif

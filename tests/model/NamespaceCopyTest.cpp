@@ -45,6 +45,14 @@ TEST(NamespaceCopies, StandBesideTheOriginalAndShareItsClasses) {
   EXPECT_STATUS(15, repository.ns->GetClass("Later", {}));
 }
 
+TEST(NamespaceCopies, OfANamespaceWithoutARootHaveNoneEither) {
+  const auto bare = boost::make_shared<TInmemNamespace>(true);
+  for (const NamespacePtr& ns : {NamespacePtr(bare), NamespacePtr(CopyOf(bare))}) {
+    EXPECT_EQ(RootClassNames(ns), Names{});
+    EXPECT_FALSE(ns->GetClass("<root>", {}));
+  }
+}
+
 TEST_F(NamespaceCopy, OwnsTheClassesAndDeclarationsOfTheOriginal) {
   for (const auto& cls : {thing, sub, loose, link}) EXPECT_EQ(cls->GetNamespace({}), repository.ns);
   EXPECT_EQ(repository.ns->GetQualifierDecl("Key", {})->GetNamespace({}), repository.ns);

@@ -156,6 +156,21 @@ TEST_F(Paths, LeadToAnInstanceWhileItStandsInItsClass) {
   EXPECT_NE(Own(loose).Standing(), first);
 }
 
+// The number has an end; from there on nothing is known of the instance.
+TEST_F(Paths, DoNotTellOfAnInstanceThatHasComeAndGoneTooOften) {
+  const auto instance = Node("a");
+  for (int time = 1; time < TInmemInstance::kNotStanding; ++time) {
+    node->RemoveInstance(instance, {});
+    node->AddInstance(instance, {});
+    ASSERT_EQ(Own(instance).Standing(), time);
+  }
+  for (int time = 0; time < 3; ++time) {
+    node->RemoveInstance(instance, {});
+    node->AddInstance(instance, {});
+    EXPECT_EQ(Own(instance).Standing(), TInmemInstance::kNotStanding);
+  }
+}
+
 TEST_F(Paths, DoNotTellOfAnInstanceThatIsStoredInAnotherClassToo) {
   const auto instance = Node("a");
   base->AddInstance(instance, {});

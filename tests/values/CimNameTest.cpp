@@ -1,4 +1,4 @@
-// Names as they are checked, folded and compared inside.
+// Names as they are checked and folded inside.
 #include "inmem/values/CimName.h"
 
 #include <cctype>
@@ -53,29 +53,6 @@ TEST(CimName, OfUpTo64BytesNeedsNoMemory) {
     EXPECT_EQ(meter.Count(), 0u) << size;
     EXPECT_EQ(folded.Folded().size(), size);
   }
-}
-
-TEST(CimName, IsTheSameInAnySpellingAndNoOtherByteIs) {
-  for (int a = 0; a < 256; ++a)
-    for (int b = 0; b < 256; ++b) {
-      const auto lower = [](int c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; };
-      const char texts[] = {'x', static_cast<char>(a), static_cast<char>(b)};
-      EXPECT_EQ(IsSameName({texts + 1, 1}, {texts + 2, 1}), lower(a) == lower(b)) << a << ' ' << b;
-    }
-  EXPECT_TRUE(IsSameName("", ""));
-  EXPECT_TRUE(IsSameName("CIM_Disk", "cim_dISK"));
-}
-
-TEST(CimName, IsNotTheSameAsOneThatGoesOn) {
-  const std::string_view text = "abcabd";
-  EXPECT_FALSE(IsSameName("ab", text.substr(0, 3)));
-  EXPECT_FALSE(IsSameName(text.substr(0, 3), "ab"));
-  EXPECT_FALSE(IsSameName("", "a"));
-  EXPECT_FALSE(IsSameName("a", ""));
-  // What stands behind the shorter one in memory is none of it.
-  EXPECT_FALSE(IsSameName("ABC", text.substr(0, 2)));
-  EXPECT_FALSE(IsSameName(text.substr(0, 2), "ABC"));
-  EXPECT_FALSE(IsSameName(text.substr(0, 3), text.substr(3, 3)));
 }
 
 }  // namespace
