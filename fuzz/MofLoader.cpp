@@ -1,5 +1,6 @@
 // Any bytes as a MOF file behind the usual qualifier declarations: loaded into a namespace,
-// and when that succeeds, written and loaded again: both namespaces hold the same.
+// and when that succeeds, written and loaded again: both namespaces hold the same. So do they, and
+// so do the reports say, where every declaration is a piece of its own.
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
@@ -43,9 +44,21 @@ class OneText : public hav::mof::IMofSource {
   const std::string& m_text;
 };
 
-boost::shared_ptr<ICIMNamespace> Load(const std::string& text, hav::mof::TMofReport& report) {
+boost::shared_ptr<ICIMNamespace> Load(
+    const std::string& text, hav::mof::TMofReport& report,
+    hav::mof::TMofOffset pieceSize = hav::mof::TMofFile::kPieceSize) {
   OneText source(text);
-  return hav::mof::TMofLoader(*havtest::Provider(), source).Load({"fuzz.mof"}, report);
+  hav::mof::TMofLoader loader(*havtest::Provider(), source);
+  loader.SetPieceSize(pieceSize);
+  return loader.Load({"fuzz.mof"}, report);
+}
+
+void RequireSame(ICIMNamespace& first, ICIMNamespace& second, const std::string& text) {
+  const auto differences = havtest::Differences(first, second);
+  for (const auto& difference : differences) std::cerr << difference << '\n';
+  if (differences.empty()) return;
+  std::cerr << text;
+  std::abort();
 }
 
 }  // namespace
@@ -56,20 +69,27 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(data, data + size);
   // A byte-order mark stands at the beginning or nowhere.
   const bool isMarked = size >= 2 && (text[0] == '\xFF' || text[0] == '\xFE');
-  const auto first = Load(isMarked ? text : kQualifiers + text, report);
+  const auto read = isMarked ? text : kQualifiers + text;
+  const auto first = Load(read, report);
   if (static_cast<bool>(first) == report.HasErrors()) std::abort();
+
+  hav::mof::TMofReport inPieces;
+  const auto same = Load(read, inPieces, 1);
+  if (report.ToString() != inPieces.ToString()) {
+    std::cerr << report.ToString() << "and in pieces\n" << inPieces.ToString();
+    std::abort();
+  }
   if (!first) return 0;
+  RequireSame(*first, *same, read);
 
   std::string written;
   hav::mof::TMofWriter(written).WriteNamespace(*first);
   hav::mof::TMofReport second;
   const auto again = Load(written, second);
-  const auto differences =
-      again ? havtest::Differences(*first, *again) : std::vector<std::string>{second.ToString()};
-  for (const auto& difference : differences) std::cerr << difference << '\n';
-  if (!differences.empty()) {
-    std::cerr << written;
+  if (!again) {
+    std::cerr << second.ToString() << written;
     std::abort();
   }
+  RequireSame(*first, *again, written);
   return 0;
 }

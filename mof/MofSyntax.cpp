@@ -66,7 +66,73 @@ bool Same(const TMofMethod& a, const TMofMethod& b) {
          Same(a.qualifiers, b.qualifiers) && Same(a.parameters, b.parameters);
 }
 
+// Calls `visit` with every name and literal that is given.
+template <class TVisit>
+void ForEachSaid(TMofValue& value, TVisit&& visit) {
+  visit(value.scalar);
+  for (auto& element : value.elements) visit(element);
+}
+
+template <class TVisit>
+void ForEachSaid(TMofQualifiers& qualifiers, TVisit&& visit) {
+  for (auto& qualifier : qualifiers) {
+    visit(qualifier.name);
+    if (qualifier.value) ForEachSaid(*qualifier.value, visit);
+  }
+}
+
+// A parameter, property or method.
+template <class TMember, class TVisit>
+void ForEachSaid(TMember& member, TMofType& type, TVisit&& visit) {
+  visit(member.name);
+  visit(type.referenced);
+  ForEachSaid(member.qualifiers, visit);
+}
+
+template <class TVisit>
+void ForEachSaid(TMofQualifierDecl& decl, TVisit&& visit) {
+  visit(decl.name);
+  visit(decl.type.referenced);
+  if (decl.defaultValue) ForEachSaid(*decl.defaultValue, visit);
+}
+
+template <class TVisit>
+void ForEachSaid(TMofClass& cls, TVisit&& visit) {
+  visit(cls.name);
+  visit(cls.alias);
+  visit(cls.superclass);
+  ForEachSaid(cls.qualifiers, visit);
+  for (auto& property : cls.properties) {
+    ForEachSaid(property, property.type, visit);
+    if (property.defaultValue) ForEachSaid(*property.defaultValue, visit);
+  }
+  for (auto& method : cls.methods) {
+    ForEachSaid(method, method.returnType, visit);
+    for (auto& parameter : method.parameters) ForEachSaid(parameter, parameter.type, visit);
+  }
+}
+
 }  // namespace
+
+void TMofFile::CutUp() {
+  if (instances.empty()) return;
+  instances.shrink_to_fit();
+  text.CutUp(cuts, instances);
+  for (const auto place : instances) text.Hold(place);
+  const auto pointIntoPiece = [this](auto& said) {
+    if (said.text.empty()) return;
+    const auto part = text.PartAt(said.offset);
+    said.text = part.text.substr(said.offset - part.begin, said.text.size());
+  };
+  for (auto& decl : qualifierDecls) {
+    text.Hold(decl.name.offset);
+    ForEachSaid(decl, pointIntoPiece);
+  }
+  for (auto& cls : classes) {
+    text.Hold(cls.name.offset);
+    ForEachSaid(cls, pointIntoPiece);
+  }
+}
 
 bool TMofValue::HasAlias() const noexcept {
   const auto isAlias = [](const TMofToken& token) {

@@ -1,7 +1,7 @@
 // MofSyntax: what a MOF file says, as a tree. Nothing is looked up yet: a class may name a
 // superclass that nobody declares.
 //
-// Ownership: values; every name and literal points into the text of the file.
+// Ownership: values; every name and literal points into the text of the file, at its offset.
 #pragma once
 
 #include <cstdint>
@@ -117,16 +117,24 @@ struct TMofPragma {
 };
 
 struct TMofFile {
+  static constexpr TMofOffset kPieceSize = 65536;
+
   TMofFile(std::string name, std::string content) : text(std::move(name), std::move(content)) {}
 
   TMofText text;
   std::vector<TMofPragma> pragmas;
   std::vector<TMofQualifierDecl> qualifierDecls;
   std::vector<TMofClass> classes;
-  // Where each instance begins, in their order; TMofParser::ReadInstance reads one of them.
-  // There can be millions, so no tree is kept of them.
+  // Where the class name of each instance stands, in their order; TMofParser::ReadInstance reads
+  // one of them. There can be millions, so no tree is kept of them.
   std::vector<TMofOffset> instances;
-  bool isDamaged = false;  // a whole declaration could not be read
+  std::vector<TMofOffset> cuts;       // beginnings of declarations where the text may be cut
+  TMofOffset pieceSize = kPieceSize;  // from cut to cut, at least
+  bool isDamaged = false;             // a whole declaration could not be read
+
+  // Cuts the text up, each piece held once by every instance in it, and for good where trees point
+  // into it. To be called when the file was read to its end and nothing is wrong with it.
+  void CutUp();
 };
 
 // Whether both say the same, wherever they stand: names ignore case, strings compare by value.

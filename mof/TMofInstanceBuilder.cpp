@@ -112,6 +112,13 @@ bool TMofInstanceBuilder::ReadAt(const TPlace& place) {
 }
 
 void TMofInstanceBuilder::TakeOne(const TPlace& place, const TMofShape* shape) {
+  const auto waiting = m_waiting.size();
+  MakeOne(place, shape);
+  if (m_syntax.alias.text.empty() && m_waiting.size() == waiting)
+    m_files[place.file]->text.LetGo(place.offset);
+}
+
+void TMofInstanceBuilder::MakeOne(const TPlace& place, const TMofShape* shape) {
   auto* const alias = AddAlias(place, m_syntax.alias);
   if (!MayBeMade(shape, place)) return;
   TItem item{place, shape, shape->cls->AllocateInstance({})};

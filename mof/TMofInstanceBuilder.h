@@ -58,6 +58,7 @@ class TMofInstanceBuilder {
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+  // Of an instance: where its class name stands.
   struct TPlace {
     std::uint32_t file;  // index into m_files
     TMofOffset offset;
@@ -99,8 +100,9 @@ class TMofInstanceBuilder {
   void AddClassAliases();
   TAlias* AddAlias(const TPlace& place, const TMofName& name);
   void ReadAll(const TProgress& progress);
-  // The instance that m_syntax holds, at its place.
+  // The instance that m_syntax holds, at its place. Lets its text go unless it is needed again.
   void TakeOne(const TPlace& place, const TMofShape* shape);
+  void MakeOne(const TPlace& place, const TMofShape* shape);
   // Adds a key's value to the hash of the path of the instance that is being made.
   void HashKey(const TMofSlot& slot, const NORVHAV20::TCIMValue& value);
   bool MayBeMade(const TMofShape* shape, const TPlace& place);
@@ -154,8 +156,6 @@ class TMofInstanceBuilder {
   void LeaveOut(TItem& item, TMofOffset offset, const TLink& lack);
 
   const TMofFile& FileOf(const TPlace& place) const { return *m_files[place.file]; }
-  // As ReadAt.
-  TMofOffset ClassNameOf(const TPlace& place);
   // Reads the instance there into m_syntax.
   bool ReadAt(const TPlace& place);
   TMofParser& ParserOf(const TPlace& place);

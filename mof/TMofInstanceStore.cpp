@@ -98,8 +98,8 @@ void TMofInstanceBuilder::SetWaitingKeys() {
     if (alias != m_aliases.end() && alias->second.item == i) alias->second.object = item.object;
   });
   for (const auto i : stuck) {
-    const auto place = ClassNameOf(m_waiting[i].place);
-    Fail(m_waiting[i], place,
+    ReadAt(m_waiting[i].place);
+    Fail(m_waiting[i], m_syntax.className.offset,
          "the keys of this instance of " + Quoted(m_syntax.className.text) +
              " depend on themselves through aliases");
   }
@@ -151,8 +151,8 @@ void TMofInstanceBuilder::SetWaitingObjects() {
   });
   for (const auto i : stuck) {
     if (m_waiting[i].isLost) continue;
-    const auto place = ClassNameOf(m_waiting[i].place);
-    Fail(m_waiting[i], place,
+    ReadAt(m_waiting[i].place);
+    Fail(m_waiting[i], m_syntax.className.offset,
          "this instance of " + Quoted(m_syntax.className.text) + " embeds itself through aliases");
   }
 }
@@ -224,7 +224,8 @@ void TMofInstanceBuilder::StoreLinks(const std::vector<std::size_t>& items) {
 
 // Of the value that the instance gives to a property, else of its class's name.
 TMofOffset TMofInstanceBuilder::PlaceOf(const TItem& item, const std::string& property) {
-  auto place = ClassNameOf(item.place);
+  auto place = item.place.offset;
+  ReadAt(item.place);
   for (const auto& assignment : m_syntax.assignments)
     if (SameName(assignment.name.text, property)) place = assignment.value.offset;
   return place;
@@ -245,8 +246,8 @@ void TMofInstanceBuilder::Finish(TItem&& item) {
 }
 
 void TMofInstanceBuilder::ReportMissingKey(const TItem& item, const std::string& name) {
-  const auto place = ClassNameOf(item.place);
-  m_report.AddError(FileOf(item.place).text, place,
+  ReadAt(item.place);
+  m_report.AddError(FileOf(item.place).text, item.place.offset,
                     "key property " + Quoted(name) + " of this instance of " +
                         Quoted(m_syntax.className.text) + " has no value");
 }
@@ -337,9 +338,9 @@ void TMofInstanceBuilder::Store(const TItem& item, bool mayBeThere) {
     item.object->AddToNamespace({});
     m_stored.emplace_back(item.object.get(), item.place);
   } catch (const THAVException& failure) {
-    const auto place = ClassNameOf(item.place);
+    ReadAt(item.place);
     m_report.AddError(
-        FileOf(item.place).text, place,
+        FileOf(item.place).text, item.place.offset,
         failure.GetStatusCode() == kHAVNotSupported
             ? "the path of this instance of " + Quoted(m_syntax.className.text) + " is too long"
             : Quoted(m_syntax.className.text) + ": " + failure.what());
@@ -357,9 +358,9 @@ void TMofInstanceBuilder::ReportTwice(const TItem& item, const std::string& path
     auto place = known->second;
     if (std::tie(again.file, again.offset) < std::tie(place.file, place.offset))
       std::swap(again, place);
-    first = ", first at " + FileOf(place).text.DescribePlace(ClassNameOf(place));
+    first = ", first at " + FileOf(place).text.DescribePlace(place.offset);
   }
-  m_report.AddError(FileOf(again).text, ClassNameOf(again),
+  m_report.AddError(FileOf(again).text, again.offset,
                     "instance " + path + " is given twice" + first);
 }
 
@@ -377,11 +378,6 @@ void TMofInstanceBuilder::LeaveOut(TItem& item, TMofOffset offset, const TLink& 
     m_report.AddError(text, offset, what);
   else
     m_report.AddWarning(text, offset, "the instance is left out: " + what);
-}
-
-TMofOffset TMofInstanceBuilder::ClassNameOf(const TPlace& place) {
-  ReadAt(place);
-  return m_syntax.className.offset;
 }
 
 }  // namespace hav::mof

@@ -131,13 +131,24 @@ std::string TMofToken::Describe() const {
   return kind == EKind::kString ? shown : "'" + shown + "'";
 }
 
-TMofLexer::TMofLexer(const TMofText& text, TMofReport& report)
-    : m_source(text), m_report(report), m_text(text.GetText()) {}
+TMofLexer::TMofLexer(const TMofText& text, TMofReport& report) : m_source(text), m_report(report) {
+  MoveTo(0);
+}
+
+void TMofLexer::MoveTo(TMofOffset offset) noexcept {
+  const auto part = m_source.PartAt(offset);
+  m_begin = part.begin;
+  m_text = part.text;
+  m_at = offset - m_begin;
+}
+
+inline TMofOffset TMofLexer::OffsetOf(std::size_t at) const noexcept {
+  return m_begin + static_cast<TMofOffset>(at);
+}
 
 // What every token goes through comes first, for the compiler to put it together.
 inline TMofToken TMofLexer::Take(TMofToken::EKind kind, std::size_t end) {
-  const TMofToken token{kind, static_cast<TMofOffset>(m_at),
-                        std::string_view(m_text.data() + m_at, end - m_at)};
+  const TMofToken token{kind, OffsetOf(m_at), std::string_view(m_text.data() + m_at, end - m_at)};
   m_at = end;
   return token;
 }
@@ -219,10 +230,11 @@ std::size_t TMofLexer::EndOfNumber() const noexcept {
 }
 
 TMofToken TMofLexer::ReadNumber() {
+  const auto begin = m_at;
   auto token = Take(TMofToken::EKind::kBroken, EndOfNumber());
   token.kind = NumberKind(token.text);
   if (token.kind == TMofToken::EKind::kBroken)
-    Error(token.offset, "'" + std::string(token.text) + "' is not a number");
+    Error(begin, "'" + std::string(token.text) + "' is not a number");
   return token;
 }
 
@@ -234,8 +246,8 @@ TMofToken TMofLexer::ReadString() {
     sound = ScanStringPiece() && sound;
     end = m_at;
   }
-  return {sound ? TMofToken::EKind::kString : TMofToken::EKind::kBroken,
-          static_cast<TMofOffset>(begin), m_text.substr(begin, end - begin)};
+  return {sound ? TMofToken::EKind::kString : TMofToken::EKind::kBroken, OffsetOf(begin),
+          m_text.substr(begin, end - begin)};
 }
 
 // Moves behind the closing quote, or to the end of a line that has none.
@@ -269,7 +281,7 @@ void TMofLexer::ScanBackslash() {
   const bool atEnd = !Has(m_at + 1) || m_text[m_at + 1] == '\n' || m_text[m_at + 1] == '\r';
   if (!atEnd)
     m_report.AddWarning(
-        m_source, static_cast<TMofOffset>(m_at),
+        m_source, OffsetOf(m_at),
         "unknown escape '" +
             std::string(m_text.substr(m_at, 1 + CharacterLength(m_text, m_at + 1))) +
             "' is taken as it is written");
@@ -283,7 +295,7 @@ void TMofLexer::ScanByte() {
     return;
   }
   if (!m_warnedOfBytes)
-    m_report.AddWarning(m_source, static_cast<TMofOffset>(m_at),
+    m_report.AddWarning(m_source, OffsetOf(m_at),
                         "the text is not UTF-8; its bytes are taken as they are");
   m_warnedOfBytes = true;
   ++m_at;
@@ -341,7 +353,7 @@ void TMofLexer::RefuseCharacter() {
 }
 
 void TMofLexer::Error(std::size_t offset, std::string text) {
-  m_report.AddError(m_source, static_cast<TMofOffset>(offset), std::move(text));
+  m_report.AddError(m_source, OffsetOf(offset), std::move(text));
 }
 
 std::string TMofLexer::StringValue(std::string_view token) {

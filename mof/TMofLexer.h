@@ -48,8 +48,8 @@ class TMofLexer {
 
   // Complexity: linear in the length of the token and of what stands before it.
   TMofToken Next();
-  // Goes on at `offset`, where a token begins.
-  void MoveTo(TMofOffset offset) noexcept { m_at = offset; }
+  // Goes on at `offset`, where a token begins, to the end of the piece that holds it.
+  void MoveTo(TMofOffset offset) noexcept;
   // True behind a comment that is not closed: it may have swallowed anything.
   bool IsCut() const noexcept { return m_cut; }
 
@@ -84,10 +84,12 @@ class TMofLexer {
   void RefuseCharacter();
   void Error(std::size_t offset, std::string text);
   bool Has(std::size_t at) const noexcept { return at < m_text.size(); }
+  TMofOffset OffsetOf(std::size_t at) const noexcept;
 
   const TMofText& m_source;
   TMofReport& m_report;
-  std::string_view m_text;
+  TMofOffset m_begin;       // of what is being read
+  std::string_view m_text;  // and its text, in which the offsets in here count
   std::size_t m_at = 0;
   EInclude m_include = EInclude::kNothing;
   bool m_warnedOfBytes = false;

@@ -20,11 +20,10 @@
 #include "havcore/ICIMNamespace.h"
 #include "havcore/INamespaceProvider.h"
 #include "mof/IMofSource.h"
+#include "mof/MofSyntax.h"
 #include "mof/TMofReport.h"
 
 namespace hav::mof {
-
-struct TMofFile;
 
 class TMofLoader {
  public:
@@ -46,6 +45,9 @@ class TMofLoader {
   // Whether the report also tells, as warnings, what the namespace makes of declarations without
   // a word: TMofSchemaChecks lists it.
   void SetChecks(bool checks) { m_checks = checks; }
+  // How much text, in bytes, goes at once when its instances are made; for tests, which have less
+  // of it than the default.
+  void SetPieceSize(TMofOffset bytes) noexcept { m_pieceSize = bytes; }
   // Whether the last load could read every text to its end.
   bool WasReadWhole() const noexcept { return m_wasReadWhole; }
   // The name that the last load settled on, empty when nobody gave one.
@@ -69,6 +71,7 @@ class TMofLoader {
   std::string m_chosenName;
   bool m_strict = false;
   bool m_checks = false;
+  TMofOffset m_pieceSize = TMofFile::kPieceSize;
   bool m_wasReadWhole = false;
   TProgress m_progress;
 };

@@ -117,11 +117,9 @@ bool TMofParser::ReadInstance(TMofOffset place, TMofInstance& instance) {
 }
 
 bool TMofParser::BeginInstance(TMofOffset place, TMofInstance& instance) {
-  if (m_token.offset != place || m_token.kind == EKind::kEnd) {
-    m_lexer.MoveTo(place);
-    Advance();
-    Advance();
-  }
+  m_lexer.MoveTo(place);
+  Advance();
+  Advance();
   try {
     ParseInstanceHead(instance);
     return true;
@@ -140,6 +138,7 @@ bool TMofParser::EndInstance(TMofInstance& instance) {
 }
 
 void TMofParser::ParseDeclaration() {
+  NoteCut();
   if (m_token.kind == EKind::kPragma) return ParsePragma();
   if (IsKeyword(m_token, "qualifier")) return ParseQualifierDecl();
   auto qualifiers = ParseQualifiers();
@@ -147,11 +146,22 @@ void TMofParser::ParseDeclaration() {
   if (!IsKeyword(m_token, "instance"))
     FailExpecting(qualifiers.empty() ? "a declaration" : "'class' or 'instance' after qualifiers");
   const auto begin = m_token.offset;
+  Advance();
+  if (!TakeKeyword("of")) FailExpecting("'of' after 'instance'");
   ParseInstanceHead(m_instance);
   ParseInstanceBody(m_instance);
   if (!qualifiers.empty())
     m_report.AddWarning(m_file.text, begin, "the qualifiers of an instance are not kept");
-  m_file.instances.push_back(begin);
+  m_file.instances.push_back(m_instance.className.offset);
+}
+
+// Where instances follow something else, what is cut off may be smaller: it stays in memory.
+void TMofParser::NoteCut() {
+  const auto usual = m_file.pieceSize;
+  const bool instance = IsKeyword(m_token, "instance");
+  const bool changes = std::exchange(m_wasInstance, instance) != instance;
+  const auto last = m_file.cuts.empty() ? 0 : m_file.cuts.back();
+  if (m_token.offset - last > (changes ? usual / 16 : usual)) m_file.cuts.push_back(m_token.offset);
 }
 
 void TMofParser::ParsePragma() {
@@ -300,8 +310,6 @@ TMofParameter TMofParser::ParseParameter() {
 }
 
 void TMofParser::ParseInstanceHead(TMofInstance& instance) {
-  Advance();
-  if (!TakeKeyword("of")) FailExpecting("'of' after 'instance'");
   instance.className = ParseName("the name of a class");
   instance.alias = ParseAlias();
 }

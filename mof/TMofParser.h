@@ -30,7 +30,8 @@ class TMofParser {
   // The same up to the end of the next include, which then is the last pragma: true. False at
   // the end of the text.
   bool ReadOn();
-  // Reads the instance that begins at `place`. False when there is nothing to make of it.
+  // Reads the instance whose class name stands at `place`. False when there is nothing to make
+  // of it.
   bool ReadInstance(TMofOffset place, TMofInstance& instance);
   // The same in two steps: class name and alias, then the rest of the one that was begun.
   bool BeginInstance(TMofOffset place, TMofInstance& instance);
@@ -47,6 +48,7 @@ class TMofParser {
   void ParseClass(TMofQualifiers&& qualifiers);
   void ParseMember(TMofClass& cls);
   TMofParameter ParseParameter();
+  void NoteCut();
   void ParseInstanceHead(TMofInstance& instance);
   void ParseInstanceBody(TMofInstance& instance);
   void ParseAssignment(TMofInstance& instance);
@@ -82,7 +84,8 @@ class TMofParser {
   TMofLexer m_lexer;
   TMofToken m_token;
   TMofToken m_next;
-  TMofInstance m_instance;  // what was read last
+  TMofInstance m_instance;     // what was read last
+  bool m_wasInstance = false;  // the declaration that was read last
   bool m_atInclude = false;
   bool m_inArray = false;  // behind the '{' of an array value
 };

@@ -32,6 +32,7 @@ void TMofReader::ReadOn() {
   if (!open.parser->ReadOn()) {
     if (file.isDamaged) m_complete = false;
     m_open.pop_back();
+    if (!m_report.HasErrors()) file.CutUp();
     return;
   }
   const auto& pragma = file.pragmas.back();
@@ -58,6 +59,7 @@ void TMofReader::Open(const TRequest& request) {
   if (!ReadText(request, identity, text)) return;
 
   m_files.push_back(std::make_unique<TMofFile>(identity, std::move(text)));
+  m_files.back()->pieceSize = m_pieceSize;
   m_includers.push_back(request.includer);
   m_files.back()->text.AddSegment(0, m_report.BeginSegment());
   m_open.push_back(

@@ -32,6 +32,7 @@ class TMofReader {
 
   TMofReader(IMofSource& source, TMofReport& report, TProgress progress);
 
+  void SetPieceSize(TMofOffset bytes) noexcept { m_pieceSize = bytes; }
   void Read(const std::vector<std::string>& names);
 
   const TFiles& GetFiles() const noexcept { return m_files; }
@@ -62,6 +63,7 @@ class TMofReader {
   IMofSource& m_source;
   TMofReport& m_report;
   TProgress m_progress;
+  TMofOffset m_pieceSize = TMofFile::kPieceSize;
   TFiles m_files;
   std::vector<std::size_t> m_includers;  // of each file
   std::unordered_map<std::string, std::size_t> m_byIdentity;

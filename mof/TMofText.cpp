@@ -6,25 +6,92 @@
 
 namespace hav::mof {
 
-TMofText::TMofText(std::string name, std::string text)
-    : m_name(std::move(name)), m_text(std::move(text)), m_view(m_text) {
+namespace {
+
+// A pair of carriage return and line feed ends the line with its second character.
+bool EndsLine(const char* c) noexcept { return (*c == '\n') | ((*c == '\r') & (c[1] != '\n')); }
+
+// Moves `position` from one place of a text to a later one.
+void Move(TMofText::TPosition& position, const char* from, const char* to) noexcept {
+  unsigned lines = 0;
+  for (const char* c = from; c != to; ++c) lines += EndsLine(c) ? 1U : 0U;
+  if (lines != 0) {
+    const char* begin = to;
+    while (!EndsLine(begin - 1)) --begin;
+    position = {position.line + lines, 1};
+    from = begin;
+  }
+  // Continuation bytes belong to the character before them.
+  for (const char* c = from; c != to; ++c)
+    position.column += (static_cast<unsigned char>(*c) & 0xC0U) != 0x80U ? 1U : 0U;
+}
+
+}  // namespace
+
+TMofText::TMofText(std::string name, std::string text) : m_name(std::move(name)), m_pieces(1) {
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  if (m_view.substr(0, byteOrderMark.size()) == byteOrderMark)
-    m_view.remove_prefix(byteOrderMark.size());
+  if (text.compare(0, byteOrderMark.size(), byteOrderMark) == 0)
+    text.erase(0, byteOrderMark.size());
+  m_pieces.front().text = std::move(text);
+}
+
+TMofText::TPart TMofText::PartAt(TMofOffset offset) const noexcept {
+  const auto& piece = m_pieces[IndexOf(offset)];
+  return {piece.begin, piece.text};
+}
+
+// Most of the time it is that of the last call.
+std::size_t TMofText::IndexOf(TMofOffset offset) const noexcept {
+  const auto next = m_last + 1;
+  if (m_pieces[m_last].begin <= offset &&
+      (next == m_pieces.size() || offset < m_pieces[next].begin))
+    return m_last;
+  const auto behind =
+      std::upper_bound(m_pieces.begin(), m_pieces.end(), offset,
+                       [](TMofOffset at, const TPiece& piece) { return at < piece.begin; });
+  return m_last = static_cast<std::size_t>(behind - m_pieces.begin()) - 1;
+}
+
+void TMofText::CutUp(const std::vector<TMofOffset>& cuts, const std::vector<TMofOffset>& marks) {
+  const std::string& text = m_pieces.front().text;
+  std::vector<TPiece> pieces(cuts.size() + 1);
+  m_marks.reserve(marks.size());
+  TMofOffset at = 0;
+  TPosition position{1, 1};
+  const auto moveTo = [&](TMofOffset offset) {
+    Move(position, text.data() + at, text.data() + offset);
+    at = offset;
+  };
+  auto mark = marks.begin();
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    const auto end = i < cuts.size() ? cuts[i] : static_cast<TMofOffset>(text.size());
+    pieces[i].begin = at;
+    pieces[i].position = position;
+    if (!cuts.empty()) pieces[i].text = text.substr(at, end - at);
+    for (; mark != marks.end() && *mark < end; ++mark) {
+      moveTo(*mark);
+      m_marks.emplace_back(*mark, position);
+    }
+    moveTo(end);
+  }
+  if (!cuts.empty()) m_pieces = std::move(pieces);
+}
+
+void TMofText::LetGo(TMofOffset offset) noexcept {
+  auto& piece = m_pieces[IndexOf(offset)];
+  // An assignment would keep the memory.
+  if (piece.holders != 0 && --piece.holders == 0) std::string().swap(piece.text);
 }
 
 TMofText::TPosition TMofText::PositionOf(TMofOffset offset) const noexcept {
-  TPosition position{1, 1};
-  for (std::size_t i = 0; i < offset && i < m_view.size(); ++i) {
-    const char c = m_view[i];
-    const bool carriageReturnOfPair = c == '\r' && i + 1 < m_view.size() && m_view[i + 1] == '\n';
-    if (c == '\n' || (c == '\r' && !carriageReturnOfPair)) {
-      ++position.line;
-      position.column = 1;
-    } else if ((static_cast<unsigned char>(c) & 0xC0u) != 0x80u) {
-      ++position.column;  // continuation bytes belong to the character before them
-    }
-  }
+  const auto mark =
+      std::lower_bound(m_marks.begin(), m_marks.end(), offset,
+                       [](const auto& known, TMofOffset wanted) { return known.first < wanted; });
+  if (mark != m_marks.end() && mark->first == offset) return mark->second;
+  const auto& piece = m_pieces[IndexOf(offset)];
+  auto position = piece.position;
+  const auto length = std::min<std::size_t>(offset - piece.begin, piece.text.size());
+  Move(position, piece.text.data(), piece.text.data() + length);
   return position;
 }
 

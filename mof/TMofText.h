@@ -1,8 +1,11 @@
 // TMofText: the text of one MOF file, and what line and column a place in it has.
 //
+// A text of many instances is cut into pieces. Each goes when nothing holds it any more, so that
+// a namespace and the text that it is made of are not in memory at once.
+//
 // Ownership: owns the text; tokens and syntax trees point into it, so it neither moves nor
 //            copies.
-// Threads:   immutable but for AddSegment.
+// Threads:   one thread at a time.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +27,12 @@ class TMofText {
     unsigned column;
   };
 
+  // A text between two cuts, and where that begins.
+  struct TPart {
+    TMofOffset begin;
+    std::string_view text;
+  };
+
   // The largest text that is read, in bytes.
   static constexpr std::size_t kMaxSize = std::size_t{256} << 20;
 
@@ -33,10 +42,22 @@ class TMofText {
   TMofText& operator=(const TMofText&) = delete;
 
   const std::string& GetName() const noexcept { return m_name; }
-  // The text without a byte-order mark. NUL follows it.
-  std::string_view GetText() const noexcept { return m_view; }
+  // The text without a byte-order mark, while it is not cut. NUL follows it.
+  std::string_view GetText() const noexcept { return m_pieces.front().text; }
+  // The piece that holds the character at `offset`, or the end of the text. NUL follows it.
+  TPart PartAt(TMofOffset offset) const noexcept;
 
-  // Complexity: linear in `offset`; tokens carry offsets so that only messages pay for it.
+  // Cuts the text into pieces that begin at `cuts`, and at its beginning: what points into it is
+  // to point into the pieces. The positions of `marks` stay known without them. Both are in order.
+  void CutUp(const std::vector<TMofOffset>& cuts, const std::vector<TMofOffset>& marks);
+  // Keeps the piece with `offset` until it is let go as often as it was held. What was never held
+  // stays.
+  void Hold(TMofOffset offset) noexcept { ++m_pieces[IndexOf(offset)].holders; }
+  void LetGo(TMofOffset offset) noexcept;
+
+  // Requires that the text there has not been let go, or a mark.
+  // Complexity: linear in the distance from where the piece begins; tokens carry offsets so that
+  // only messages pay for it.
   TPosition PositionOf(TMofOffset offset) const noexcept;
   // "file:line:column".
   std::string DescribePlace(TMofOffset offset) const;
@@ -50,9 +71,19 @@ class TMofText {
   std::uint32_t SegmentOf(TMofOffset offset) const noexcept;
 
  private:
+  struct TPiece {
+    std::string text;  // empty when it was let go
+    TMofOffset begin = 0;
+    TPosition position{1, 1};
+    std::size_t holders = 0;
+  };
+
+  std::size_t IndexOf(TMofOffset offset) const noexcept;  // into m_pieces
+
   std::string m_name;
-  std::string m_text;
-  std::string_view m_view;
+  std::vector<TPiece> m_pieces;    // never empty
+  mutable std::size_t m_last = 0;  // what was asked for last
+  std::vector<std::pair<TMofOffset, TPosition>> m_marks;
   std::vector<std::pair<TMofOffset, std::uint32_t>> m_segments;
 };
 

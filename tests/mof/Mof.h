@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <boost/shared_ptr.hpp>
 
 #include "havcore/havcore.h"
@@ -14,6 +15,7 @@
 #include "mof/TMofParser.h"
 #include "mof/TMofReport.h"
 #include "mof/TMofWriter.h"
+#include "support/CompareNamespaces.h"
 #include "support/Plugin.h"
 
 namespace havtest {
@@ -60,11 +62,29 @@ struct Loaded {
   hav::mof::TMofReport report;
 };
 
-inline Loaded Load(std::map<std::string, std::string> files, const Lines& names) {
-  TextSource source(std::move(files));
+using Texts = std::map<std::string, std::string>;
+
+inline Loaded LoadInPieces(const Texts& files, const Lines& names, hav::mof::TMofOffset pieceSize) {
+  TextSource source(files);
   Loaded loaded;
-  loaded.ns = hav::mof::TMofLoader(*Provider(), source).Load(names, loaded.report);
+  hav::mof::TMofLoader loader(*Provider(), source);
+  loader.SetPieceSize(pieceSize);
+  loaded.ns = loader.Load(names, loaded.report);
   loaded.messages = Messages(loaded.report);
+  return loaded;
+}
+
+// Loads texts, and where they are small once more with every declaration a piece of its own: that
+// makes no difference.
+inline Loaded Load(const Texts& files, const Lines& names) {
+  auto loaded = LoadInPieces(files, names, hav::mof::TMofFile::kPieceSize);
+  for (const auto& file : files)
+    if (file.second.size() > 100000) return loaded;
+  const auto pieces = LoadInPieces(files, names, 1);
+  EXPECT_EQ(loaded.report.ToString(), pieces.report.ToString());
+  if (loaded.ns && pieces.ns) {
+    EXPECT_EQ(Lines{}, Differences(*loaded.ns, *pieces.ns));
+  }
   return loaded;
 }
 

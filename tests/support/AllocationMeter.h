@@ -14,9 +14,15 @@ class AllocationMeter {
   std::size_t Count() const noexcept;
   std::size_t Bytes() const noexcept;
 
+  // What of it is in use now, and was at most; the meter that was made last knows the most. On
+  // Windows each library has operators of its own, so that these are of no use there.
+  std::size_t Held() const noexcept;
+  std::size_t Peak() const noexcept;
+
  private:
   std::size_t m_count;
   std::size_t m_bytes;
+  std::size_t m_held;
 };
 
 }  // namespace havtest
