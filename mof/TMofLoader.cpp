@@ -36,6 +36,7 @@ boost::shared_ptr<ICIMNamespace> TMofLoader::Load(const std::vector<std::string>
 
   const auto home = m_provider.AllocateNamespace({}, false, m_chosenName);
   TMofSchemaBuilder schema(m_provider, home, reader.GetFiles(), reader.IsComplete(), report);
+  schema.SetKeepsTrees(m_checks);
   schema.Build(ProgressOf(EStep::kMakeClasses));
   if (m_checks) TMofSchemaChecks(schema, report).Run();
   if (!report.IsFull())

@@ -72,7 +72,9 @@ void TMofSchemaBuilder::Build(const TProgress& progress) {
   std::size_t done = 0;
   for (auto* cls : m_order) {
     if (m_report.IsFull()) return;
+    const auto defaults = m_referenceDefaults.size();
     Guard(*cls->file, cls->syntax->name, [&] { BuildClass(*cls); });
+    if (!m_keepsTrees && m_referenceDefaults.size() == defaults) ForgetMembers(*cls->syntax);
     if (progress) progress(++done, total);
   }
   CloseReferences();
@@ -128,7 +130,7 @@ void TMofSchemaBuilder::CollectClasses() {
   m_classes.reserve(count);  // pointers to them stay good
   m_byName.reserve(count);
   for (const auto& file : m_files) {
-    for (const auto& syntax : file->classes) {
+    for (auto& syntax : file->classes) {
       const auto [known, isNew] = m_byName.emplace(syntax.name.text, nullptr);
       if (!isNew) {
         const auto& before = *known->second;
@@ -197,6 +199,12 @@ void TMofSchemaBuilder::BuildClass(TClass& cls) {
       Guard(*cls.file, method.name, [&] { BuildMethod(cls, method); });
   KeepOrder(cls);
   if (cls.object->IsAssociation({})) WarnOfOneReference(cls);
+}
+
+void TMofSchemaBuilder::ForgetMembers(TMofClass& syntax) {
+  syntax.qualifiers = TMofQualifiers();
+  syntax.properties = std::vector<TMofProperty>();
+  syntax.methods = std::vector<TMofMethod>();
 }
 
 // Properties and methods stand in lists of their own; their places tell how they mix.

@@ -12,7 +12,8 @@
 // What an overriding property, method or parameter does not say itself, it takes from what
 // it overrides: qualifiers that propagate to subclasses, and the default value.
 //
-// Ownership: shares the namespace; the files must outlive it.
+// Ownership: shares the namespace; the files must outlive it. Takes from their trees what it has
+//            made, unless it is told to keep them.
 // Errors:    collected in the report. What depends on something that could not be made is
 //            left out without a further report.
 #pragma once
@@ -39,7 +40,7 @@ class TMofSchemaBuilder {
   enum class EOrder { kNew, kUnderWay, kDone, kLost };
   struct TClass {
     const TMofFile* file;
-    const TMofClass* syntax;
+    TMofClass* syntax;
     TClass* superclass = nullptr;
     boost::shared_ptr<NORVHAV20::ICIMClass> object;  // empty when it could not be made
     EOrder order = EOrder::kNew;
@@ -61,6 +62,8 @@ class TMofSchemaBuilder {
                     boost::shared_ptr<NORVHAV20::ICIMNamespace> home,
                     const TMofReader::TFiles& files, bool complete, TMofReport& report);
 
+  // Whether the trees stay whole. Otherwise the members of a class go when they are made.
+  void SetKeepsTrees(bool keeps) { m_keepsTrees = keeps; }
   void Build(const TProgress& progress);
 
   // Empty when no class of that name is declared.
@@ -93,6 +96,7 @@ class TMofSchemaBuilder {
   void FindSuperclass(TClass& cls);
 
   void BuildClass(TClass& cls);
+  static void ForgetMembers(TMofClass& syntax);
   void KeepOrder(const TClass& cls);
   void WarnOfOneReference(const TClass& cls);
   void BuildProperty(const TClass& cls, const TMofProperty& property);
@@ -125,6 +129,7 @@ class TMofSchemaBuilder {
   boost::shared_ptr<NORVHAV20::ICIMNamespace> m_home;
   const TMofReader::TFiles& m_files;
   bool m_complete;
+  bool m_keepsTrees = false;
   TMofReport& m_report;
   TMofValueReader m_values;
 

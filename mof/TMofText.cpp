@@ -1,6 +1,7 @@
 #include "mof/TMofText.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -8,22 +9,24 @@ namespace hav::mof {
 
 namespace {
 
-// A pair of carriage return and line feed ends the line with its second character.
-bool EndsLine(const char* c) noexcept { return (*c == '\n') | ((*c == '\r') & (c[1] != '\n')); }
-
-// Moves `position` from one place of a text to a later one.
+// Moves `position` from one place of a text to a later one. A pair of carriage return and line feed
+// ends the line with its second character.
 void Move(TMofText::TPosition& position, const char* from, const char* to) noexcept {
-  unsigned lines = 0;
-  for (const char* c = from; c != to; ++c) lines += EndsLine(c) ? 1U : 0U;
-  if (lines != 0) {
-    const char* begin = to;
-    while (!EndsLine(begin - 1)) --begin;
-    position = {position.line + lines, 1};
-    from = begin;
-  }
+  const auto find = [to](const char* at, char c) {
+    return static_cast<const char*>(std::memchr(at, c, static_cast<std::size_t>(to - at)));
+  };
+  const char* line = from;
+  const auto endAt = [&](const char* end) {
+    ++position.line;
+    position.column = 1;
+    line = std::max(line, end + 1);
+  };
+  for (auto at = find(from, '\n'); at; at = find(at + 1, '\n')) endAt(at);
+  for (auto at = find(from, '\r'); at; at = find(at + 1, '\r'))
+    if (at[1] != '\n') endAt(at);
   // Continuation bytes belong to the character before them.
-  for (const char* c = from; c != to; ++c)
-    position.column += (static_cast<unsigned char>(*c) & 0xC0U) != 0x80U ? 1U : 0U;
+  for (; line != to; ++line)
+    position.column += (static_cast<unsigned char>(*line) & 0xC0U) != 0x80U ? 1U : 0U;
 }
 
 }  // namespace

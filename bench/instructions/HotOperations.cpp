@@ -81,6 +81,13 @@ Operation Loads(Loading kind, std::size_t objects) {
           1.1};
 }
 
+// The same objects through the contract: what a load is measured by.
+Operation Makes(Loading kind, std::size_t objects) {
+  return {
+      [=](std::size_t i) { return i != 0 || CountObjects(*MakeObjects(kind, objects)) == objects; },
+      1.1};
+}
+
 // The same with classes. They are not walked: there are as many as objects elsewhere.
 Operation LoadsClasses(std::size_t classes) {
   return {[=](std::size_t i) { return i != 0 || LoadText(ClassesText(classes)); }, 1.1};
@@ -135,6 +142,8 @@ std::map<std::string, Operation> Operations(InmemSubject& subject, std::size_t d
       {"class-by-name",
        {[&](std::size_t) { return subject.Namespace().GetClass("bench_DISK", {}) != nullptr; },
         1.2}},
+      {"made-object", Makes(Loading::kThings, disks + count)},
+      {"made-link", Makes(Loading::kLinksLast, disks + count)},
       {"load-object", Loads(Loading::kThings, disks + count)},
       {"load-link", Loads(Loading::kLinksLast, disks + count)},
       {"load-link-first", Loads(Loading::kLinksFirst, disks + count)},
