@@ -85,14 +85,18 @@ inline bool TMofParser::IsKeyword(const TMofToken& token, std::string_view keywo
   return token.kind == EKind::kName && SameName(token.text, keyword);
 }
 
-TMofParser::TMofParser(TMofFile& file, TMofReport& report)
-    : m_file(file), m_report(report), m_lexer(file.text, report) {
+TMofParser::TMofParser(TMofFile& file, TMofReport& report, EInstances instances)
+    : m_file(file),
+      m_report(report),
+      m_lexer(file.text, report),
+      m_isQuick(instances == EInstances::kQuick),
+      m_plain(file.text.PartAt(0)) {
   Advance();
   Advance();
 }
 
-void TMofParser::Parse(TMofFile& file, TMofReport& report) {
-  TMofParser parser(file, report);
+void TMofParser::Parse(TMofFile& file, TMofReport& report, EInstances instances) {
+  TMofParser parser(file, report, instances);
   while (parser.ReadOn()) {
   }
 }
@@ -101,7 +105,7 @@ bool TMofParser::ReadOn() {
   m_atInclude = false;
   while (m_token.kind != EKind::kEnd) {
     try {
-      ParseDeclaration();
+      if (!ReadPlainInstances()) ParseDeclaration();
       if (m_atInclude) return true;
     } catch (const TSyntaxError&) {
       m_file.isDamaged = true;
@@ -117,9 +121,14 @@ bool TMofParser::ReadInstance(TMofOffset place, TMofInstance& instance) {
 }
 
 bool TMofParser::BeginInstance(TMofOffset place, TMofInstance& instance) {
-  m_lexer.MoveTo(place);
-  Advance();
-  Advance();
+  m_plain = TMofPlainReader(m_file.text.PartAt(place));
+  m_plain.MoveTo(place);
+  m_isPlain = m_isQuick && m_plain.ReadClassName(instance);
+  return m_isPlain || BeginByTokens(place, instance);
+}
+
+bool TMofParser::BeginByTokens(TMofOffset place, TMofInstance& instance) {
+  GoOnAt(place);
   try {
     ParseInstanceHead(instance);
     return true;
@@ -129,6 +138,8 @@ bool TMofParser::BeginInstance(TMofOffset place, TMofInstance& instance) {
 }
 
 bool TMofParser::EndInstance(TMofInstance& instance) {
+  if (m_isPlain && m_plain.ReadBody(&instance)) return true;
+  if (m_isPlain && !BeginByTokens(instance.className.offset, instance)) return false;
   try {
     ParseInstanceBody(instance);
     return true;
@@ -137,8 +148,32 @@ bool TMofParser::EndInstance(TMofInstance& instance) {
   }
 }
 
+// The instance that begins with m_token and those that follow it, as long as they are plain.
+bool TMofParser::ReadPlainInstances() {
+  if (!m_isQuick || !IsKeyword(m_token, "instance") || m_report.IsFull()) return false;
+  const auto begin = m_token.offset;
+  auto next = begin;
+  m_plain.MoveTo(begin);
+  while (m_plain.ReadKeywords()) {
+    const auto place = m_plain.GetOffset();
+    if (!m_plain.ReadClassName(m_instance) || !m_plain.ReadBody(nullptr)) break;
+    NoteCut(next, true);
+    m_file.instances.push_back(place);
+    next = m_plain.GetOffset();
+  }
+  if (next == begin) return false;
+  GoOnAt(next);
+  return true;
+}
+
+void TMofParser::GoOnAt(TMofOffset offset) {
+  m_lexer.MoveTo(offset);
+  Advance();
+  Advance();
+}
+
 void TMofParser::ParseDeclaration() {
-  NoteCut();
+  NoteCut(m_token.offset, IsKeyword(m_token, "instance"));
   if (m_token.kind == EKind::kPragma) return ParsePragma();
   if (IsKeyword(m_token, "qualifier")) return ParseQualifierDecl();
   auto qualifiers = ParseQualifiers();
@@ -156,12 +191,11 @@ void TMofParser::ParseDeclaration() {
 }
 
 // Where instances follow something else, what is cut off may be smaller: it stays in memory.
-void TMofParser::NoteCut() {
+void TMofParser::NoteCut(TMofOffset begin, bool isInstance) {
   const auto usual = m_file.pieceSize;
-  const bool instance = IsKeyword(m_token, "instance");
-  const bool changes = std::exchange(m_wasInstance, instance) != instance;
+  const bool changes = std::exchange(m_wasInstance, isInstance) != isInstance;
   const auto last = m_file.cuts.empty() ? 0 : m_file.cuts.back();
-  if (m_token.offset - last > (changes ? usual / 16 : usual)) m_file.cuts.push_back(m_token.offset);
+  if (begin - last > (changes ? usual / 16 : usual)) m_file.cuts.push_back(begin);
 }
 
 void TMofParser::ParsePragma() {

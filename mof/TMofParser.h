@@ -16,17 +16,22 @@
 
 #include "mof/MofSyntax.h"
 #include "mof/TMofLexer.h"
+#include "mof/TMofPlainReader.h"
 #include "mof/TMofReport.h"
 
 namespace hav::mof {
 
 class TMofParser {
  public:
-  // Both must outlive the parser.
-  TMofParser(TMofFile& file, TMofReport& report);
+  // How instances are read that TMofPlainReader can read: by it, or token by token as all else. The
+  // outcome is the same.
+  enum class EInstances { kQuick, kByTokens };
+
+  // File and report must outlive the parser.
+  TMofParser(TMofFile& file, TMofReport& report, EInstances instances = EInstances::kQuick);
 
   // Fills `file` from its text. Complexity: linear in the length of the text.
-  static void Parse(TMofFile& file, TMofReport& report);
+  static void Parse(TMofFile& file, TMofReport& report, EInstances instances = EInstances::kQuick);
   // The same up to the end of the next include, which then is the last pragma: true. False at
   // the end of the text.
   bool ReadOn();
@@ -40,6 +45,10 @@ class TMofParser {
  private:
   struct TSyntaxError {};  // thrown behind the report, to where reading goes on
 
+  bool ReadPlainInstances();
+  bool BeginByTokens(TMofOffset place, TMofInstance& instance);
+  // Goes on with the token that begins there, or behind what is blank there.
+  void GoOnAt(TMofOffset offset);
   void ParseDeclaration();
   void ParsePragma();
   void SkipPragma(const TMofName& name);
@@ -48,7 +57,7 @@ class TMofParser {
   void ParseClass(TMofQualifiers&& qualifiers);
   void ParseMember(TMofClass& cls);
   TMofParameter ParseParameter();
-  void NoteCut();
+  void NoteCut(TMofOffset begin, bool isInstance);
   void ParseInstanceHead(TMofInstance& instance);
   void ParseInstanceBody(TMofInstance& instance);
   void ParseAssignment(TMofInstance& instance);
@@ -84,6 +93,9 @@ class TMofParser {
   TMofLexer m_lexer;
   TMofToken m_token;
   TMofToken m_next;
+  bool m_isQuick;
+  TMofPlainReader m_plain;
+  bool m_isPlain = false;      // the instance that was begun last, up to where its body begins
   TMofInstance m_instance;     // what was read last
   bool m_wasInstance = false;  // the declaration that was read last
   bool m_atInclude = false;
