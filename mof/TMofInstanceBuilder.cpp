@@ -246,6 +246,7 @@ void TMofInstanceBuilder::HashKey(const TMofSlot& slot, const TCIMValue& value) 
 
 bool TMofInstanceBuilder::IsSound(TItem& item, const TMofAssignment& assignment,
                                   const TMofSlot& slot, const TCIMValue& value) {
+  if (slot.arraySize == 0 && !slot.TakesAlias()) return true;  // most are
   auto wrong = WhatIsWrongWithSize(value, slot.arraySize);
   if (wrong.empty() && slot.type == kCIMReference)
     wrong = WhatIsWrongWithTarget(item, assignment, slot, value);

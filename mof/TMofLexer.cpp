@@ -63,11 +63,11 @@ std::size_t EndOfPlain(std::string_view token, std::size_t at) {
   return at;
 }
 
-// The pieces of a string joined; `readBackslash` appends what stands at a backslash and moves
-// behind it.
+// Joins the pieces of a string into `value`; `readBackslash` appends to it what stands at a
+// backslash, and moves behind that.
 template <class TReadBackslash>
-std::string Joined(std::string_view token, TReadBackslash&& readBackslash) {
-  std::string value;
+void Join(std::string_view token, std::string& value, TReadBackslash&& readBackslash) {
+  value.clear();
   value.reserve(token.size() - 2);
   std::size_t at = 0;
   while (at < token.size()) {
@@ -76,12 +76,11 @@ std::string Joined(std::string_view token, TReadBackslash&& readBackslash) {
       const auto end = EndOfPlain(token, at);
       value.append(token, at, end - at);
       at = end;
-      if (token[at] == '\\') readBackslash(value, at);
+      if (token[at] == '\\') readBackslash(at);
     }
     std::size_t open = 0;
     at = EndOfBlanks(token, at + 1, open);
   }
-  return value;
 }
 
 bool AllOf(std::string_view text, unsigned radix) {
@@ -357,9 +356,18 @@ void TMofLexer::Error(std::size_t offset, std::string text) {
 }
 
 std::string TMofLexer::StringValue(std::string_view token) {
-  const auto end = EndOfPlain(token, 1);
-  if (end + 1 == token.size()) return std::string(token.substr(1, end - 1));
-  return Joined(token, [token](std::string& value, std::size_t& at) {
+  std::string value;
+  StringValue(token, value);
+  return value;
+}
+
+void TMofLexer::StringValue(std::string_view token, std::string& value) {
+  const bool isPlain = token.find('\\') == std::string_view::npos;
+  if (isPlain && token.find('"', 1) + 1 == token.size()) {
+    value.assign(token, 1, token.size() - 2);
+    return;
+  }
+  Join(token, value, [&](std::size_t& at) {
     char32_t character = 0;
     if (token[at + 1] == '"' || token[at + 1] == '\\') {  // nearly all are one of these
       value += token[at + 1];
@@ -372,10 +380,12 @@ std::string TMofLexer::StringValue(std::string_view token) {
 }
 
 std::string TMofLexer::FileName(std::string_view token) {
-  return Joined(token, [token](std::string& value, std::size_t& at) {
+  std::string value;
+  Join(token, value, [&](std::size_t& at) {
     if (EscapesInFileName(token, at)) ++at;
     value += token[at++];
   });
+  return value;
 }
 
 char16_t TMofLexer::CharacterValue(std::string_view token) {

@@ -56,6 +56,7 @@ class TMofLexer {
   // The value of a kString token, as UTF-8: escapes replaced, pieces joined. An escape that the
   // language does not have stands for itself.
   static std::string StringValue(std::string_view token);
+  static void StringValue(std::string_view token, std::string& value);
   // The same for the name of a file to include, where a backslash separates folders and
   // escapes only itself and a quote.
   static std::string FileName(std::string_view token);

@@ -415,7 +415,11 @@ TMofType TMofParser::ParseType(const char* what) {
   }
   const auto* known = Find(kTypes, m_token);
   if (!known && m_token.kind == EKind::kName && (m_next.kind == EKind::kName || m_next.Is(','))) {
-    m_report.AddError(m_file.text, m_token.offset, "unknown type " + m_token.Describe());
+    const bool isVoid = SameName(m_token.text, "void");
+    m_report.AddError(m_file.text, m_token.offset,
+                      isVoid ? "no value is of type " + m_token.Describe() +
+                                   "; a method returns one, uint32 where there is no other"
+                             : "unknown type " + m_token.Describe());
     throw TSyntaxError();
   }
   if (!known) FailExpecting(what);

@@ -175,6 +175,13 @@ std::optional<TCIMValue> TMofValueReader::Read(const TMofFile& file, const TMofV
 std::optional<TCIMValue> TMofValueReader::ReadScalar(const TMofFile& file, const TMofToken& literal,
                                                      ECIMType type, const TAliases& aliases) const {
   if (literal.kind == EKind::kBroken) return {};
+  if (type == kCIMString && literal.kind == EKind::kString) {  // most are
+    TMofLexer::StringValue(literal.text, m_text);
+    TCIMValue value(m_text);
+    constexpr std::size_t usual = 4096;
+    if (m_text.capacity() > usual) std::string().swap(m_text);
+    return value;
+  }
   const auto convert = [&]() -> TOutcome {
     switch (type) {
       case kCIMBoolean: return Boolean(literal);
@@ -191,8 +198,7 @@ std::optional<TCIMValue> TMofValueReader::ReadScalar(const TMofFile& file, const
       case kCIMChar16: return Character(literal);
       case kCIMString:
         if (literal.kind == EKind::kAlias && aliases) return Alias(literal, aliases);
-        if (literal.kind != EKind::kString) return {};
-        return {TCIMValue(TMofLexer::StringValue(literal.text)), {}};
+        return {};
       case kCIMDateTime: return DateTime(literal);
       case kCIMReference: return Reference(literal, m_home, aliases);
       default: return {};

@@ -47,6 +47,7 @@ class TMofValueReader {
 
   boost::shared_ptr<NORVHAV20::ICIMNamespace> m_home;
   TMofReport& m_report;
+  mutable std::string m_text;  // of the string that was read last, for its memory
 };
 
 }  // namespace hav::mof

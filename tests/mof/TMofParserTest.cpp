@@ -232,6 +232,9 @@ INSTANTIATE_TEST_SUITE_P(
                   "19: error: expected '}' to end class 'A', found the end of "
                   "the file"},
         WrongText{"class A { foo a; };", "11: error: unknown type 'foo'"},
+        WrongText{"class A { Void Run(); };",
+                  "11: error: no value is of type 'Void'; a method returns one, uint32 where there "
+                  "is no other"},
         WrongText{"class A { foo; };", "11: error: expected a property or method, found 'foo'"},
         WrongText{"class A { uint8; };",
                   "16: error: expected the name of a property or method, "

@@ -90,7 +90,7 @@ TEST(MofSize, TakesLittleMoreThanItsNamespace) {
   std::string things;
   std::string links;
   std::string mixed;
-  constexpr int count = 20'000 / kShare;
+  constexpr int count = 10'000;
   for (int i = 0; i < count; ++i) {
     const auto thing = "instance of T {\n  Name = \"thing number " + Number(i) +
                        "\";\n  Size = " + Number(i) + ";\n  Note = \"nothing\";\n};\n";
