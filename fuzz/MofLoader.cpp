@@ -46,7 +46,7 @@ class OneText : public hav::mof::IMofSource {
 
 boost::shared_ptr<ICIMNamespace> Load(
     const std::string& text, hav::mof::TMofReport& report,
-    hav::mof::TMofOffset pieceSize = hav::mof::TMofFile::kPieceSize) {
+    hav::mof::TMofOffset pieceSize = hav::mof::TMofText::kPieceSize) {
   OneText source(text);
   hav::mof::TMofLoader loader(*havtest::Provider(), source);
   loader.SetPieceSize(pieceSize);

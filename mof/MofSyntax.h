@@ -117,8 +117,6 @@ struct TMofPragma {
 };
 
 struct TMofFile {
-  static constexpr TMofOffset kPieceSize = 65536;
-
   TMofFile(std::string name, std::string content) : text(std::move(name), std::move(content)) {}
 
   TMofText text;
@@ -128,9 +126,9 @@ struct TMofFile {
   // Where the class name of each instance stands, in their order; TMofParser::ReadInstance reads
   // one of them. There can be millions, so no tree is kept of them.
   std::vector<TMofOffset> instances;
-  std::vector<TMofOffset> cuts;       // beginnings of declarations where the text may be cut
-  TMofOffset pieceSize = kPieceSize;  // from cut to cut, at least
-  bool isDamaged = false;             // a whole declaration could not be read
+  std::vector<TMofOffset> cuts;  // beginnings of declarations where the text may be cut
+  TMofOffset pieceSize = TMofText::kPieceSize;  // from cut to cut, at least
+  bool isDamaged = false;                       // a whole declaration could not be read
 
   // Cuts the text up, each piece held once by every instance in it, and for good where trees point
   // into it. To be called when the file was read to its end and nothing is wrong with it.

@@ -27,8 +27,7 @@ bool HasNoDamage(const TMofReader::TFiles& files) {
 
 boost::shared_ptr<ICIMNamespace> TMofLoader::Load(const std::vector<std::string>& names,
                                                   TMofReport& report) {
-  TMofReader reader(m_source, report, ProgressOf(EStep::kReadFiles));
-  reader.SetPieceSize(m_pieceSize);
+  TMofReader reader(m_source, report, ProgressOf(EStep::kReadFiles), m_pieceSize);
   reader.Read(names);
   m_wasReadWhole = reader.IsComplete() && HasNoDamage(reader.GetFiles());
   m_chosenName = ChooseName(reader.GetFiles(), report);

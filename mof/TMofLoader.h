@@ -20,10 +20,11 @@
 #include "havcore/ICIMNamespace.h"
 #include "havcore/INamespaceProvider.h"
 #include "mof/IMofSource.h"
-#include "mof/MofSyntax.h"
 #include "mof/TMofReport.h"
 
 namespace hav::mof {
+
+struct TMofFile;
 
 class TMofLoader {
  public:
@@ -71,7 +72,7 @@ class TMofLoader {
   std::string m_chosenName;
   bool m_strict = false;
   bool m_checks = false;
-  TMofOffset m_pieceSize = TMofFile::kPieceSize;
+  TMofOffset m_pieceSize = TMofText::kPieceSize;
   bool m_wasReadWhole = false;
   TProgress m_progress;
 };

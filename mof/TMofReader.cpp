@@ -6,8 +6,9 @@
 
 namespace hav::mof {
 
-TMofReader::TMofReader(IMofSource& source, TMofReport& report, TProgress progress)
-    : m_source(source), m_report(report), m_progress(std::move(progress)) {}
+TMofReader::TMofReader(IMofSource& source, TMofReport& report, TProgress progress,
+                       TMofOffset pieceSize)
+    : m_source(source), m_report(report), m_progress(std::move(progress)), m_pieceSize(pieceSize) {}
 
 void TMofReader::Read(const std::vector<std::string>& names) {
   auto left = names.size();

@@ -30,9 +30,10 @@ class TMofReader {
   static constexpr std::size_t kMaxIncludeDepth = 256;
   static constexpr std::size_t kMaxFiles = 100000;
 
-  TMofReader(IMofSource& source, TMofReport& report, TProgress progress);
+  // `pieceSize`: of the texts that it reads, as TMofFile has it.
+  TMofReader(IMofSource& source, TMofReport& report, TProgress progress,
+             TMofOffset pieceSize = TMofText::kPieceSize);
 
-  void SetPieceSize(TMofOffset bytes) noexcept { m_pieceSize = bytes; }
   void Read(const std::vector<std::string>& names);
 
   const TFiles& GetFiles() const noexcept { return m_files; }
@@ -63,7 +64,7 @@ class TMofReader {
   IMofSource& m_source;
   TMofReport& m_report;
   TProgress m_progress;
-  TMofOffset m_pieceSize = TMofFile::kPieceSize;
+  TMofOffset m_pieceSize;
   TFiles m_files;
   std::vector<std::size_t> m_includers;  // of each file
   std::unordered_map<std::string, std::size_t> m_byIdentity;

@@ -36,6 +36,9 @@ class TMofText {
   // The largest text that is read, in bytes.
   static constexpr std::size_t kMaxSize = std::size_t{256} << 20;
 
+  // How far it is at least from cut to cut, in bytes, unless somebody says otherwise.
+  static constexpr TMofOffset kPieceSize = 65536;
+
   // Requires at most kMaxSize bytes.
   TMofText(std::string name, std::string text);
   TMofText(const TMofText&) = delete;

@@ -77,7 +77,7 @@ inline Loaded LoadInPieces(const Texts& files, const Lines& names, hav::mof::TMo
 // Loads texts, and where they are small once more with every declaration a piece of its own: that
 // makes no difference.
 inline Loaded Load(const Texts& files, const Lines& names) {
-  auto loaded = LoadInPieces(files, names, hav::mof::TMofFile::kPieceSize);
+  auto loaded = LoadInPieces(files, names, hav::mof::TMofText::kPieceSize);
   for (const auto& file : files)
     if (file.second.size() > 100000) return loaded;
   const auto pieces = LoadInPieces(files, names, 1);

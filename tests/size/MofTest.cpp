@@ -8,7 +8,7 @@ namespace {
 std::string Number(int number) { return std::to_string(number); }
 
 Loaded LoadOnce(const std::string& text) {
-  return LoadInPieces({{"a.mof", kQualifiers + text}}, {"a.mof"}, hav::mof::TMofFile::kPieceSize);
+  return LoadInPieces({{"a.mof", kQualifiers + text}}, {"a.mof"}, hav::mof::TMofText::kPieceSize);
 }
 
 // Whether it loads without a message.
