@@ -17,7 +17,7 @@ packages_full=(libclang-rt-14-dev dpkg-dev file fakeroot valgrind
                chromium chromium-driver python3-selenium)
 packages_layout=(clang-format)
 packages_tidy=(clang-tidy)
-# Mutation testing and coverage, scripts of their own.
+# Mutation testing and coverage.
 packages_mutants=(clang python3-clang-14)
 packages_coverage=(clang libclang-rt-14-dev llvm-14 gcovr)
 # For the MSVC ABI: the headers that stand in for Microsoft's, and a reader of its objects.
