@@ -201,7 +201,21 @@ class TFilterParser {
     return (m_kind == EKind::kEnd
                 ? " at the end"
                 : " at character " + std::to_string(Width(m_text.substr(0, m_at)) + 1)) +
-           " of '" + std::string(m_text) + "'";
+           " of '" + Around() + "'";
+  }
+
+  // What stands around the place: a condition may be longer than anybody reads.
+  std::string Around() const {
+    constexpr std::size_t kBytes = 60;
+    const auto isInside = [this](std::size_t at) {
+      return at < m_text.size() && (static_cast<unsigned char>(m_text[at]) & 0xC0U) == 0x80U;
+    };
+    auto begin = m_at > kBytes ? m_at - kBytes : 0;
+    auto end = std::min(m_at + kBytes, m_text.size());
+    while (isInside(begin)) ++begin;
+    while (isInside(end)) ++end;
+    return (begin == 0 ? "" : "...") + std::string(m_text.substr(begin, end - begin)) +
+           (end == m_text.size() ? "" : "...");
   }
 
   void Advance() {

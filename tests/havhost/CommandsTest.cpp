@@ -766,9 +766,10 @@ TEST_F(Ports, WrongConditionsSayWhere) {
   };
   for (const auto& [condition, error] : wrong)
     EXPECT_EQ(Wrong({"--where", condition}), "havhost: --where: " + std::string(error) + "\n");
-  EXPECT_EQ(Wrong({"--where", std::string(1000, '(')}),
-            "havhost: --where: parentheses and 'not' nest deeper than 100 at character 101 of '" +
-                std::string(1000, '(') + "'\n");
+  EXPECT_EQ(
+      Wrong({"--where", std::string(1000, '(')}),
+      "havhost: --where: parentheses and 'not' nest deeper than 100 at character 101 of '..." +
+          std::string(120, '(') + "...'\n");
 }
 
 TEST_F(Ports, PropertiesThatAreNotThereAreNamed) {

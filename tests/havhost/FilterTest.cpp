@@ -97,12 +97,34 @@ TEST(Filter, WhatNestsDeeperIsRefusedWithPlaceAndLimit) {
   };
   for (const int depth : {101, 1000000}) {
     const auto parentheses = Times(depth, "(") + "Size = 1" + Times(depth, ")");
-    EXPECT_EQ(error(parentheses), tooDeep + "101 of '" + parentheses + "'");
+    EXPECT_EQ(error(parentheses),
+              tooDeep + "101 of '..." + Times(60, "(") + parentheses.substr(100, 60) + "...'");
     const auto negations = Times(depth, "not ") + "Size = 1";
-    EXPECT_EQ(error(negations), tooDeep + "401 of '" + negations + "'");
+    EXPECT_EQ(error(negations), tooDeep + "401 of '..." + Times(15, "not ") +
+                                    negations.substr(400, 60) + (depth > 101 ? "...'" : "'"));
   }
   const auto behind = "Size = 1 and (" + Times(100, "not ") + "Size = 1)";
-  EXPECT_EQ(error(behind), tooDeep + "411 of '" + behind + "'");
+  EXPECT_EQ(error(behind), tooDeep + "411 of '..." + behind.substr(350) + "'");
+}
+
+TEST(Filter, OfALongConditionTheErrorShowsWhatIsAroundItsPlace) {
+  const auto error = [](const std::string& condition) {
+    try {
+      const TFilter filter(condition);
+    } catch (const havhost::TUsageError& failure) {
+      return std::string(failure.what());
+    }
+    return std::string("none");
+  };
+  const auto terms = Times(1000, "Size = 1 or ");
+  EXPECT_EQ(error(terms + "Size 1 or " + terms + "Size = 1"),
+            "--where: a comparison, such as = or >, is expected at character 12006 of '...= 1 or " +
+                Times(4, "Size = 1 or ") + "Size 1 or " + Times(4, "Size = 1 or ") + "Size = ...'");
+  // Characters stay whole: the first of the 60 bytes before the place is the second of one.
+  const auto accents = Times(100, "\xC3\xA9");
+  EXPECT_EQ(error("Name = '" + accents + "'  1 " + accents),
+            "--where: 'and', 'or' or the end is expected at character 112 of '..." +
+                accents.substr(0, 56) + "'  1 " + accents.substr(0, 58) + "...'");
 }
 
 }  // namespace
